@@ -1,0 +1,73 @@
+#pragma once
+// T-SQL → engine dialect translation: tokenizer → parser → syntax tree → emitter per engine.
+// The engine drives it one statement at a time so that the catalog it consults always reflects
+// the tables the earlier statements of the batch created (SELECT … INTO #T, CREATE TABLE [#x]).
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct sqlite3;
+
+namespace qx::tsql {
+
+enum class SqlType { Unknown, Text, Integer, Real, DateTime };
+
+struct CatalogColumn {
+    std::string name;
+    SqlType type = SqlType::Unknown;
+};
+
+// What the translator may ask about the database it translates for.
+class Catalog {
+public:
+    virtual ~Catalog() = default;
+    // Columns of a table or view, by its T-SQL name ("d8101", "#T", "[#phb]" unbracketed as
+    // "#phb"); nullopt when no such table exists (yet).
+    virtual std::optional<std::vector<CatalogColumn>> tableColumns(std::string_view name) const = 0;
+};
+
+// EXEC name @a=1,@b='text' — values unquoted (doubled quotes undone), in call order.
+struct ProcedureArgument {
+    std::string name;  // without '@', as written
+    std::string value;
+    bool quoted = false;
+};
+struct ProcedureCall {
+    std::string name;
+    std::vector<ProcedureArgument> arguments;
+};
+
+struct SyntaxTree;  // opaque to the engine
+
+// One statement of a batch, parsed.
+struct Statement {
+    std::string text;  // the statement's own T-SQL text
+    int line = 1;      // where it starts in the batch (1-based)
+    int column = 1;
+    bool returnsRows = false;                 // SELECT without INTO, or EXEC
+    std::optional<ProcedureCall> procedure;   // set for EXEC
+    std::shared_ptr<const SyntaxTree> tree;
+};
+
+// Thrown for text that cannot be parsed or translated; carries the statement and position.
+class TranslationError;  // derives from qx::db::Error (see TranslationError.h)
+
+// Splits a batch into statements: ";" separated, or following each other with no separator as
+// SQL Server allows (INSERT … VALUES (…) INSERT …).
+std::vector<Statement> parseBatch(std::string_view tsql);
+
+// SQLite text for one statement, given the catalog as it is right now. A statement may become
+// several SQLite statements (SELECT … INTO becomes DROP/CREATE TEMP/INSERT); they run in order
+// and, when the statement returns rows, the last one yields them.
+std::vector<std::string> emitSqlite(const Statement& statement, const Catalog& catalog);
+
+// Name of the temp table behind a T-SQL '#name' as the SQLite emitter writes it.
+std::string sqliteTempTableName(std::string_view tsqlName);
+
+// Registers on a SQLite connection what emitted SQL relies on: the text collation "QX"
+// (case-insensitive, trailing blanks ignored) and the helper functions the emitter calls.
+void installSqliteRuntime(sqlite3* db);
+
+}  // namespace qx::tsql

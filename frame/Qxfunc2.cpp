@@ -1,0 +1,1 @@
+#include "framework/U_glo.h"
