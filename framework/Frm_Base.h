@@ -1,0 +1,270 @@
+#pragma once
+// The base screens: TFrm_Base -> TFrm_Base_Common -> TFrm_Base_Dialog -> TFrm_Base_Condition ->
+// TFrm_Sys_Filter; TFrm_Base_Dialog -> TFrm_Base_Detail; TFrm_Base_Common -> TFrm_Base_Panel
+// (toolbar screens; lists, reports and entry screens derive from it, see the other headers).
+//
+// How screens use it
+//   class TQXCK201F : public TFrm_Sys_Filter {
+//   public:
+//       explicit TQXCK201F(QWidget* Owner) : TFrm_Sys_Filter(Owner) {
+//           BDATE = Panel_Condition->AddDateEdit("BDATE", "开单日期"); ...
+//           FormCreate();                    // every screen constructor ends with FormCreate()
+//       }
+//       void FormCreate() { TFrm_Sys_Filter::FormCreate(); SetDateEdits(BDATE, EDATE); ... }
+//       void InitForm() override { TFrm_Sys_Filter::InitForm(); setdate04click(nullptr); }
+//       void btn_okClick(QObject* Sender) override {
+//           TFrm_Sys_Filter::btn_okClick(Sender);       // CheckAll, clears Condition/Description
+//           Condition = "(D8101.BDATE>='" + SqlStr(BDATE->Text()) + "') ...";
+//           Condition_t("=", "d1103.KH_gys_ID", KH_ID->text());
+//           SetModalResult(mrOk);                        // confirmed: the owner runs its query
+//       }
+//   };
+//
+// Base behaviour lives in constructors (controls, actions) and in the virtual operations, in
+// the order the module's screens know them. Handlers the framework wires to its own controls
+// (btn_okClick, FormKeyDown, ...) are virtual too, so a screen's override is what runs. Every
+// handler runs inside qx::guard (Abort is silent; database errors are reported).
+// Screens are QDialogs: ShowModal() runs exec() (or the modal handler tests install), Release()
+// deletes later. InitForm of non-modal screens hands them to the screen presenter (the host
+// shows them as tabs; by default they are shown as windows) and frees them when closed.
+#include <QDate>
+#include <QDialog>
+#include <QStringList>
+#include <functional>
+
+#include "framework/Controls.h"
+#include "framework/DBGridEh.h"
+#include "framework/DataSet.h"
+#include "framework/LinkForms.h"
+#include "framework/U_dataop.h"
+#include "framework/U_function.h"
+#include "framework/Export.h"
+#include "framework/Types.h"
+#include "framework/U_glo.h"
+
+class QAction;
+class QLabel;
+class QPushButton;
+class QToolBar;
+class QToolButton;
+class QVBoxLayout;
+
+enum TModalResult { mrNone = 0, mrOk = 1, mrCancel = 2, mrAbort = 3, mrYes = 6, mrNo = 7 };
+
+class TFrm_Base;
+namespace qx::ui {
+// Shows a non-modal screen (the host installs one that adds it as a tab).
+using ScreenPresenter = std::function<void(TFrm_Base* screen)>;
+QX_FRAMEWORK_EXPORT void setScreenPresenter(ScreenPresenter presenter);
+QX_FRAMEWORK_EXPORT void presentScreen(TFrm_Base* screen);
+// Replaces exec() of ShowModal (tests, script runner): the dialog is shown, the handler drives
+// it and returns the modal result. nullptr restores exec().
+using ModalHandler = std::function<int(TFrm_Base* dialog)>;
+QX_FRAMEWORK_EXPORT ModalHandler setModalHandler(ModalHandler handler);
+// "Today" for date presets and new documents; tests may fix it (invalid date = the real today).
+QX_FRAMEWORK_EXPORT QDate today();
+QX_FRAMEWORK_EXPORT void setToday(const QDate& date);
+}  // namespace qx::ui
+
+class QX_FRAMEWORK_EXPORT TFrm_Base : public QDialog {
+    Q_OBJECT
+public:
+    explicit TFrm_Base(QWidget* Owner = nullptr);
+    ~TFrm_Base() override;
+
+    int Tag = 0;         // the function code (set by the dispatcher)
+    AnsiString FuncNo;   // the function code as text, first argument of every data operation
+
+    AnsiString Caption() const;
+    void SetCaption(const AnsiString& caption);
+
+    int ShowModal();
+    void Release();
+    void Close();
+    int ModalResult() const { return modalResult_; }
+    void SetModalResult(int result);  // mrOk/mrCancel end a modal run
+
+    virtual void Help();
+
+    void FormDestroy();
+    // The framework's create step (screens call it last in their constructor, through their own
+    // FormCreate that starts with the base's).
+    void FormCreate() {}
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    // Handles a key before the dialog does; set Key = 0 to consume it.
+    virtual void FormKeyDown(QObject* Sender, int& Key, Qt::KeyboardModifiers Shift);
+    void closeEvent(QCloseEvent* event) override;
+    // Return false to keep the screen open (entry screens ask to save).
+    virtual bool FormCloseQuery() { return true; }
+
+    int modalResult_ = mrNone;
+};
+
+class QX_FRAMEWORK_EXPORT TFrm_Base_Common : public TFrm_Base {
+    Q_OBJECT
+public:
+    explicit TFrm_Base_Common(QWidget* Owner = nullptr);
+
+    // --- virtual operations, in this order
+    virtual void Getsysinfo(AnsiString info);
+    void Help() override;
+    virtual void OpenSqlPage(TClientDataSet* ds, WideString FuncNo, WideString sql, const int,
+                             const int, WideString, WideString);
+    virtual void SetUserParam(AnsiString UserId, AnsiString UserName, AnsiString CkId,
+                              AnsiString CkName, AnsiString CoName, AnsiString DbName);
+    virtual void SetFormParam(AnsiString p1, AnsiString p2, AnsiString p3, AnsiString p4,
+                              AnsiString p5, AnsiString p6);
+    // The 17 configuration texts a list hands to its entry screen, in this order:
+    // head query, line query, five free texts, amount fields, price fields, quantity fields,
+    // three free texts, style field, SKU field, key field, delete statement.
+    virtual void SetBodyParam(AnsiString HeadSql, AnsiString BodySql, AnsiString Text3,
+                              AnsiString Text4, AnsiString Text5, AnsiString Text6,
+                              AnsiString Text7, AnsiString MoneyFields, AnsiString PriceFields,
+                              AnsiString QtyFields, AnsiString Text11, AnsiString Text12,
+                              AnsiString Text13, AnsiString StyleField, AnsiString WlField,
+                              AnsiString KeyField, AnsiString DeleteSql);
+
+    // User parameters (SetUserParam) and form parameters (SetFormParam).
+    AnsiString UserId, UserName, CkId, CkName, CoName, DbName;
+    AnsiString FormParam[6];
+    AnsiString SysInfo;
+
+    // --- checks (report, focus the control and Abort on failure)
+    void CheckBlank(QObject* edit);  // "{caption}不能为空!"
+    void CheckDate(QObject* dateEdit);  // a valid "YYYY-MM-DD" date
+
+    // --- date presets of filter dialogs, applied to the date edits handed over here:
+    // 01 today, 02 yesterday, 03 this week (Monday to today), 04 this month (1st to today),
+    // 05 last month, 06 this quarter (to today), 07 this year (to today), 08 last year.
+    void SetDateEdits(TDateEdit* from, TDateEdit* to);
+    TDateEdit* DateFrom() const { return dateFrom_; }
+    TDateEdit* DateTo() const { return dateTo_; }
+    void setdate01click(QObject* Sender);
+    void setdate02click(QObject* Sender);
+    void setdate03click(QObject* Sender);
+    void setdate04click(QObject* Sender);
+    void setdate05click(QObject* Sender);
+    void setdate06click(QObject* Sender);
+    void setdate07click(QObject* Sender);
+    void setdate08click(QObject* Sender);
+    // The range of preset n (1..8) relative to a day.
+    static std::pair<QDate, QDate> PresetRange(int preset, const QDate& today);
+    // A "时段选择" button whose menu applies the presets.
+    QToolButton* CreateDatePresetButton(QWidget* parent);
+
+    // An action with a stable objectName, caption and shortcut whose handler runs guarded.
+    QAction* AddAction(const QString& name, const QString& caption, const QKeySequence& shortcut,
+                       std::function<void()> handler);
+
+private:
+    void applyPreset(int preset);
+    TDateEdit* dateFrom_ = nullptr;
+    TDateEdit* dateTo_ = nullptr;
+};
+
+class QX_FRAMEWORK_EXPORT TFrm_Base_Dialog : public TFrm_Base_Common {
+    Q_OBJECT
+public:
+    explicit TFrm_Base_Dialog(QWidget* Owner = nullptr);
+
+    // --- virtual operations, in this order
+    virtual bool CheckAll();  // true: the dialog may be confirmed
+    // Appends " AND ({column} {op} '{value}')" (value through the quoting helper) to Condition;
+    // an empty (trimmed) value adds nothing.
+    virtual void Condition_t(AnsiString op, AnsiString column, AnsiString value);
+
+    void FormCreate() { TFrm_Base::FormCreate(); }
+    // The framework's OK: CheckAll (abort when false), then Condition and Description are cleared
+    // for the screen to build. Screens override and call it first.
+    virtual void btn_okClick(QObject* Sender);
+    virtual void btn_cancelClick(QObject* Sender);
+
+    AnsiString Condition;    // SQL condition without WHERE
+    AnsiString Description;  // shown above the owner's grid
+
+    QVBoxLayout* MainLayout() const { return main_; }
+    TFormPanel* Panel_Condition;  // the dialog's controls
+    QPushButton* btn_ok;
+    QPushButton* btn_cancel;
+
+private:
+    QVBoxLayout* main_;
+};
+
+class QX_FRAMEWORK_EXPORT TFrm_Base_Condition : public TFrm_Base_Dialog {
+    Q_OBJECT
+public:
+    explicit TFrm_Base_Condition(QWidget* Owner = nullptr);
+    virtual void GetData();  // fills the dialog's lists (empty by default)
+};
+
+// Filter dialogs of lists and reports: F2 = OK, F3 = clear the typed conditions, F4 = the pick
+// list of the focused lookup edit, Escape = cancel.
+class QX_FRAMEWORK_EXPORT TFrm_Sys_Filter : public TFrm_Base_Condition {
+    Q_OBJECT
+public:
+    explicit TFrm_Sys_Filter(QWidget* Owner = nullptr);
+    virtual void InitForm();
+    void FormCreate() { TFrm_Base_Dialog::FormCreate(); }
+    void FormKeyDown(QObject* Sender, int& Key, Qt::KeyboardModifiers Shift) override;
+    void btn_okClick(QObject* Sender) override;
+    bool Confirmed() const { return ModalResult() == mrOk; }
+    // Work dataset for the dialog's own lookups.
+    TClientDataSet* AdoQry_Work;
+};
+
+class QX_FRAMEWORK_EXPORT TFrm_Base_Detail : public TFrm_Base_Dialog {
+    Q_OBJECT
+public:
+    explicit TFrm_Base_Detail(QWidget* Owner = nullptr);
+    // --- virtual operations, in this order
+    virtual void RefreshData();
+    virtual void SaveData();
+    // Opens the detail for a key of the master dataset (positioned on the chosen row).
+    virtual void InitForm(AnsiString Key, TClientDataSet* Master);
+    void FormCreate() { TFrm_Base_Dialog::FormCreate(); }
+
+    AnsiString KeyValue;
+    TClientDataSet* MasterDataSet = nullptr;
+    TClientDataSet* AdoQry_Main;
+    class TDBGridEh* DBGridEh;
+};
+
+// Screens with a toolbar and a main grid area.
+class QX_FRAMEWORK_EXPORT TFrm_Base_Panel : public TFrm_Base_Common {
+    Q_OBJECT
+public:
+    explicit TFrm_Base_Panel(QWidget* Owner = nullptr);
+
+    void Getsysinfo(AnsiString info) override;
+    void SetBodyParam(AnsiString HeadSql, AnsiString BodySql, AnsiString Text3, AnsiString Text4,
+                      AnsiString Text5, AnsiString Text6, AnsiString Text7, AnsiString MoneyFields,
+                      AnsiString PriceFields, AnsiString QtyFields, AnsiString Text11,
+                      AnsiString Text12, AnsiString Text13, AnsiString StyleField,
+                      AnsiString WlField, AnsiString KeyField, AnsiString DeleteSql) override;
+    // The text setter of numeric line fields: stores the typed number (refusing text that is not
+    // one), and keeps STOT the sum of S0..S9 when a size quantity changes.
+    virtual void SetFloatText(TField* Sender, const AnsiString& Text);
+
+    // The configuration texts (SetBodyParam, or set directly by a list in its InitForm).
+    AnsiString HeadSql, BodySql, DeleteSql, KeyField, WlField, StyleField = "K_ID";
+    AnsiString MoneyFields, PriceFields, QtyFields;
+    AnsiString BodyText[8];  // the free texts 3..7 and 11..13, in order
+
+    QToolBar* ToolBar;
+    QVBoxLayout* MainLayout() const { return main_; }
+    QLabel* Lab_Condition;  // the description of the current condition
+
+    // The configured field lists split at commas (trimmed, empty parts dropped).
+    static QStringList SplitFields(const AnsiString& list);
+    bool IsSizeField(const QString& name) const;  // S0..S9
+    // Sets the titles of the size columns S0..S9 of a grid from the size names ("尺码|{name}",
+    // "尺码|S{i}" when a name is empty) and hides the columns after G_CM.
+    static void SetSizeTitles(class TDBGridEh* grid, const QStringList& sizeNames);
+    static void HideSizeColumnsAfterCM(class TDBGridEh* grid);
+
+private:
+    QVBoxLayout* main_;
+};

@@ -1,0 +1,137 @@
+#pragma once
+// Tfrm_Base_Entry_Body / TFrm_Base_Entry_BodyC: the document entry screen. Head edits on
+// Panel_Head (the screen adds them), the line grid DBGridEh over AdoQry_Main with the size
+// matrix S0..S9 and STOT (kept as their sum), toolbar Act_Save (F2/Ctrl+S), Act_AddLine
+// (Insert), Act_DeleteLine (Ctrl+Delete), Act_Print, Act_Quit (Escape).
+//
+// How screens use it
+//   TQXCK201_1(QWidget* Owner) : TFrm_Base_Entry_BodyC(Owner) {
+//       Edit1 = Panel_Head->AddEdit("Edit1", "进货单号", 12); ...
+//       FormCreate();
+//   }
+//   void FormCreate() { TFrm_Base_Entry_BodyC::FormCreate(); WarehouseEdit = CK_ID;
+//                       PartnerEdit = KH_GYS_ID; PriceLabel = "进货价"; AmountLabel = "金额";
+//                       EntryFlag = true; ... }
+//   void RefreshData() override { ...head...; TFrm_Base_Entry_BodyC::RefreshData(); }
+//   bool AllCheck() override { TFrm_Base_Entry_BodyC::AllCheck(); ...; DISPINFO(...,5); Abort(); }
+//   void SaveData() override { TFrm_Base_Entry_BodyC::SaveData(); ...; ExecSql(...); }
+//   void SaveHeadData() override { TFrm_Base_Entry_BodyC::SaveHeadData(); MasterDataSet->...; }
+//
+// Opening (the list calls OpenEntry(mode, its dataset)): EditMode and MasterDataSet are set,
+// the screen's RefreshData runs (the framework's part loads the lines: BodySql with "%s" filled
+// with the quoted key of the master row in "Edit"/"CopyAdd", and with '' in "Add"), the
+// controls named in LockName (comma-separated, case-insensitive) are disabled, Modified is
+// cleared and the screen is shown.
+// Line entry: the style cell (StyleField, K_ID) takes a typed style code (WL_IDSetText) or a
+// pick from TQX_LINK_K (the cell's button, WL_IDBTNClick); then the colour is chosen among
+// d1804's colours of the style (one colour is taken at once); WL_ID = K_ID + COL_ID when the
+// dataset has the field; name, unit and size names come from d1800/d1006; the price from the
+// style's CGJ (InitSJ). Size titles follow the current line ("尺码|{M0..M9}"), size columns after
+// G_CM are hidden. Enter and Tab move to the next editable cell (size cells in order, then price,
+// amount, note, then the next line).
+// Saving (Act_SaveExecute): post the pending line, drop empty new lines, AllCheck (false or
+// Abort stops), SaveData, SaveHeadData (the master row in append/edit state; posted after),
+// emit saved(), close. Quitting with unsaved changes asks "单据已修改,是否保存?".
+#include "framework/Frm_Base.h"
+
+class TDBGridEh;
+class TQX_LINK_K;
+class TQX_LINK_COL;
+
+class QX_FRAMEWORK_EXPORT Tfrm_Base_Entry_Body : public TFrm_Base_Panel {
+    Q_OBJECT
+public:
+    explicit Tfrm_Base_Entry_Body(QWidget* Owner = nullptr);
+
+    // --- virtual operations, in this order
+    virtual void DBGridEhColorLine(TColumnEh* Column, TCellParams& Params);
+    virtual void DW_IDSetText(TField* Sender, const AnsiString& Text);
+    virtual void WL_IDSetText(TField* Sender, const AnsiString& Text);
+    virtual void WL_IDBTNClick(QObject* Sender, bool& Handled);
+    virtual void showdw(QObject* Sender, bool& Handled);
+    virtual void AdoQry_MainBeforePost(TDataSet* DataSet);
+    virtual bool AllCheck();
+    virtual void ColumnClick();
+    virtual void RefreshData();
+    virtual void SaveData();
+    virtual void SaveHeadData();
+    virtual void InitForm(AnsiString Mode, TClientDataSet* Master, bool ShowPrice, bool ShowAmount,
+                          bool ReadOnly, int FrozenCols);
+    virtual void InitSJ(bool FromStyle);
+
+    // --- handlers
+    virtual void Act_SaveExecute(QObject* Sender);
+    virtual void Act_QuitExecute(QObject* Sender);
+    virtual void Act_AddLineExecute(QObject* Sender);
+    virtual void Act_DeleteLineExecute(QObject* Sender);
+    virtual void Act_PrintExecute(QObject* Sender);
+    void FormCreate() { TFrm_Base::FormCreate(); }
+
+    // Opens the screen for a mode on the list's dataset (see above).
+    void OpenEntry(const AnsiString& mode, TClientDataSet* master, bool readOnly = false);
+    bool IsAdd() const { return EditMode == "Add" || EditMode == "CopyAdd"; }
+
+    AnsiString EditMode;  // "Add", "CopyAdd", "Edit"
+    TClientDataSet* MasterDataSet = nullptr;
+    AnsiString LockName;   // controls disabled in this opening ("EDIT1,ck_id")
+    bool Modified = false; // unsaved changes (head edits or lines)
+    bool ReadOnlyMode = false;
+
+    QWidget* WarehouseEdit = nullptr;  // the head's warehouse edit
+    QWidget* PartnerEdit = nullptr;    // the head's supplier/customer edit
+    AnsiString CurCkId;                // the warehouse used for line lookups
+    AnsiString PriceLabel = "单价";
+    AnsiString AmountLabel = "金额";
+    bool EntryFlag = false;
+    TClientDataSet* BarcodeDataSet = nullptr;  // the screen's "tm" dataset
+
+    TFormPanel* Panel_Head;
+    TClientDataSet* AdoQry_Main;
+    TDBGridEh* DBGridEh;
+    TClientDataSet* AdoQry_Work;  // the framework's lookups
+    TQX_LINK_K* StyleLink;
+    TQX_LINK_COL* ColorLink;
+
+    QAction* Act_Save;
+    QAction* Act_Quit;
+    QAction* Act_AddLine;
+    QAction* Act_DeleteLine;
+    QAction* Act_Print;
+
+    // Line entry, callable from scripts and tests: sets the style (as if typed) and the colour
+    // of the current line; quantities by size position.
+    void EnterStyle(const AnsiString& styleCode);
+    void EnterColor(const AnsiString& colorCode);
+    // Size names of a style's size group (M0..M9 of d1006).
+    QStringList StyleSizeNames(const AnsiString& styleCode);
+    // Marks the screen changed (head edits call it when their text is edited).
+    void WatchChanges(QWidget* control);
+
+signals:
+    void saved();
+
+protected:
+    bool FormCloseQuery() override;
+    void FormKeyDown(QObject* Sender, int& Key, Qt::KeyboardModifiers Shift) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    // Line grid columns built after the first load.
+    virtual void BuildLineColumns();
+    void attachSetters();
+    void moveToNextCell(bool backwards);
+    void applyLocks();
+    void setLineColor(const QString& code, const QString& name);
+    bool columnsBuilt_ = false;
+    bool closingAfterSave_ = false;
+};
+
+class QX_FRAMEWORK_EXPORT TFrm_Base_Entry_BodyC : public Tfrm_Base_Entry_Body {
+    Q_OBJECT
+public:
+    explicit TFrm_Base_Entry_BodyC(QWidget* Owner = nullptr);
+    // --- virtual operations
+    virtual void AdoQry_MainAfterScroll(TDataSet* DataSet);  // size titles of the current line
+
+    void FormCreate() { Tfrm_Base_Entry_Body::FormCreate(); }
+    void AdoQry_MainCalcFields(TDataSet* DataSet);
+    void DBGridEhDblClick1(QObject* Sender);
+};

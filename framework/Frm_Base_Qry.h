@@ -1,0 +1,102 @@
+#pragma once
+// TFrm_Base_Qry: the report base. Toolbar Act_Locate (F3: the condition dialog, then GetData),
+// Act_Refresh (F5: GetData again), Act_Print, Act_Preview, Act_Export (CSV), Act_ShowReport,
+// Act_Order, Act_Quit; the condition label Lab_Condition above the grid (DBGridEh over
+// AdoQry_Main).
+// TFrm_Base_Outer: a master list (Act_Add, Act_Modify, Act_Delete, Act_Refresh, Act_Print,
+// Act_Export, Act_Quit) over AdoQry_Main / DBGridEh.
+//
+// How screens use it
+//   void TQXCK255::InitForm(const Trecord& rec) {
+//       TFrm_Base_Qry::InitForm(rec);
+//       QXCK255F = new TQXCK255F(this); QXCK255F->InitForm(); FilterForm = QXCK255F;
+//       Act_Locate->trigger();
+//   }
+//   void TQXCK255::Act_LocateExecute(QObject* s) {
+//       if (QXCK255F->ShowModal() != mrOk) return;
+//       Lab_Condition->setText(QXCK255F->Description);
+//       QrySql = "SELECT ... WHERE " + QXCK255F->Condition; GetData();
+//   }
+// GetData opens QrySql into AdoQry_Main (with Refreshing set while it runs), applies the size
+// column rules (G_CM), sets sum footers on the fields listed in SumFields and hides the cost
+// fields listed in CostFields unless ShowCost.
+#include "framework/Frm_Base.h"
+
+class TDBGridEh;
+
+class QX_FRAMEWORK_EXPORT TFrm_Base_Qry : public TFrm_Base_Panel {
+    Q_OBJECT
+public:
+    explicit TFrm_Base_Qry(QWidget* Owner = nullptr);
+
+    // --- virtual operations, in this order
+    virtual void GetData();
+    virtual void InitForm(const Trecord& rec);
+
+    void FormCreate() { TFrm_Base::FormCreate(); }
+    void FormClose();
+
+    virtual void Act_LocateExecute(QObject* Sender);
+    virtual void Act_RefreshExecute(QObject* Sender);
+    virtual void Act_PrintExecute(QObject* Sender);
+    virtual void Act_PreviewExecute(QObject* Sender);
+    virtual void Act_ExportExecute(QObject* Sender);
+    virtual void Act_ShowReportExecute(QObject* Sender);
+    virtual void Act_OrderExecute(QObject* Sender);
+    virtual void Act_QuitExecute(QObject* Sender);
+    virtual void DBGridEhGetCellParams(QObject* Sender, TColumnEh* Column, TCellParams& Params);
+    virtual void DBGridEhDblClick(QObject* Sender);
+
+    AnsiString QrySql;      // the statement GetData opens
+    bool Refreshing = false;
+    QStringList SumFields;  // fields with a sum footer
+    QStringList CostFields; // fields hidden unless ShowCost
+    bool ShowCost = true;
+    AnsiString ReportTitle;  // print title (defaults to the caption)
+    TFrm_Sys_Filter* FilterForm = nullptr;
+
+    TClientDataSet* AdoQry_Main;
+    TDBGridEh* DBGridEh;
+    QAction* Act_Locate;
+    QAction* Act_Refresh;
+    QAction* Act_Print;
+    QAction* Act_Preview;
+    QAction* Act_Export;
+    QAction* Act_ShowReport;
+    QAction* Act_Order;
+    QAction* Act_Quit;
+
+    // Applies SumFields / CostFields / G_CM to the grid's columns.
+    void ApplyColumnRules();
+};
+
+class QX_FRAMEWORK_EXPORT TFrm_Base_Outer : public TFrm_Base_Panel {
+    Q_OBJECT
+public:
+    explicit TFrm_Base_Outer(QWidget* Owner = nullptr);
+
+    // --- virtual operations, in this order
+    virtual void GetData();  // opens HeadSql (+ " WHERE " + Condition) into AdoQry_Main
+    virtual void InitForm(const Trecord& rec);
+
+    void FormCreate() { TFrm_Base::FormCreate(); }
+    virtual void Act_AddExecute(QObject* Sender);
+    virtual void Act_ModifyExecute(QObject* Sender);
+    virtual void Act_DeleteExecute(QObject* Sender);  // DeleteSql with %s/%S = quoted key
+    virtual void Act_RefreshExecute(QObject* Sender);
+    virtual void Act_PrintExecute(QObject* Sender);
+    virtual void Act_ExportExecute(QObject* Sender);
+    virtual void Act_QuitExecute(QObject* Sender);
+    virtual void DBGridEhGetCellParams(QObject* Sender, TColumnEh* Column, TCellParams& Params);
+
+    AnsiString Condition;
+    TClientDataSet* AdoQry_Main;
+    TDBGridEh* DBGridEh;
+    QAction* Act_Add;
+    QAction* Act_Modify;
+    QAction* Act_Delete;
+    QAction* Act_Refresh;
+    QAction* Act_Print;
+    QAction* Act_Export;
+    QAction* Act_Quit;
+};
