@@ -1,0 +1,55 @@
+#pragma once
+// The one table of stock posting rules. Everything that moves or recomputes stock derives from
+// it: the SQLite triggers that post document lines into d1802, the movement stream view
+// (V_QX_MOVES) and the balance view V_CHECKKC.
+#include <string>
+#include <vector>
+
+namespace qx::db::posting {
+
+struct MovementKind {
+    int mytype;             // suffix of the movement reports' columns (IN3, OU2, ...)
+    const char* typeName;   // TYPE_NAME shown in the movement reports
+};
+
+struct PostingRule {
+    const char* id;             // short name used for trigger names ("purchase", ...)
+    const char* lineTable;      // lines holding the quantities
+    const char* headTable;      // head deciding whether and where the lines count
+    const char* effectiveFlag;  // head column that must be 1; nullptr = always effective
+    const char* warehouse;      // column naming the warehouse
+    bool warehouseOnHead;       // true: warehouse is a head column, else a line column
+    const char* quantity;       // quantity prefix: "S" (S0..S9) or "Y" (Y0..Y9)
+    int sign;                   // +1 into stock, -1 out of stock
+    bool perSizeKind;           // the sign of each size decides in/out (loss/gain, point of sale)
+    MovementKind in;            // kind of a movement into stock
+    MovementKind out;           // kind of a movement out of stock
+    const char* dateColumn;     // head column dating the movement
+    const char* priceColumn;    // line column with the unit cost, nullptr = none
+    bool lineHasStyle;          // line has K_ID (else the style comes from d1801)
+};
+
+// Every posting rule, in the order the movement reports list the kinds.
+const std::vector<PostingRule>& rules();
+
+// Document head/line pairs (posting or not) whose head delete removes its lines and whose
+// dates the closed-period guard protects.
+struct DocumentTables {
+    const char* headTable;
+    const char* lineTable;
+};
+const std::vector<DocumentTables>& documentTables();
+
+// SQLite statements creating the posting triggers, the d1802 total and shortage triggers and
+// the closed-period guards. They call the connection functions qx_guarded(),
+// qx_stock_short(wl_id, ck_id) and qx_closed_period(table, noid, date, end).
+std::vector<std::string> sqliteTriggerStatements();
+
+// T-SQL CREATE VIEW texts, run through the translator after the tables exist:
+// V_QX_MOVES (movement stream) and V_CHECKKC (recomputed stock beside the stored stock).
+std::vector<std::string> tsqlViewStatements();
+
+// The literal message of the negative-stock guard.
+inline constexpr const char* kStockShortMessage = "库存不足支持本次出库业务";
+
+}  // namespace qx::db::posting

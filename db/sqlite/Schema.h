@@ -1,0 +1,14 @@
+#pragma once
+// The shop database's table and view definitions (T-SQL, frame/tables), compiled into qx_db.
+#include <vector>
+
+#include "db/EmbeddedFile.h"
+
+namespace qx {
+
+// Table families in creation order: master data, stock, documents, retail, system, staging.
+std::vector<EmbeddedFile> tableDefinitions();
+// The views the module reads (V1809, V_D8303A, v_D712).
+std::vector<EmbeddedFile> viewDefinitions();
+
+}  // namespace qx

@@ -1,0 +1,426 @@
+#include "db/sqlite/SqliteDatabase.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+
+#include "db/sqlite/PostingRules.h"
+#include "db/sqlite/Procedures.h"
+#include "db/sqlite/Schema.h"
+
+namespace qx::db {
+namespace {
+
+constexpr int kSchemaVersion = 1;
+constexpr int kBusyTimeoutMs = 15000;
+constexpr std::size_t kStatementCacheLimit = 512;
+
+std::string upper(std::string_view text) {
+    std::string out(text);
+    std::transform(out.begin(), out.end(), out.begin(), [](unsigned char c) { return std::toupper(c); });
+    return out;
+}
+
+tsql::SqlType sqlTypeOf(std::string_view declared) {
+    const std::string t = upper(declared);
+    if (t.find("INT") != std::string::npos || t.find("BIT") != std::string::npos) return tsql::SqlType::Integer;
+    if (t.find("DATE") != std::string::npos || t.find("TIME") != std::string::npos) return tsql::SqlType::DateTime;
+    if (t.find("CHAR") != std::string::npos || t.find("TEXT") != std::string::npos || t.find("CLOB") != std::string::npos)
+        return tsql::SqlType::Text;
+    if (t.find("REAL") != std::string::npos || t.find("FLOA") != std::string::npos || t.find("DOUB") != std::string::npos ||
+        t.find("DEC") != std::string::npos || t.find("NUM") != std::string::npos || t.find("MONEY") != std::string::npos)
+        return tsql::SqlType::Real;
+    return tsql::SqlType::Unknown;
+}
+
+FieldType fieldTypeOf(tsql::SqlType type) {
+    switch (type) {
+    case tsql::SqlType::Integer: return FieldType::Integer;
+    case tsql::SqlType::Real: return FieldType::Float;
+    case tsql::SqlType::Text: return FieldType::Text;
+    case tsql::SqlType::DateTime: return FieldType::DateTime;
+    default: return FieldType::Unknown;
+    }
+}
+
+int declaredSize(std::string_view declared) {
+    auto open = declared.find('(');
+    if (open == std::string_view::npos) return 0;
+    int size = 0;
+    for (auto i = open + 1; i < declared.size() && std::isdigit(static_cast<unsigned char>(declared[i])); ++i)
+        size = size * 10 + (declared[i] - '0');
+    return size;
+}
+
+// The catalog the translator consults: the live schema of this connection, temp tables
+// included, so that statements see the tables earlier statements of the batch created.
+class LiveCatalog final : public tsql::Catalog {
+public:
+    explicit LiveCatalog(sqlite3* db) : db_(db) {}
+
+    std::optional<std::vector<tsql::CatalogColumn>> tableColumns(std::string_view name) const override {
+        const bool temp = !name.empty() && name.front() == '#';
+        const std::string table = temp ? tsql::sqliteTempTableName(name) : std::string(name);
+        const std::string sql = std::string("SELECT name, type FROM pragma_table_info(?1, '") + (temp ? "temp" : "main") + "')";
+        sqlite3_stmt* stmt = nullptr;
+        if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) return std::nullopt;
+        sqlite3_bind_text(stmt, 1, table.c_str(), -1, SQLITE_TRANSIENT);
+        std::vector<tsql::CatalogColumn> columns;
+        while (sqlite3_step(stmt) == SQLITE_ROW) {
+            const auto* colName = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
+            const auto* colType = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1));
+            columns.push_back({colName ? colName : "", sqlTypeOf(colType ? colType : "")});
+        }
+        sqlite3_finalize(stmt);
+        if (columns.empty()) return std::nullopt;
+        return columns;
+    }
+
+private:
+    sqlite3* db_;
+};
+
+GuardState& guardOf(sqlite3_context* context) { return *static_cast<GuardState*>(sqlite3_user_data(context)); }
+
+std::string textArg(sqlite3_value* value) {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    return text ? text : "";
+}
+
+// qx_guarded(): 1 unless the running batch is a maintenance batch.
+void guardedFunction(sqlite3_context* context, int, sqlite3_value**) {
+    sqlite3_result_int(context, guardOf(context).maintenance ? 0 : 1);
+}
+
+// qx_stock_short(wl_id, ck_id): a checked stock row went below zero; the batch end decides.
+void stockShortFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    auto& guard = guardOf(context);
+    if (!guard.maintenance) guard.shortRows.emplace(textArg(argv[0]), textArg(argv[1]));
+    sqlite3_result_null(context);
+}
+
+std::string dayOf(const std::string& date) { return date.substr(0, std::min<std::size_t>(10, date.size())); }
+
+// qx_closed_period(table, noid, date, end): refuses a change to a document of a closed period.
+void closedPeriodFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    const std::string message = "单据 " + textArg(argv[0]) + " " + textArg(argv[1]) + " 的日期 " + dayOf(textArg(argv[2])) +
+                                " 属于已结账期间（" + dayOf(textArg(argv[3])) +
+                                " 之前），不能新增、修改或删除该期间的单据";
+    sqlite3_result_error(context, message.c_str(), -1);
+}
+
+Value valueAt(sqlite3_stmt* stmt, int i) {
+    switch (sqlite3_column_type(stmt, i)) {
+    case SQLITE_INTEGER: return static_cast<std::int64_t>(sqlite3_column_int64(stmt, i));
+    case SQLITE_FLOAT: return sqlite3_column_double(stmt, i);
+    case SQLITE_NULL: return std::monostate{};
+    default: {
+        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, i));
+        return std::string(text ? text : "", static_cast<std::size_t>(sqlite3_column_bytes(stmt, i)));
+    }
+    }
+}
+
+// Expression columns have no declared type: take it from the first value that is not NULL.
+void typeUntypedColumns(ResultSet& result) {
+    for (std::size_t c = 0; c < result.columns.size(); ++c) {
+        auto& column = result.columns[c];
+        if (column.type != FieldType::Unknown) continue;
+        for (const auto& row : result.rows) {
+            const Value& v = row[c];
+            if (std::holds_alternative<std::int64_t>(v)) column.type = FieldType::Integer;
+            else if (std::holds_alternative<double>(v)) column.type = FieldType::Float;
+            else if (std::holds_alternative<std::string>(v)) column.type = FieldType::Text;
+            else continue;
+            break;
+        }
+    }
+}
+
+std::string currentYearMonth() {
+    std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char buffer[16];
+    std::snprintf(buffer, sizeof buffer, "%02d%02d", local.tm_year % 100, local.tm_mon + 1);
+    return buffer;
+}
+
+}  // namespace
+
+// One transaction around a batch: BEGIN (IMMEDIATE for writers) or, when the caller already
+// holds one, a savepoint; rolled back unless committed.
+class SqliteDatabase::Transaction {
+public:
+    Transaction(SqliteDatabase& db, bool immediate) : db_(db) {
+        nested_ = sqlite3_get_autocommit(db_.db_) == 0;
+        db_.runNative(nested_ ? "SAVEPOINT qx_batch" : (immediate ? "BEGIN IMMEDIATE" : "BEGIN"));
+    }
+    ~Transaction() {
+        if (done_) return;
+        if (nested_) {
+            sqlite3_exec(db_.db_, "ROLLBACK TO qx_batch; RELEASE qx_batch", nullptr, nullptr, nullptr);
+        } else if (sqlite3_get_autocommit(db_.db_) == 0) {
+            sqlite3_exec(db_.db_, "ROLLBACK", nullptr, nullptr, nullptr);
+        }
+    }
+    void commit() {
+        db_.runNative(nested_ ? "RELEASE qx_batch" : "COMMIT");
+        done_ = true;
+    }
+
+private:
+    SqliteDatabase& db_;
+    bool nested_ = false;
+    bool done_ = false;
+};
+
+SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(path) {
+    if (!create && !std::filesystem::exists(path)) throw Error("database file not found: " + path);
+    const int flags = SQLITE_OPEN_READWRITE | (create ? SQLITE_OPEN_CREATE : 0) | SQLITE_OPEN_NOMUTEX;
+    if (sqlite3_open_v2(path.c_str(), &db_, flags, nullptr) != SQLITE_OK) {
+        std::string message = db_ ? sqlite3_errmsg(db_) : "out of memory";
+        sqlite3_close(db_);
+        db_ = nullptr;
+        throw Error("cannot open " + path + ": " + message);
+    }
+    try {
+        configureConnection();
+        if (!hasSchema()) {
+            if (!create) throw Error(path + " is not a shop database (no tables)");
+            createSchema();
+        }
+    } catch (...) {
+        for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
+        cache_.clear();
+        sqlite3_close(db_);
+        db_ = nullptr;
+        throw;
+    }
+}
+
+SqliteDatabase::~SqliteDatabase() {
+    for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
+    sqlite3_close(db_);
+}
+
+void SqliteDatabase::configureConnection() {
+    sqlite3_busy_timeout(db_, kBusyTimeoutMs);
+    sqlite3_extended_result_codes(db_, 1);
+    tsql::installSqliteRuntime(db_);
+    const int utf8 = SQLITE_UTF8;
+    sqlite3_create_function(db_, "qx_guarded", 0, utf8, &guard_, guardedFunction, nullptr, nullptr);
+    sqlite3_create_function(db_, "qx_stock_short", 2, utf8, &guard_, stockShortFunction, nullptr, nullptr);
+    sqlite3_create_function(db_, "qx_closed_period", 4, utf8, &guard_, closedPeriodFunction, nullptr, nullptr);
+    runNative("PRAGMA journal_mode=WAL");
+    runNative("PRAGMA synchronous=NORMAL");
+    runNative("PRAGMA foreign_keys=OFF");
+    catalog_ = std::make_unique<LiveCatalog>(db_);
+}
+
+bool SqliteDatabase::hasSchema() {
+    auto result = stepNative("PRAGMA user_version", true, nullptr);
+    return !result.rows.empty() && std::get<std::int64_t>(result.rows[0][0]) >= kSchemaVersion;
+}
+
+// Tables from their T-SQL definitions, then the views generated from the posting rules, the
+// module's views, and the posting and guard triggers; all in one transaction.
+void SqliteDatabase::createSchema() {
+    Transaction transaction(*this, true);
+    for (const auto& file : tableDefinitions()) runWithinTransaction(file.text);
+    for (const auto& view : posting::tsqlViewStatements()) runWithinTransaction(view);
+    for (const auto& file : viewDefinitions()) runWithinTransaction(file.text);
+    for (const auto& trigger : posting::sqliteTriggerStatements()) runNative(trigger);
+    runNative("PRAGMA user_version=" + std::to_string(kSchemaVersion));
+    transaction.commit();
+}
+
+ResultSet SqliteDatabase::open(std::string_view tsqlBatch) {
+    guard_.shortRows.clear();
+    guard_.maintenance = false;
+    Transaction transaction(*this, false);
+    ResultSet result = runWithinTransaction(tsqlBatch);
+    checkStockGuard();
+    transaction.commit();
+    return result;
+}
+
+void SqliteDatabase::execute(std::string_view tsqlBatch, const ExecOptions& options) {
+    guard_.shortRows.clear();
+    guard_.maintenance = options.maintenance;
+    struct ResetMaintenance {
+        GuardState& guard;
+        ~ResetMaintenance() { guard.maintenance = false; }
+    } reset{guard_};
+    Transaction transaction(*this, true);
+    runWithinTransaction(tsqlBatch);
+    checkStockGuard();
+    transaction.commit();
+}
+
+ResultSet SqliteDatabase::runWithinTransaction(std::string_view tsqlBatch) {
+    ResultSet last;
+    for (const auto& statement : tsql::parseBatch(tsqlBatch)) {
+        bool produced = false;
+        ResultSet result = runStatement(statement, produced);
+        if (produced) last = std::move(result);
+    }
+    return last;
+}
+
+ResultSet SqliteDatabase::runStatement(const tsql::Statement& statement, bool& produced) {
+    if (statement.procedure) {
+        produced = true;
+        try {
+            return callProcedure(*this, *statement.procedure);
+        } catch (const Error& e) {
+            if (!e.statement().empty()) throw;
+            throw Error(e.what(), statement.text, statement.line, statement.column);
+        }
+    }
+    const auto sqls = tsql::emitSqlite(statement, *catalog_);
+    ResultSet result;
+    for (std::size_t i = 0; i < sqls.size(); ++i) {
+        const bool collect = statement.returnsRows && i + 1 == sqls.size();
+        ResultSet r = stepNative(sqls[i], collect, &statement);
+        if (collect) {
+            result = std::move(r);
+            produced = true;
+        }
+    }
+    return result;
+}
+
+sqlite3_stmt* SqliteDatabase::prepare(const std::string& sql, const tsql::Statement* origin) {
+    if (auto it = cache_.find(sql); it != cache_.end()) return it->second;
+    if (cache_.size() >= kStatementCacheLimit) {
+        for (auto& [text, stmt] : cache_) sqlite3_finalize(stmt);
+        cache_.clear();
+    }
+    sqlite3_stmt* stmt = nullptr;
+    const char* tail = nullptr;
+    if (sqlite3_prepare_v2(db_, sql.c_str(), static_cast<int>(sql.size()), &stmt, &tail) != SQLITE_OK)
+        fail(sqlite3_errmsg(db_), origin);
+    if (!stmt) return nullptr;  // only blanks or comments
+    cache_.emplace(sql, stmt);
+    return stmt;
+}
+
+ResultSet SqliteDatabase::stepNative(const std::string& sql, bool collect, const tsql::Statement* origin) {
+    ResultSet result;
+    sqlite3_stmt* stmt = prepare(sql, origin);
+    if (!stmt) return result;
+    struct Reset {
+        sqlite3_stmt* stmt;
+        ~Reset() { sqlite3_reset(stmt); }
+    } reset{stmt};
+    const int columns = sqlite3_column_count(stmt);
+    if (collect) {
+        for (int i = 0; i < columns; ++i) {
+            const char* declared = sqlite3_column_decltype(stmt, i);
+            const auto type = sqlTypeOf(declared ? declared : "");
+            result.columns.push_back({sqlite3_column_name(stmt, i), fieldTypeOf(type), declared ? declaredSize(declared) : 0});
+        }
+    }
+    for (;;) {
+        const int rc = sqlite3_step(stmt);
+        if (rc == SQLITE_DONE) break;
+        if (rc != SQLITE_ROW) {
+            std::string message = sqlite3_errmsg(db_);
+            fail(message, origin);
+        }
+        if (!collect) continue;
+        std::vector<Value> row;
+        row.reserve(static_cast<std::size_t>(columns));
+        for (int i = 0; i < columns; ++i) row.push_back(valueAt(stmt, i));
+        result.rows.push_back(std::move(row));
+    }
+    if (collect) typeUntypedColumns(result);
+    return result;
+}
+
+void SqliteDatabase::runNative(const std::string& sql) {
+    char* message = nullptr;
+    if (sqlite3_exec(db_, sql.c_str(), nullptr, nullptr, &message) != SQLITE_OK) {
+        std::string text = message ? message : sqlite3_errmsg(db_);
+        sqlite3_free(message);
+        throw Error(text, sql);
+    }
+}
+
+// A checked stock row (CHECK_KC = 1) that this batch drove below zero in any size and that is
+// still below zero at the batch's end refuses the whole batch.
+void SqliteDatabase::checkStockGuard() {
+    if (guard_.maintenance || guard_.shortRows.empty()) return;
+    const std::string sql =
+        "SELECT 1 FROM d1802 WHERE WL_ID=?1 AND CK_ID=?2 AND CHECK_KC=1 AND (K0<0 OR K1<0 OR K2<0 OR K3<0 OR K4<0 OR "
+        "K5<0 OR K6<0 OR K7<0 OR K8<0 OR K9<0)";
+    sqlite3_stmt* stmt = prepare(sql, nullptr);
+    auto rows = std::move(guard_.shortRows);
+    guard_.shortRows.clear();
+    for (const auto& [wl, ck] : rows) {
+        sqlite3_bind_text(stmt, 1, wl.c_str(), -1, SQLITE_TRANSIENT);
+        sqlite3_bind_text(stmt, 2, ck.c_str(), -1, SQLITE_TRANSIENT);
+        const int rc = sqlite3_step(stmt);
+        sqlite3_reset(stmt);
+        sqlite3_clear_bindings(stmt);
+        if (rc == SQLITE_ROW) throw Error(posting::kStockShortMessage, "d1802 WL_ID=" + wl + " CK_ID=" + ck);
+    }
+}
+
+void SqliteDatabase::fail(const std::string& message, const tsql::Statement* origin) const {
+    if (origin) throw Error(message, origin->text, origin->line, origin->column);
+    throw Error(message);
+}
+
+std::string SqliteDatabase::nextDocumentNumber(std::string_view funcNo) {
+    const std::string func = std::string(funcNo.substr(0, 3));
+    const std::string period = currentYearMonth();
+    Transaction transaction(*this, true);
+    sqlite3_stmt* insert = prepare("INSERT OR IGNORE INTO sys_noid (FUNC_NO, PERIOD, SEQ) VALUES (?1, ?2, 0)", nullptr);
+    sqlite3_stmt* bump =
+        prepare("UPDATE sys_noid SET SEQ=SEQ+1 WHERE FUNC_NO=?1 AND PERIOD=?2 RETURNING SEQ", nullptr);
+    long long sequence = 0;
+    for (sqlite3_stmt* stmt : {insert, bump}) {
+        sqlite3_bind_text(stmt, 1, func.c_str(), -1, SQLITE_TRANSIENT);
+        sqlite3_bind_text(stmt, 2, period.c_str(), -1, SQLITE_TRANSIENT);
+        int rc;
+        while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) sequence = sqlite3_column_int64(stmt, 0);
+        sqlite3_reset(stmt);
+        sqlite3_clear_bindings(stmt);
+        if (rc != SQLITE_DONE) throw Error(std::string("GetNOID: ") + sqlite3_errmsg(db_));
+    }
+    transaction.commit();
+    return formatDocumentNumber(func, period, sequence);
+}
+
+bool SqliteDatabase::maySummariseStocktake(std::string_view warehouse) {
+    sqlite3_stmt* stmt = prepare(
+        "SELECT count(*) FROM D8303 WHERE T=1 AND ifnull(Y,0)<>1 AND (CK_ID=?1 OR CK_ID_IN=?1)", nullptr);
+    const std::string wh(warehouse);
+    sqlite3_bind_text(stmt, 1, wh.c_str(), -1, SQLITE_TRANSIENT);
+    const int rc = sqlite3_step(stmt);
+    const long long inTransit = rc == SQLITE_ROW ? sqlite3_column_int64(stmt, 0) : 0;
+    sqlite3_reset(stmt);
+    sqlite3_clear_bindings(stmt);
+    if (rc != SQLITE_ROW) throw Error(sqlite3_errmsg(db_));
+    return inTransit == 0;
+}
+
+std::string formatDocumentNumber(std::string_view funcNo, std::string_view yymm, long long sequence) {
+    if (sequence < 1 || sequence > 99999)
+        throw Error("document numbers of function " + std::string(funcNo) + " for " + std::string(yymm) + " are used up");
+    char digits[8];
+    std::snprintf(digits, sizeof digits, "%05lld", sequence);
+    return std::string(funcNo.substr(0, 3)) + std::string(yymm) + digits;
+}
+
+std::unique_ptr<Database> openSqlite(const std::string& path, bool create) {
+    return std::make_unique<SqliteDatabase>(path, create);
+}
+
+}  // namespace qx::db
