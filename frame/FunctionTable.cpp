@@ -1,0 +1,65 @@
+// The function codes of the host's menu that belong to this module, one row per code, and the
+// screen each opens. The numbering is the host's, not the screen units': 203 opens the purchase
+// detail report of unit 201M, 215 the order screen of unit 213, 217/218/219 the transfer,
+// loss/gain and arrival screens of units 233/231/234, 241/242 the period screens of 341/342.
+// A row without a factory belongs to a screen not yet part of the module: it opens nothing.
+#include <algorithm>
+#include <array>
+
+#include "frame/Dispatch.h"
+
+namespace qx::frame {
+namespace {
+
+using enum Pattern;
+using enum Subsystem;
+constexpr auto None = Precondition::None;
+constexpr auto SeveralWarehouses = Precondition::SeveralWarehouses;
+constexpr auto ReadableWarehouses = Precondition::SeveralWarehousesReadableByUser;
+
+// clang-format off
+const std::array kFunctions{
+//  code  class          unit            base                    caption               pattern         precondition        subsystem  factory
+    FunctionRow{201, "TQXCK201",   "Frmqxck201",   "TFrm_Base_Entry_Head", "采购进货",            Embedded,       None,               Documents, nullptr},
+    FunctionRow{202, "TQXCK202",   "Frmqxck202",   "TFrm_Base_Entry_Head", "采购退货",            Embedded,       None,               Documents, nullptr},
+    FunctionRow{203, "TQXCK201M",  "Frmqxck201m",  "TFrm_Base_Qry",        "采购进货明细表",      Embedded,       None,               Reports,   nullptr},
+    FunctionRow{204, "TQXCK201G",  "Frmqxck201g",  "TFrm_Base_Qry",        "采购进货汇总表",      Embedded,       None,               Reports,   nullptr},
+    FunctionRow{211, "TQXCK211",   "Frmqxck211",   "TFrm_Base_Entry_Head", "销售开单",            Embedded,       None,               Documents, nullptr},
+    FunctionRow{212, "TQXCK212",   "Frmqxck212",   "TFrm_Base_Entry_Head", "销售退货",            Embedded,       None,               Documents, nullptr},
+    FunctionRow{213, "TQXCK211M",  "Frmqxck211m",  "TFrm_Base_Qry",        "销售明细表",          Embedded,       None,               Reports,   nullptr},
+    FunctionRow{214, "TQXCK211G",  "Frmqxck211g",  "TFrm_Base_Qry",        "销售汇总表",          Embedded,       None,               Reports,   nullptr},
+    FunctionRow{215, "TQXCK213",   "Frmqxck213",   "TFrm_Base_Entry_Head", "订单/补单",           Embedded,       None,               Documents, nullptr},
+    FunctionRow{217, "TQXCK233",   "Frmqxck233",   "TFrm_Base_Entry_Head", "调拨单",              Embedded,       SeveralWarehouses,  Documents, nullptr},
+    FunctionRow{218, "TQXCK231",   "Frmqxck231",   "TFrm_Base_Entry_Head", "损溢单",              Embedded,       None,               Documents, nullptr},
+    FunctionRow{219, "TQXCK234",   "Frmqxck234",   "TFrm_Base_Entry_Head", "调拨到货点收",        Embedded,       SeveralWarehouses,  Documents, nullptr},
+    FunctionRow{235, "TQXCK235",   "Frmqxck235",   "TFrm_Base_Entry_Head", "盘点录入",            Embedded,       None,               Documents, nullptr},
+    FunctionRow{241, "TQXck341",   "Frmqxck341",   "TFrm_Base_Outer",      "商品库存期初",        Embedded,       None,               Period,    nullptr},
+    FunctionRow{242, "TQXCK342",   "Frmqxck342",   "TFrm_Base_Dialog",     "库存期间月结",        ModalDialog,    None,               Period,    nullptr},
+    FunctionRow{252, "TQXCK252",   "Frmqxck252",   "TFrm_Base_Qry",        "进销存分类表",        Embedded,       None,               Reports,   nullptr},
+    FunctionRow{253, "TQXCK253",   "Frmqxck253",   "TFrm_Base_Qry",        "进销存汇总表",        Embedded,       None,               Reports,   nullptr},
+    FunctionRow{254, "TQXCK254",   "Frmqxck254",   "TFrm_Base_Qry",        "进销存明细表",        Embedded,       None,               Reports,   nullptr},
+    FunctionRow{255, "TQXCK255",   "Frmqxck255",   "TFrm_Base_Qry",        "库存查询",            Embedded,       None,               Reports,   nullptr},
+    FunctionRow{256, "TQXCK256",   "Frmqxck256",   "TFrm_Base_Qry",        "库存分布查询",        Embedded,       ReadableWarehouses, Reports,   nullptr},
+    FunctionRow{263, "TQXCK263",   "Frmqxck263",   "TFrm_Base_Qry",        "采购年报表(金额)",    Embedded,       None,               Reports,   nullptr},
+    FunctionRow{273, "TQXCK273",   "Frmqxck273",   "TFrm_Base_Qry",        "销售年报表(销售额)",  Embedded,       None,               Reports,   nullptr},
+    FunctionRow{281, "TQXCK281",   "Frmqxck281",   "TFrm_Base_Qry",        "销售排行",            Embedded,       None,               Reports,   nullptr},
+    FunctionRow{282, "TQXCK282",   "Frmqxck282",   "TFrm_Base_Qry",        "经营综合分析",        Embedded,       None,               Reports,   nullptr},
+    FunctionRow{283, "TQXCK283",   "Frmqxck283",   "TFrm_Base_Qry",        "销售进度表",          Embedded,       None,               Reports,   nullptr},
+    FunctionRow{297, "TQXCK297",   "Frmqxck297",   "TFrm_Base_Outer",      "监管码",              Embedded,       None,               Labels,    nullptr},
+    FunctionRow{299, "TQXCK299",   "Frmqxck299",   "TFrm_Base_Qry",        "吊牌标签制作",        Embedded,       None,               Labels,    nullptr},
+    FunctionRow{704, "TQXCKS02A",  "Frmqxcks02a",  "TFrm_Base_Outer",      "促销方案",            ListWithParams, None,               Setup,     nullptr},
+    FunctionRow{901, "Tqxsys_co",  "Frmqxsys_co",  "TFrm_Base_Dialog",     "系统设置",            ModalDialog,    None,               Setup,     nullptr},
+    FunctionRow{932, "TQXCKS01",   "Frmqxcks01",   "TFrm_Base_Dialog",     "系统初始化",          ModalDialog,    None,               Setup,     nullptr},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const FunctionRow> functionTable() { return kFunctions; }
+
+const FunctionRow* findFunction(int code) {
+    const auto row = std::ranges::find(kFunctions, code, &FunctionRow::code);
+    return row == kFunctions.end() ? nullptr : &*row;
+}
+
+}  // namespace qx::frame
