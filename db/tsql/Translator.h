@@ -17,6 +17,8 @@ enum class SqlType { Unknown, Text, Integer, Real, DateTime };
 struct CatalogColumn {
     std::string name;
     SqlType type = SqlType::Unknown;
+    // An IDENTITY column: positional inserts skip it and it numbers the rows by itself.
+    bool identity = false;
 };
 
 // What the translator may ask about the database it translates for.

@@ -1,0 +1,36 @@
+#pragma once
+// SQL Server date arithmetic on the ISO text dates the database stores ("YYYY-MM-DD HH:MM:SS").
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace qx::tsql::dates {
+
+struct DateTime {
+    int year = 1900, month = 1, day = 1;
+    int hour = 0, minute = 0, second = 0;
+    int millisecond = 0;
+};
+
+// Canonical date parts; the T-SQL abbreviations (yy, m, mm, dd, wk, dw, ...) map onto them.
+enum class Part { Year, Quarter, Month, DayOfYear, Day, Week, Weekday, Hour, Minute, Second, Millisecond };
+
+std::optional<Part> partFromName(std::string_view name);  // "m", "MM", "day", "WK" ... any case
+const char* partName(Part part);                           // canonical lower-case name
+
+// Accepts YYYY-MM-DD, YYYY-M-D, YYYY/MM/DD, YYYY.MM.DD, YYYYMMDD, each optionally followed by
+// " HH:MM[:SS[.fff]]" or "THH:MM...". An empty text is 1900-01-01 as in SQL Server.
+std::optional<DateTime> parse(std::string_view text);
+// SQL Server's numeric dates: days since 1900-01-01, the fraction being the time of day.
+DateTime fromDayNumber(double days);
+
+std::string formatIso(const DateTime& value);  // YYYY-MM-DD HH:MM:SS
+// CONVERT(char, date, style) for the styles SQL Server documents; nullopt for an unknown style.
+std::optional<std::string> formatStyle(const DateTime& value, int style);
+
+int datePart(const DateTime& value, Part part);  // week: Sunday-start weeks, week 1 holds 1 January
+DateTime dateAdd(const DateTime& value, Part part, std::int64_t amount);
+std::int64_t dateDiff(const DateTime& from, const DateTime& to, Part part);  // boundaries crossed
+
+}  // namespace qx::tsql::dates

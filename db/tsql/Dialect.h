@@ -1,0 +1,56 @@
+#pragma once
+// What differs between target engines when the translator writes SQL. The emitter walks the
+// syntax tree and keeps SQL Server's meaning; a dialect only spells the pieces.
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "db/tsql/Ast.h"
+#include "db/tsql/DateTime.h"
+
+namespace qx::tsql {
+
+class Dialect {
+public:
+    virtual ~Dialect() = default;
+
+    virtual std::string quoteIdentifier(std::string_view name) const = 0;
+    virtual std::string quoteString(std::string_view value) const = 0;
+
+    // A table as written after FROM/INTO/UPDATE/DROP: temp tables ('#x') land in a private schema.
+    virtual std::string tableReference(const Name& name) const = 0;
+    // The name a column qualifier uses for that table (alias-less reference).
+    virtual std::string tableQualifier(const Name& name) const = 0;
+    virtual std::string createTableHead(const Name& name) const = 0;          // "CREATE TABLE x"
+    virtual std::string dropTableIfExists(const Name& name) const = 0;
+    virtual std::string createIndexHead(bool unique, const Name& index, const Name& table) const = 0;
+
+    // Column types of CREATE TABLE; text columns carry the SQL Server-like collation.
+    virtual std::string columnType(const TypeSpec& type) const = 0;
+    virtual std::string columnTypeFor(SqlType type) const = 0;  // for inferred columns (SELECT … INTO)
+    virtual std::string identityColumnType() const = 0;
+    virtual std::string collate() const = 0;  // " COLLATE x" appended to text comparisons
+
+    virtual std::string concat(const std::string& left, const std::string& right) const = 0;
+    virtual std::string currentDateTime() const = 0;
+    virtual std::string datePart(dates::Part part, const std::string& date) const = 0;
+    virtual std::string dateAdd(dates::Part part, const std::string& amount, const std::string& date) const = 0;
+    virtual std::string dateDiff(dates::Part part, const std::string& from, const std::string& to) const = 0;
+    // CONVERT to a character type: style for dates (nullopt: plain conversion), length, fixed-width.
+    virtual std::string toText(const std::string& value, std::optional<int> style, int length, bool fixed) const = 0;
+    virtual std::string toInteger(const std::string& value) const = 0;
+    virtual std::string toReal(const std::string& value, std::optional<int> scale) const = 0;
+    virtual std::string toDateTime(const std::string& value) const = 0;
+    // A text value stored into or compared with a number: '' is 0, '12' is 12.
+    virtual std::string textToNumber(const std::string& value) const = 0;
+    virtual std::string ifNull(const std::string& value, const std::string& fallback) const = 0;
+    virtual std::string left(const std::string& text, const std::string& count) const = 0;
+    virtual std::string right(const std::string& text, const std::string& count) const = 0;
+    virtual std::string length(const std::string& text) const = 0;
+    virtual std::string charIndex(const std::string& needle, const std::string& haystack) const = 0;
+    virtual std::string limit(const std::string& count) const = 0;  // appended after ORDER BY
+};
+
+const Dialect& sqliteDialect();
+
+}  // namespace qx::tsql

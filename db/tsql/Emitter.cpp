@@ -1,0 +1,1013 @@
+#include "db/tsql/Emitter.h"
+
+#include <cctype>
+#include <cstdint>
+#include <limits>
+#include <map>
+#include <set>
+
+#include "db/tsql/Lexer.h"
+#include "db/tsql/TranslationError.h"
+
+namespace qx::tsql {
+namespace {
+
+constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
+
+// A table, view or derived table a query reads from.
+struct Source {
+    std::string refName;    // alias, or the table's own name when it has none
+    std::string qualifier;  // how emitted column references name it
+    Name table;             // the table behind it (empty for a derived table)
+    std::optional<std::vector<CatalogColumn>> columns;  // nullopt: not known to the catalog
+};
+
+struct Scope {
+    const Scope* parent = nullptr;
+    std::vector<Source> sources;
+    std::size_t visible = kAll;  // an ON clause sees only the sources joined so far
+    bool qualifyLocal = false;   // write resolved unqualified columns with their source
+};
+
+struct OutputColumn {
+    std::string name;
+    SqlType type = SqlType::Unknown;
+};
+
+struct Resolution {
+    const Source* source = nullptr;
+    SqlType type = SqlType::Unknown;
+    bool local = false;
+};
+
+bool isNumeric(SqlType t) { return t == SqlType::Integer || t == SqlType::Real; }
+
+std::string trimBlanks(std::string_view text) {
+    std::size_t start = 0, end = text.size();
+    while (start < end && std::isspace(static_cast<unsigned char>(text[start]))) ++start;
+    while (end > start && std::isspace(static_cast<unsigned char>(text[end - 1]))) --end;
+    return std::string(text.substr(start, end - start));
+}
+
+// A string literal that SQL Server would accept as a number, written as a SQLite number.
+std::optional<std::string> numberFromText(std::string_view raw) {
+    std::string text = trimBlanks(raw);
+    if (text.empty()) return std::string("0");
+    std::size_t i = 0;
+    std::string sign;
+    if (text[i] == '+' || text[i] == '-') {
+        if (text[i] == '-') sign = "-";
+        ++i;
+    }
+    std::string digits;
+    bool sawDigit = false, sawDot = false;
+    for (; i < text.size(); ++i) {
+        const char c = text[i];
+        if (std::isdigit(static_cast<unsigned char>(c))) {
+            sawDigit = true;
+            digits += c;
+        } else if (c == '.' && !sawDot) {
+            sawDot = true;
+            digits += c;
+        } else if ((c == 'e' || c == 'E') && sawDigit) {
+            digits += c;
+            ++i;
+            if (i < text.size() && (text[i] == '+' || text[i] == '-')) digits += text[i++];
+            if (i >= text.size()) return std::nullopt;
+            for (; i < text.size(); ++i) {
+                if (!std::isdigit(static_cast<unsigned char>(text[i]))) return std::nullopt;
+                digits += text[i];
+            }
+            break;
+        } else {
+            return std::nullopt;
+        }
+    }
+    if (!sawDigit) return std::nullopt;
+    if (digits.front() == '.') digits = "0" + digits;
+    if (digits.back() == '.') digits += "0";
+    // leading zeros would read as another number in some engines
+    while (digits.size() > 1 && digits[0] == '0' && std::isdigit(static_cast<unsigned char>(digits[1]))) digits.erase(0, 1);
+    return sign + digits;
+}
+
+SqlType literalNumberType(const std::string& text) {
+    return text.find_first_of(".eE") == std::string::npos ? SqlType::Integer : SqlType::Real;
+}
+
+SqlType higherPrecedence(SqlType a, SqlType b) {
+    auto rank = [](SqlType t) {
+        switch (t) {
+            case SqlType::DateTime: return 4;
+            case SqlType::Real: return 3;
+            case SqlType::Integer: return 2;
+            case SqlType::Text: return 1;
+            case SqlType::Unknown: return 0;
+        }
+        return 0;
+    };
+    return rank(a) >= rank(b) ? a : b;
+}
+
+const char* typeWord(SqlType t) {
+    switch (t) {
+        case SqlType::Integer: return "int";
+        case SqlType::Real: return "float";
+        case SqlType::DateTime: return "datetime";
+        default: return "varchar";
+    }
+}
+
+class Emitter {
+public:
+    Emitter(const Statement& statement, const Catalog& catalog, const Dialect& dialect)
+        : statement_(statement), catalog_(catalog), d_(dialect) {}
+
+    std::vector<std::string> run() {
+        const SyntaxTree& tree = *statement_.tree;
+        switch (tree.kind) {
+            case StatementKind::Select:
+                if (tree.query->cores.front().into) return selectInto(*tree.query);
+                return {query(*tree.query, nullptr)};
+            case StatementKind::Insert: return {insert(tree)};
+            case StatementKind::Update: return {update(tree)};
+            case StatementKind::Delete: return {deleteRows(tree)};
+            case StatementKind::CreateTable: return createTable(tree);
+            case StatementKind::CreateView: return {createView(tree)};
+            case StatementKind::CreateIndex: return {createIndex(tree)};
+            case StatementKind::DropTable:
+            case StatementKind::DropView:
+            case StatementKind::DropIndex: return drop(tree);
+            case StatementKind::Truncate: return {"DELETE FROM " + d_.tableReference(tree.target)};
+            case StatementKind::Exec: return {};
+            case StatementKind::Transaction: return {};
+        }
+        return {};
+    }
+
+private:
+    [[noreturn]] void fail(const std::string& message, Position pos) const {
+        throw TranslationError(message, statement_.text, pos.line, pos.column);
+    }
+
+    std::optional<std::vector<CatalogColumn>> columnsOf(const Name& name) {
+        const std::string key = toUpper(name.last());
+        auto found = tableCache_.find(key);
+        if (found != tableCache_.end()) return found->second;
+        auto columns = catalog_.tableColumns(name.last());
+        tableCache_.emplace(key, columns);
+        return columns;
+    }
+
+    // ---------------------------------------------------------------- scopes
+
+    void addSources(const TableRef& ref, Scope& scope) {
+        switch (ref.kind) {
+            case TableRef::Kind::Table: {
+                Source source;
+                source.table = ref.table;
+                source.refName = ref.alias ? *ref.alias : ref.table.last();
+                source.qualifier = ref.alias ? d_.quoteIdentifier(*ref.alias) : d_.tableQualifier(ref.table);
+                source.columns = columnsOf(ref.table);
+                scope.sources.push_back(std::move(source));
+                break;
+            }
+            case TableRef::Kind::Derived: {
+                Source source;
+                source.refName = *ref.alias;
+                source.qualifier = d_.quoteIdentifier(*ref.alias);
+                bool complete = true;
+                auto columns = outputColumns(*ref.derived, scope.parent, &complete);
+                if (complete) {
+                    std::vector<CatalogColumn> list;
+                    for (auto& c : columns) list.push_back({c.name, c.type});
+                    source.columns = std::move(list);
+                }
+                scope.sources.push_back(std::move(source));
+                break;
+            }
+            case TableRef::Kind::Join:
+                addSources(*ref.left, scope);
+                addSources(*ref.right, scope);
+                break;
+        }
+    }
+
+    Scope buildScope(const std::vector<TableRefPtr>& from, const Scope* parent) {
+        Scope scope;
+        scope.parent = parent;
+        for (const auto& ref : from) addSources(*ref, scope);
+        return scope;
+    }
+
+    static const Source* findSource(const Scope& scope, std::string_view name) {
+        const std::size_t count = std::min(scope.visible, scope.sources.size());
+        for (std::size_t i = 0; i < count; ++i)
+            if (equalsIgnoreCase(scope.sources[i].refName, name)) return &scope.sources[i];
+        // a table that has an alias may still be named by its own name in loose T-SQL
+        for (std::size_t i = 0; i < count; ++i)
+            if (!scope.sources[i].table.parts.empty() && equalsIgnoreCase(scope.sources[i].table.last(), name))
+                return &scope.sources[i];
+        return nullptr;
+    }
+
+    static std::optional<SqlType> columnType(const Source& source, std::string_view column) {
+        if (!source.columns) return std::nullopt;
+        for (const auto& c : *source.columns)
+            if (equalsIgnoreCase(c.name, column)) return c.type;
+        return std::nullopt;
+    }
+
+    Resolution resolve(const Name& name, const Scope& scope) const {
+        Resolution result;
+        bool local = true;
+        for (const Scope* s = &scope; s; s = s->parent, local = false) {
+            if (name.parts.size() >= 2) {
+                const Source* source = findSource(*s, name.parts[name.parts.size() - 2]);
+                if (!source) continue;
+                result.source = source;
+                result.type = columnType(*source, name.last()).value_or(SqlType::Unknown);
+                result.local = local;
+                return result;
+            }
+            const std::size_t count = std::min(s->visible, s->sources.size());
+            for (std::size_t i = 0; i < count; ++i) {
+                if (auto type = columnType(s->sources[i], name.last())) {
+                    result.source = &s->sources[i];
+                    result.type = *type;
+                    result.local = local;
+                    return result;
+                }
+            }
+        }
+        return result;
+    }
+
+    // ---------------------------------------------------------------- types
+
+    SqlType typeOf(const Expr& e, const Scope& scope) {
+        switch (e.kind) {
+            case ExprKind::Number: return literalNumberType(e.text);
+            case ExprKind::String: return SqlType::Text;
+            case ExprKind::Null:
+            case ExprKind::Star: return SqlType::Unknown;
+            case ExprKind::Column: return resolve(e.name, scope).type;
+            case ExprKind::Unary: return e.text == "NOT" ? SqlType::Integer : typeOf(*e.args[0], scope);
+            case ExprKind::Binary: {
+                static const std::set<std::string> arithmetic = {"+", "-", "*", "/", "%", "&", "|", "^"};
+                if (!arithmetic.count(e.text)) return SqlType::Integer;
+                const SqlType l = typeOf(*e.args[0], scope), r = typeOf(*e.args[1], scope);
+                if (e.text == "+" && concatenates(l, r)) return SqlType::Text;
+                if (l == SqlType::DateTime || r == SqlType::DateTime) return SqlType::DateTime;
+                if (l == SqlType::Real || r == SqlType::Real) return SqlType::Real;
+                if (isNumeric(l) && isNumeric(r)) return SqlType::Integer;
+                if (isNumeric(l)) return l;
+                if (isNumeric(r)) return r;
+                return SqlType::Unknown;
+            }
+            case ExprKind::Like:
+            case ExprKind::IsNull:
+            case ExprKind::InList:
+            case ExprKind::InQuery:
+            case ExprKind::Between:
+            case ExprKind::Exists:
+            case ExprKind::Identity: return SqlType::Integer;
+            case ExprKind::Subquery: {
+                bool complete = true;
+                auto columns = outputColumns(*e.query, &scope, &complete);
+                return columns.empty() ? SqlType::Unknown : columns.front().type;
+            }
+            case ExprKind::Function: return functionType(e, scope);
+            case ExprKind::Case: {
+                SqlType result = SqlType::Unknown;
+                for (std::size_t i = 1; i < e.args.size(); i += 2) result = higherPrecedence(result, typeOf(*e.args[i], scope));
+                if (e.elseExpr) result = higherPrecedence(result, typeOf(*e.elseExpr, scope));
+                return result;
+            }
+            case ExprKind::Convert: return e.type.sqlType();
+            case ExprKind::DatePartCall: return e.name.last() == "DATEADD" ? SqlType::DateTime : e.name.last() == "DATENAME" ? SqlType::Text : SqlType::Integer;
+        }
+        return SqlType::Unknown;
+    }
+
+    // SQL Server joins two values with + when both are character data; a number on either
+    // side makes it an addition.
+    static bool concatenates(SqlType l, SqlType r) {
+        if (l != SqlType::Text && r != SqlType::Text) return false;
+        auto other = l == SqlType::Text ? r : l;
+        return other == SqlType::Text || other == SqlType::Unknown;
+    }
+
+    SqlType functionType(const Expr& e, const Scope& scope) {
+        const std::string name = toUpper(e.name.last());
+        if (name == "COUNT" || name == "LEN" || name == "CHARINDEX" || name == "YEAR" || name == "MONTH" || name == "DAY" ||
+            name == "DATALENGTH")
+            return SqlType::Integer;
+        if (name == "GETDATE" || name == "SYSDATETIME" || name == "CURRENT_TIMESTAMP") return SqlType::DateTime;
+        static const std::set<std::string> texts = {"LEFT", "RIGHT", "SUBSTRING", "UPPER", "LOWER", "LTRIM", "RTRIM", "REPLACE", "SPACE", "REPLICATE", "STR"};
+        if (texts.count(name)) return SqlType::Text;
+        if (name == "ISNULL" || name == "COALESCE" || name == "NULLIF") {
+            SqlType result = SqlType::Unknown;
+            for (const auto& a : e.args) {
+                result = typeOf(*a, scope);
+                if (result != SqlType::Unknown) break;
+            }
+            return result;
+        }
+        if (!e.args.empty()) return typeOf(*e.args[0], scope);  // SUM, MIN, MAX, AVG, ABS, ROUND ...
+        return SqlType::Unknown;
+    }
+
+    // Names and types of a query's result columns; complete is cleared when a * could not be
+    // expanded because a source is unknown.
+    std::vector<OutputColumn> outputColumns(const Query& q, const Scope* parent, bool* complete) {
+        std::vector<OutputColumn> result;
+        for (std::size_t i = 0; i < q.cores.size(); ++i) {
+            Scope scope = buildScope(q.cores[i].from, parent);
+            auto columns = coreColumns(q.cores[i], scope, complete);
+            if (i == 0) {
+                result = std::move(columns);
+            } else {
+                for (std::size_t c = 0; c < result.size() && c < columns.size(); ++c)
+                    if (result[c].type == SqlType::Unknown) result[c].type = columns[c].type;
+            }
+        }
+        return result;
+    }
+
+    std::vector<OutputColumn> coreColumns(const SelectCore& core, const Scope& scope, bool* complete) {
+        std::vector<OutputColumn> result;
+        for (const auto& item : core.items) {
+            const Expr& e = *item.expr;
+            if (e.kind == ExprKind::Star) {
+                for (const auto& source : scope.sources) {
+                    if (!e.name.parts.empty() && !equalsIgnoreCase(source.refName, e.name.last())) continue;
+                    if (!source.columns) {
+                        if (complete) *complete = false;
+                        continue;
+                    }
+                    for (const auto& c : *source.columns) result.push_back({c.name, c.type});
+                }
+                continue;
+            }
+            OutputColumn column;
+            if (item.alias) column.name = *item.alias;
+            else if (e.kind == ExprKind::Column) column.name = e.name.last();
+            column.type = typeOf(e, scope);
+            result.push_back(std::move(column));
+        }
+        return result;
+    }
+
+    // ---------------------------------------------------------------- values
+
+    bool isSimpleOperand(const Expr& e) const {
+        return e.kind == ExprKind::Column || e.kind == ExprKind::String || e.kind == ExprKind::Number ||
+               e.kind == ExprKind::Function || e.kind == ExprKind::Null;
+    }
+
+    // The value of e as SQL Server would store or compare it against a target of type target.
+    std::string coerced(const Expr& e, const Scope& scope, SqlType target, bool storing) {
+        if (isNumeric(target)) {
+            if (e.kind == ExprKind::String) {
+                if (auto number = numberFromText(e.text)) return *number;
+                if (storing) fail("Conversion failed when converting the varchar value '" + e.text + "' to data type " + typeWord(target) + ".", e.pos);
+                return expr(e, scope);
+            }
+            if (typeOf(e, scope) == SqlType::Text) return d_.textToNumber(expr(e, scope));
+            return expr(e, scope);
+        }
+        if (target == SqlType::DateTime) {
+            if (e.kind == ExprKind::String) {
+                if (auto date = dates::parse(e.text)) return d_.quoteString(dates::formatIso(*date));
+                if (storing) fail("Conversion failed when converting date and/or time from character string.", e.pos);
+                return expr(e, scope);
+            }
+            if (storing && typeOf(e, scope) == SqlType::Text) return d_.toDateTime(expr(e, scope));
+            return expr(e, scope);
+        }
+        if (target == SqlType::Text && storing && e.kind == ExprKind::Number) return d_.quoteString(e.text);
+        return expr(e, scope);
+    }
+
+    // ---------------------------------------------------------------- expressions
+
+    std::string columnReference(const Expr& e, const Scope& scope) const {
+        const Resolution r = resolve(e.name, scope);
+        const std::string column = d_.quoteIdentifier(e.name.last());
+        if (r.source) {
+            if (e.name.parts.size() >= 2 || (scope.qualifyLocal && r.local)) return r.source->qualifier + "." + column;
+            return column;
+        }
+        if (e.name.parts.size() >= 2) {
+            Name table;
+            table.parts.push_back(e.name.parts[e.name.parts.size() - 2]);
+            return d_.tableQualifier(table) + "." + column;
+        }
+        return column;
+    }
+
+    std::string withCollation(const std::string& operand, const Expr& e) const {
+        return (isSimpleOperand(e) ? operand : "(" + operand + ")") + d_.collate();
+    }
+
+    std::string comparison(const Expr& e, const Scope& scope) {
+        const Expr& l = *e.args[0];
+        const Expr& r = *e.args[1];
+        const SqlType lt = typeOf(l, scope), rt = typeOf(r, scope);
+        std::string left, right;
+        if (lt == SqlType::DateTime || rt == SqlType::DateTime) {
+            left = lt == SqlType::DateTime ? expr(l, scope) : coerced(l, scope, SqlType::DateTime, false);
+            right = rt == SqlType::DateTime ? expr(r, scope) : coerced(r, scope, SqlType::DateTime, false);
+        } else if (isNumeric(lt) || isNumeric(rt)) {
+            left = isNumeric(lt) ? expr(l, scope) : coerced(l, scope, rt, false);
+            right = isNumeric(rt) ? expr(r, scope) : coerced(r, scope, lt, false);
+        } else {
+            left = expr(l, scope);
+            right = expr(r, scope);
+            if (lt == SqlType::Text || rt == SqlType::Text) left = withCollation(left, l);
+        }
+        return "(" + left + " " + e.text + " " + right + ")";
+    }
+
+    std::string expr(const Expr& e, const Scope& scope) {
+        switch (e.kind) {
+            case ExprKind::Number: return e.text.front() == '.' ? "0" + e.text : e.text;
+            case ExprKind::String: return d_.quoteString(e.text);
+            case ExprKind::Null: return "NULL";
+            case ExprKind::Column: return columnReference(e, scope);
+            case ExprKind::Star: {
+                if (e.name.parts.empty()) return "*";
+                if (const Source* source = findSource(scope, e.name.last())) return source->qualifier + ".*";
+                return d_.tableQualifier(e.name) + ".*";
+            }
+            case ExprKind::Unary:
+                if (e.text == "NOT") return "(NOT " + expr(*e.args[0], scope) + ")";
+                return "(" + e.text + expr(*e.args[0], scope) + ")";
+            case ExprKind::Binary: return binary(e, scope);
+            case ExprKind::Like: {
+                const std::string op = e.negated ? " NOT LIKE " : " LIKE ";
+                return "(" + expr(*e.args[0], scope) + op + expr(*e.args[1], scope) + ")";
+            }
+            case ExprKind::IsNull: return "(" + expr(*e.args[0], scope) + (e.negated ? " IS NOT NULL)" : " IS NULL)");
+            case ExprKind::InList: {
+                const SqlType t = typeOf(*e.args[0], scope);
+                std::string operand = expr(*e.args[0], scope);
+                if (t == SqlType::Text) operand = withCollation(operand, *e.args[0]);
+                std::string text = "(" + operand + (e.negated ? " NOT IN (" : " IN (");
+                for (std::size_t i = 1; i < e.args.size(); ++i) {
+                    if (i > 1) text += ", ";
+                    text += (isNumeric(t) || t == SqlType::DateTime) ? coerced(*e.args[i], scope, t, false) : expr(*e.args[i], scope);
+                }
+                return text + "))";
+            }
+            case ExprKind::InQuery:
+                return "(" + expr(*e.args[0], scope) + (e.negated ? " NOT IN (" : " IN (") + query(*e.query, &scope) + "))";
+            case ExprKind::Between: {
+                const SqlType t = typeOf(*e.args[0], scope);
+                std::string operand = expr(*e.args[0], scope);
+                if (t == SqlType::Text) operand = withCollation(operand, *e.args[0]);
+                return "(" + operand + (e.negated ? " NOT BETWEEN " : " BETWEEN ") + coerced(*e.args[1], scope, t, false) +
+                       " AND " + coerced(*e.args[2], scope, t, false) + ")";
+            }
+            case ExprKind::Exists: return "EXISTS (" + query(*e.query, &scope) + ")";
+            case ExprKind::Subquery: return "(" + query(*e.query, &scope) + ")";
+            case ExprKind::Function: return function(e, scope);
+            case ExprKind::Case: return caseExpr(e, scope);
+            case ExprKind::Convert: return convert(e, scope);
+            case ExprKind::DatePartCall: return dateFunction(e, scope);
+            case ExprKind::Identity: fail("IDENTITY() is allowed only in the select list of SELECT … INTO", e.pos);
+        }
+        fail("unsupported expression", e.pos);
+    }
+
+    std::string binary(const Expr& e, const Scope& scope) {
+        static const std::set<std::string> comparisons = {"=", "<>", "<", ">", "<=", ">="};
+        if (comparisons.count(e.text)) return comparison(e, scope);
+        const Expr& l = *e.args[0];
+        const Expr& r = *e.args[1];
+        if (e.text == "+") {
+            const SqlType lt = typeOf(l, scope), rt = typeOf(r, scope);
+            if (concatenates(lt, rt)) return "(" + d_.concat(expr(l, scope), expr(r, scope)) + ")";
+            // datetime + n adds days in SQL Server
+            if (lt == SqlType::DateTime && isNumeric(rt)) return d_.dateAdd(dates::Part::Day, expr(r, scope), expr(l, scope));
+            if (rt == SqlType::DateTime && isNumeric(lt)) return d_.dateAdd(dates::Part::Day, expr(l, scope), expr(r, scope));
+        }
+        if (e.text == "-") {
+            const SqlType lt = typeOf(l, scope), rt = typeOf(r, scope);
+            if (lt == SqlType::DateTime && isNumeric(rt)) return d_.dateAdd(dates::Part::Day, "-(" + expr(r, scope) + ")", expr(l, scope));
+        }
+        return "(" + expr(l, scope) + " " + e.text + " " + expr(r, scope) + ")";
+    }
+
+    std::string caseExpr(const Expr& e, const Scope& scope) {
+        std::string text = "CASE";
+        SqlType operandType = SqlType::Unknown;
+        if (e.caseOperand) {
+            operandType = typeOf(*e.caseOperand, scope);
+            std::string operand = expr(*e.caseOperand, scope);
+            if (operandType == SqlType::Text) operand = withCollation(operand, *e.caseOperand);
+            text += " " + operand;
+        }
+        for (std::size_t i = 0; i + 1 < e.args.size(); i += 2) {
+            const std::string when = e.caseOperand && (isNumeric(operandType) || operandType == SqlType::DateTime)
+                                         ? coerced(*e.args[i], scope, operandType, false)
+                                         : expr(*e.args[i], scope);
+            text += " WHEN " + when + " THEN " + expr(*e.args[i + 1], scope);
+        }
+        if (e.elseExpr) text += " ELSE " + expr(*e.elseExpr, scope);
+        return text + " END";
+    }
+
+    std::string convert(const Expr& e, const Scope& scope) {
+        const Expr& value = *e.args[0];
+        const std::string v = expr(value, scope);
+        switch (e.type.sqlType()) {
+            case SqlType::Text: {
+                int length = 30;
+                if (!e.type.params.empty()) length = e.type.params[0] < 0 ? 0 : e.type.params[0];
+                if (e.type.name == "TEXT" || e.type.name == "NTEXT") length = 0;
+                std::optional<int> style = e.style;
+                if (!style && typeOf(value, scope) == SqlType::DateTime) style = 120;
+                if (style && !dates::formatStyle(dates::DateTime{}, *style) && *style != 0)
+                    fail("unsupported CONVERT style " + std::to_string(*style), e.pos);
+                return d_.toText(v, style, length, e.type.isFixedChar());
+            }
+            case SqlType::Integer: return d_.toInteger(v);
+            case SqlType::Real: {
+                std::optional<int> scale;
+                if (e.type.name == "DECIMAL" || e.type.name == "NUMERIC") scale = e.type.params.size() >= 2 ? e.type.params[1] : 0;
+                if (e.type.name == "MONEY" || e.type.name == "SMALLMONEY") scale = 4;
+                return d_.toReal(v, scale);
+            }
+            case SqlType::DateTime: return d_.toDateTime(v);
+            case SqlType::Unknown: break;
+        }
+        fail("unsupported conversion target " + e.type.name, e.pos);
+    }
+
+    dates::Part datePartOf(const std::string& name, Position pos) const {
+        auto part = dates::partFromName(name);
+        if (!part) fail("unknown date part " + name, pos);
+        return *part;
+    }
+
+    std::string dateArgument(const Expr& e, const Scope& scope) {
+        if (e.kind == ExprKind::String) {
+            if (auto date = dates::parse(e.text)) return d_.quoteString(dates::formatIso(*date));
+        }
+        return expr(e, scope);
+    }
+
+    std::string dateFunction(const Expr& e, const Scope& scope) {
+        const dates::Part part = datePartOf(e.datePart, e.pos);
+        const std::string& name = e.name.last();
+        if (name == "DATEPART") return d_.datePart(part, dateArgument(*e.args[0], scope));
+        if (name == "DATEADD") return d_.dateAdd(part, expr(*e.args[0], scope), dateArgument(*e.args[1], scope));
+        if (name == "DATEDIFF") return d_.dateDiff(part, dateArgument(*e.args[0], scope), dateArgument(*e.args[1], scope));
+        fail(name + " is not supported", e.pos);
+    }
+
+    void expectArguments(const Expr& e, std::size_t count) const {
+        if (e.args.size() != count)
+            fail("The " + toUpper(e.name.last()) + " function requires " + std::to_string(count) + " argument(s).", e.pos);
+    }
+
+    std::string function(const Expr& e, const Scope& scope) {
+        const std::string name = toUpper(e.name.last());
+        auto arg = [&](std::size_t i) { return expr(*e.args[i], scope); };
+        if (name == "ISNULL") {
+            expectArguments(e, 2);
+            return d_.ifNull(arg(0), arg(1));
+        }
+        if (name == "LEN") {
+            expectArguments(e, 1);
+            return d_.length(arg(0));
+        }
+        if (name == "LEFT") {
+            expectArguments(e, 2);
+            return d_.left(arg(0), arg(1));
+        }
+        if (name == "RIGHT") {
+            expectArguments(e, 2);
+            return d_.right(arg(0), arg(1));
+        }
+        if (name == "SUBSTRING") {
+            expectArguments(e, 3);
+            return "substr(" + arg(0) + ", " + arg(1) + ", " + arg(2) + ")";
+        }
+        if (name == "CHARINDEX") {
+            expectArguments(e, 2);
+            return d_.charIndex(arg(0), arg(1));
+        }
+        if (name == "YEAR" || name == "MONTH" || name == "DAY") {
+            expectArguments(e, 1);
+            return d_.datePart(*dates::partFromName(name), dateArgument(*e.args[0], scope));
+        }
+        if (name == "GETDATE" || name == "SYSDATETIME" || name == "CURRENT_TIMESTAMP") {
+            expectArguments(e, 0);
+            return d_.currentDateTime();
+        }
+        std::string text = name == "COUNT" || name == "SUM" || name == "AVG" || name == "MIN" || name == "MAX"
+                               ? toUpper(name)
+                               : e.name.last();
+        text += "(";
+        if (e.star) text += "*";
+        if (e.distinct) text += "DISTINCT ";
+        for (std::size_t i = 0; i < e.args.size(); ++i) {
+            if (i) text += ", ";
+            text += arg(i);
+        }
+        text += ")";
+        // SQL Server averages integers as integers
+        if (name == "AVG" && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer) return "CAST(" + text + " AS INTEGER)";
+        return text;
+    }
+
+    // ---------------------------------------------------------------- queries
+
+    std::string tableRef(const TableRef& ref, const Scope& scope, std::size_t& joined) {
+        switch (ref.kind) {
+            case TableRef::Kind::Table: {
+                ++joined;
+                std::string text = d_.tableReference(ref.table);
+                if (ref.alias) text += " AS " + d_.quoteIdentifier(*ref.alias);
+                return text;
+            }
+            case TableRef::Kind::Derived:
+                ++joined;
+                return "(" + query(*ref.derived, scope.parent) + ") AS " + d_.quoteIdentifier(*ref.alias);
+            case TableRef::Kind::Join: {
+                std::string text = tableRef(*ref.left, scope, joined);
+                static const char* const keywords[] = {" INNER JOIN ", " LEFT JOIN ", " RIGHT JOIN ", " FULL JOIN ", " CROSS JOIN "};
+                text += keywords[static_cast<int>(ref.joinType)];
+                std::string right = tableRef(*ref.right, scope, joined);
+                text += ref.right->kind == TableRef::Kind::Join ? "(" + right + ")" : right;
+                if (ref.on) {
+                    // SQL Server resolves an ON clause against the tables joined so far only.
+                    Scope onScope = scope;
+                    onScope.visible = joined;
+                    onScope.qualifyLocal = true;
+                    text += " ON " + expr(*ref.on, onScope);
+                }
+                return text;
+            }
+        }
+        return {};
+    }
+
+    std::string fromClause(const std::vector<TableRefPtr>& from, const Scope& scope) {
+        std::string text;
+        std::size_t joined = 0;
+        for (std::size_t i = 0; i < from.size(); ++i) {
+            if (i) text += ", ";
+            text += tableRef(*from[i], scope, joined);
+        }
+        return text;
+    }
+
+    // targets: the types of the columns the rows go into (INSERT … SELECT), for SQL Server's
+    // implicit conversions; skipIdentity drops IDENTITY() items (SELECT … INTO).
+    std::string core(const SelectCore& c, const Scope& scope, const std::vector<SqlType>* targets, bool skipIdentity) {
+        std::string text = c.distinct ? "SELECT DISTINCT " : "SELECT ";
+        std::size_t position = 0;
+        bool positionKnown = true;
+        bool first = true;
+        for (const auto& item : c.items) {
+            const Expr& e = *item.expr;
+            if (e.kind == ExprKind::Identity && skipIdentity) continue;
+            if (!first) text += ", ";
+            first = false;
+            if (e.kind == ExprKind::Star) {
+                text += expr(e, scope);
+                bool complete = true;
+                SelectCore starOnly;
+                (void)starOnly;
+                std::size_t expanded = 0;
+                for (const auto& source : scope.sources) {
+                    if (!e.name.parts.empty() && !equalsIgnoreCase(source.refName, e.name.last())) continue;
+                    if (!source.columns) complete = false;
+                    else expanded += source.columns->size();
+                }
+                if (!complete) positionKnown = false;
+                position += expanded;
+                continue;
+            }
+            if (targets && positionKnown && position < targets->size()) text += coerced(e, scope, (*targets)[position], true);
+            else text += expr(e, scope);
+            ++position;
+            if (item.alias) text += " AS " + d_.quoteIdentifier(*item.alias);
+        }
+        if (!c.from.empty()) text += " FROM " + fromClause(c.from, scope);
+        if (c.where) text += " WHERE " + expr(*c.where, scope);
+        if (!c.groupBy.empty()) {
+            text += " GROUP BY ";
+            for (std::size_t i = 0; i < c.groupBy.size(); ++i) {
+                if (i) text += ", ";
+                const Expr& g = *c.groupBy[i];
+                std::string group = expr(g, scope);
+                if (g.kind != ExprKind::Column && typeOf(g, scope) == SqlType::Text) group = withCollation(group, g);
+                text += group;
+            }
+        }
+        if (c.having) text += " HAVING " + expr(*c.having, scope);
+        return text;
+    }
+
+    std::string topCount(const SelectCore& c, const Scope& scope) {
+        if (c.topPercent) fail("TOP … PERCENT is not supported", c.pos);
+        return expr(*c.top, scope);
+    }
+
+    std::string query(const Query& q, const Scope* parent, const std::vector<SqlType>* targets = nullptr, bool skipIdentity = false) {
+        static const char* const setOps[] = {" UNION ", " UNION ALL ", " EXCEPT ", " INTERSECT "};
+        const bool single = q.cores.size() == 1;
+        std::string text;
+        std::optional<Scope> singleScope;
+        for (std::size_t i = 0; i < q.cores.size(); ++i) {
+            const SelectCore& c = q.cores[i];
+            Scope scope = buildScope(c.from, parent);
+            std::string branch = core(c, scope, targets, skipIdentity);
+            if (c.top && !single) {
+                // TOP limits its own branch; SQLite only allows LIMIT on the whole compound.
+                branch = "SELECT * FROM (" + branch + d_.limit(topCount(c, scope)) + ")";
+            }
+            if (i) text += setOps[static_cast<int>(q.ops[i - 1])];
+            text += branch;
+            if (single) singleScope = std::move(scope);
+        }
+        if (!q.orderBy.empty()) {
+            text += " ORDER BY ";
+            for (std::size_t i = 0; i < q.orderBy.size(); ++i) {
+                if (i) text += ", ";
+                const Expr& e = *q.orderBy[i].expr;
+                if (single) {
+                    std::string term = expr(e, *singleScope);
+                    if (e.kind != ExprKind::Column && typeOf(e, *singleScope) == SqlType::Text) term = withCollation(term, e);
+                    text += term;
+                } else {
+                    text += compoundOrderTerm(q, e, parent);
+                }
+                if (q.orderBy[i].descending) text += " DESC";
+            }
+        }
+        if (single && q.cores[0].top) text += d_.limit(topCount(q.cores[0], *singleScope));
+        return text;
+    }
+
+    // A compound SELECT orders by its result columns: map a column name to its position.
+    std::string compoundOrderTerm(const Query& q, const Expr& e, const Scope* parent) {
+        if (e.kind == ExprKind::Number) return e.text;
+        if (e.kind == ExprKind::Column) {
+            bool complete = true;
+            auto columns = outputColumns(q, parent, &complete);
+            for (std::size_t i = 0; i < columns.size(); ++i)
+                if (equalsIgnoreCase(columns[i].name, e.name.last())) return std::to_string(i + 1);
+            return d_.quoteIdentifier(e.name.last());
+        }
+        fail("ORDER BY of a UNION must name a result column", e.pos);
+    }
+
+    // ---------------------------------------------------------------- statements
+
+    std::vector<std::string> selectInto(const Query& q) {
+        const SelectCore& first = q.cores.front();
+        const Name& target = *first.into;
+        bool complete = true;
+        auto columns = outputColumns(q, nullptr, &complete);
+        if (!complete) fail("SELECT … INTO reads * from a table that does not exist", first.pos);
+        std::string definition;
+        std::string insertColumns;
+        std::size_t identities = 0;
+        std::size_t position = 0;
+        for (const auto& item : first.items) {
+            if (item.expr->kind == ExprKind::Star) {
+                // stars expand to their sources' columns, already counted in columns
+                Scope scope = buildScope(first.from, nullptr);
+                for (const auto& source : scope.sources) {
+                    if (!item.expr->name.parts.empty() && !equalsIgnoreCase(source.refName, item.expr->name.last())) continue;
+                    for (std::size_t k = 0; k < source.columns->size(); ++k) appendIntoColumn(columns[position++], definition, insertColumns, first.pos);
+                }
+                continue;
+            }
+            const OutputColumn& column = columns[position++];
+            if (item.expr->kind == ExprKind::Identity) {
+                const Expr& identity = *item.expr;
+                if (identity.identitySeed != 1 || identity.identityStep != 1) fail("IDENTITY numbering must start at 1 and step by 1", identity.pos);
+                if (++identities > 1) fail("a table can have only one identity column", identity.pos);
+                if (column.name.empty()) fail("the IDENTITY column needs a name", identity.pos);
+                if (!definition.empty()) definition += ", ";
+                definition += d_.quoteIdentifier(column.name) + " " + d_.identityColumnType();
+                continue;
+            }
+            appendIntoColumn(column, definition, insertColumns, item.expr->pos);
+        }
+        std::vector<std::string> statements;
+        if (target.isTemp()) statements.push_back(d_.dropTableIfExists(target));
+        statements.push_back(d_.createTableHead(target) + " (" + definition + ")");
+        statements.push_back("INSERT INTO " + d_.tableReference(target) + " (" + insertColumns + ") " + query(q, nullptr, nullptr, true));
+        return statements;
+    }
+
+    void appendIntoColumn(const OutputColumn& column, std::string& definition, std::string& insertColumns, Position pos) {
+        if (column.name.empty()) fail("No column name was specified for a column of SELECT … INTO", pos);
+        if (!definition.empty()) definition += ", ";
+        if (!insertColumns.empty()) insertColumns += ", ";
+        const std::string type = d_.columnTypeFor(column.type);
+        definition += d_.quoteIdentifier(column.name) + (type.empty() ? "" : " " + type);
+        insertColumns += d_.quoteIdentifier(column.name);
+    }
+
+    std::string insert(const SyntaxTree& tree) {
+        const auto tableColumns = columnsOf(tree.target);
+        std::vector<std::string> names;
+        std::vector<SqlType> types;
+        if (!tree.columns.empty()) {
+            for (const auto& name : tree.columns) {
+                names.push_back(name);
+                SqlType type = SqlType::Unknown;
+                if (tableColumns)
+                    for (const auto& c : *tableColumns)
+                        if (equalsIgnoreCase(c.name, name)) type = c.type;
+                types.push_back(type);
+            }
+        } else if (tableColumns) {
+            // positional: every column but the identity, in table order
+            for (const auto& c : *tableColumns) {
+                if (c.identity) continue;
+                names.push_back(c.name);
+                types.push_back(c.type);
+            }
+        }
+        const bool known = !names.empty();
+        std::string text = "INSERT INTO " + d_.tableReference(tree.target);
+        if (known) {
+            text += " (";
+            for (std::size_t i = 0; i < names.size(); ++i) text += (i ? ", " : "") + d_.quoteIdentifier(names[i]);
+            text += ")";
+        }
+        const std::string mismatch = "Column name or number of supplied values does not match table definition.";
+        Scope empty;
+        if (!tree.values.empty()) {
+            text += " VALUES ";
+            for (std::size_t r = 0; r < tree.values.size(); ++r) {
+                const auto& row = tree.values[r];
+                if (known && row.size() != names.size()) fail(mismatch, row.empty() ? tree.pos : row.front()->pos);
+                text += r ? ", (" : "(";
+                for (std::size_t i = 0; i < row.size(); ++i) {
+                    if (i) text += ", ";
+                    text += known ? coerced(*row[i], empty, types[i], true) : expr(*row[i], empty);
+                }
+                text += ")";
+            }
+            return text;
+        }
+        if (tree.query) {
+            if (known) {
+                bool complete = true;
+                auto columns = outputColumns(*tree.query, nullptr, &complete);
+                if (complete && columns.size() != names.size()) fail(mismatch, tree.query->pos);
+            }
+            return text + " " + query(*tree.query, nullptr, known ? &types : nullptr);
+        }
+        return text + " DEFAULT VALUES";
+    }
+
+    Source targetSource(const Name& target) {
+        Source source;
+        source.table = target;
+        source.refName = target.last();
+        source.qualifier = d_.tableQualifier(target);
+        source.columns = columnsOf(target);
+        return source;
+    }
+
+    std::string update(const SyntaxTree& tree) {
+        Scope scope;
+        scope.sources.push_back(targetSource(tree.target));
+        for (const auto& ref : tree.from) addSources(*ref, scope);
+        for (std::size_t i = 1; i < scope.sources.size(); ++i)
+            if (equalsIgnoreCase(scope.sources[i].refName, tree.target.last()))
+                fail("UPDATE of a table that its own FROM names again is not supported", tree.pos);
+        std::string text = "UPDATE " + d_.tableReference(tree.target) + " SET ";
+        for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
+            const Assignment& a = tree.assignments[i];
+            if (i) text += ", ";
+            const SqlType target = columnType(scope.sources.front(), a.column.last()).value_or(SqlType::Unknown);
+            text += d_.quoteIdentifier(a.column.last()) + " = " + coerced(*a.value, scope, target, true);
+        }
+        if (!tree.from.empty()) {
+            std::size_t joined = 1;
+            text += " FROM ";
+            for (std::size_t i = 0; i < tree.from.size(); ++i) {
+                if (i) text += ", ";
+                text += tableRef(*tree.from[i], scope, joined);
+            }
+        }
+        if (tree.where) text += " WHERE " + expr(*tree.where, scope);
+        return text;
+    }
+
+    std::string deleteRows(const SyntaxTree& tree) {
+        if (tree.from.empty()) {
+            Scope scope;
+            scope.sources.push_back(targetSource(tree.target));
+            std::string text = "DELETE FROM " + d_.tableReference(tree.target);
+            if (tree.where) text += " WHERE " + expr(*tree.where, scope);
+            return text;
+        }
+        // DELETE target FROM sources …: delete the target's rows that the join selects.
+        Scope scope = buildScope(tree.from, nullptr);
+        const Source* target = findSource(scope, tree.target.last());
+        std::string from = fromClause(tree.from, scope);
+        Name table = tree.target;
+        std::string qualifier;
+        if (target && !target->table.parts.empty()) {
+            table = target->table;
+            qualifier = target->qualifier;
+        } else {
+            scope.sources.insert(scope.sources.begin(), targetSource(tree.target));
+            qualifier = scope.sources.front().qualifier;
+            from = d_.tableReference(tree.target) + ", " + from;
+        }
+        std::string text = "DELETE FROM " + d_.tableReference(table) + " WHERE rowid IN (SELECT " + qualifier + ".rowid FROM " + from;
+        if (tree.where) text += " WHERE " + expr(*tree.where, scope);
+        return text + ")";
+    }
+
+    std::vector<std::string> createTable(const SyntaxTree& tree) {
+        std::string body;
+        const ColumnDef* identity = nullptr;
+        bool columnPrimaryKey = false;
+        Scope empty;
+        for (const auto& column : tree.columnDefs) {
+            if (!body.empty()) body += ", ";
+            body += d_.quoteIdentifier(column.name) + " ";
+            if (column.identity) {
+                if (identity) fail("a table can have only one identity column", column.pos);
+                identity = &column;
+                body += d_.identityColumnType();
+            } else {
+                body += d_.columnType(column.type);
+                if (column.primaryKey) {
+                    body += " PRIMARY KEY";
+                    columnPrimaryKey = true;
+                }
+            }
+            if (column.notNull) body += " NOT NULL";
+            if (column.unique) body += " UNIQUE";
+            if (column.defaultValue) body += " DEFAULT (" + coerced(*column.defaultValue, empty, column.type.sqlType(), true) + ")";
+        }
+        if (identity && (columnPrimaryKey || !tree.primaryKey.empty())) {
+            const bool keyIsIdentity = tree.primaryKey.size() == 1 && equalsIgnoreCase(tree.primaryKey[0], identity->name);
+            if (!keyIsIdentity) fail("an IDENTITY column beside another primary key is not supported", identity->pos);
+        } else if (!tree.primaryKey.empty()) {
+            body += ", PRIMARY KEY (" + nameList(tree.primaryKey) + ")";
+        }
+        for (const auto& unique : tree.uniqueKeys) body += ", UNIQUE (" + nameList(unique) + ")";
+        std::vector<std::string> statements;
+        if (tree.target.isTemp()) statements.push_back(d_.dropTableIfExists(tree.target));
+        statements.push_back(d_.createTableHead(tree.target) + " (" + body + ")");
+        return statements;
+    }
+
+    std::string nameList(const std::vector<std::string>& names) const {
+        std::string text;
+        for (std::size_t i = 0; i < names.size(); ++i) text += (i ? ", " : "") + d_.quoteIdentifier(names[i]);
+        return text;
+    }
+
+    std::string createView(const SyntaxTree& tree) {
+        std::string text = "CREATE VIEW " + d_.quoteIdentifier(tree.target.last());
+        if (!tree.columns.empty()) text += " (" + nameList(tree.columns) + ")";
+        return text + " AS " + query(*tree.query, nullptr);
+    }
+
+    std::string createIndex(const SyntaxTree& tree) {
+        return d_.createIndexHead(tree.unique, tree.target, tree.indexTable) + " (" + nameList(tree.columns) + ")";
+    }
+
+    std::vector<std::string> drop(const SyntaxTree& tree) {
+        std::vector<std::string> statements;
+        const char* what = tree.kind == StatementKind::DropTable ? "DROP TABLE " : tree.kind == StatementKind::DropView ? "DROP VIEW " : "DROP INDEX ";
+        for (const auto& name : tree.dropNames) {
+            std::string object = tree.kind == StatementKind::DropIndex ? d_.quoteIdentifier(name.last()) : d_.tableReference(name);
+            statements.push_back(std::string(what) + (tree.ifExists ? "IF EXISTS " : "") + object);
+        }
+        return statements;
+    }
+
+    const Statement& statement_;
+    const Catalog& catalog_;
+    const Dialect& d_;
+    std::map<std::string, std::optional<std::vector<CatalogColumn>>> tableCache_;
+};
+
+}  // namespace
+
+std::vector<std::string> emitStatement(const Statement& statement, const Catalog& catalog, const Dialect& dialect) {
+    if (!statement.tree) throw TranslationError("statement has no syntax tree", statement.text, statement.line, statement.column);
+    return Emitter(statement, catalog, dialect).run();
+}
+
+}  // namespace qx::tsql

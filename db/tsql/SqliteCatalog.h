@@ -1,0 +1,27 @@
+#pragma once
+// The translator's view of a live SQLite connection: tables and views of the main and temp
+// schemas with their columns' types.
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "db/tsql/Translator.h"
+
+namespace qx::tsql {
+
+// The SqlType behind a declared column type as the SQLite emitter writes them
+// ("VARCHAR(20) COLLATE QX", "INT", "REAL", "DATETIME TEXT") and as T-SQL spells them.
+SqlType sqlTypeFromDeclaredType(std::string_view declaredType);
+
+class SqliteCatalog final : public Catalog {
+public:
+    explicit SqliteCatalog(sqlite3* db) : db_(db) {}
+    // "#name" looks in the temp schema; other names in main, then temp.
+    std::optional<std::vector<CatalogColumn>> tableColumns(std::string_view name) const override;
+
+private:
+    std::optional<std::vector<CatalogColumn>> columnsIn(const char* schema, std::string_view table) const;
+    sqlite3* db_;
+};
+
+}  // namespace qx::tsql

@@ -1,0 +1,111 @@
+#include <string>
+
+#include "db/tsql/Dialect.h"
+#include "db/tsql/SqliteRuntime.h"
+
+namespace qx::tsql {
+namespace {
+
+class SqliteDialect final : public Dialect {
+public:
+    std::string quoteIdentifier(std::string_view name) const override {
+        std::string quoted = "\"";
+        for (char c : name) {
+            if (c == '"') quoted += '"';
+            quoted += c;
+        }
+        return quoted + '"';
+    }
+    std::string quoteString(std::string_view value) const override {
+        std::string quoted = "'";
+        for (char c : value) {
+            if (c == '\'') quoted += '\'';
+            quoted += c;
+        }
+        return quoted + '\'';
+    }
+    std::string tableReference(const Name& name) const override {
+        if (name.isTemp()) return "temp." + quoteIdentifier(sqliteTempTableName(name.last()));
+        return quoteIdentifier(name.last());  // dbo.x and db.dbo.x: one database per file
+    }
+    std::string tableQualifier(const Name& name) const override {
+        return quoteIdentifier(name.isTemp() ? sqliteTempTableName(name.last()) : name.last());
+    }
+    std::string createTableHead(const Name& name) const override { return "CREATE TABLE " + tableReference(name); }
+    std::string dropTableIfExists(const Name& name) const override { return "DROP TABLE IF EXISTS " + tableReference(name); }
+    std::string createIndexHead(bool unique, const Name& index, const Name& table) const override {
+        // An index of a temp table lives in the temp schema; the table is then named unqualified.
+        std::string head = unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ";
+        if (table.isTemp()) return head + "temp." + quoteIdentifier(index.last()) + " ON " + quoteIdentifier(sqliteTempTableName(table.last()));
+        return head + quoteIdentifier(index.last()) + " ON " + quoteIdentifier(table.last());
+    }
+
+    std::string columnType(const TypeSpec& type) const override {
+        switch (type.sqlType()) {
+            case SqlType::Text:
+                if (!type.params.empty() && type.params[0] > 0)
+                    return "VARCHAR(" + std::to_string(type.params[0]) + ") COLLATE " + kSqliteCollation;
+                return std::string("TEXT COLLATE ") + kSqliteCollation;
+            default: return columnTypeFor(type.sqlType());
+        }
+    }
+    std::string columnTypeFor(SqlType type) const override {
+        switch (type) {
+            case SqlType::Text: return std::string("TEXT COLLATE ") + kSqliteCollation;
+            case SqlType::Integer: return "INT";
+            case SqlType::Real: return "REAL";
+            // TEXT affinity keeps ISO dates as typed; the name tells the catalog it is a date.
+            case SqlType::DateTime: return "DATETIME TEXT";
+            case SqlType::Unknown: return "";
+        }
+        return "";
+    }
+    std::string identityColumnType() const override { return "INTEGER PRIMARY KEY"; }
+    std::string collate() const override { return std::string(" COLLATE ") + kSqliteCollation; }
+
+    std::string concat(const std::string& left, const std::string& right) const override { return left + " || " + right; }
+    std::string currentDateTime() const override { return "strftime('%Y-%m-%d %H:%M:%S','now','localtime')"; }
+    std::string datePart(dates::Part part, const std::string& date) const override {
+        return std::string("qx_datepart('") + dates::partName(part) + "', " + date + ")";
+    }
+    std::string dateAdd(dates::Part part, const std::string& amount, const std::string& date) const override {
+        return std::string("qx_dateadd('") + dates::partName(part) + "', " + amount + ", " + date + ")";
+    }
+    std::string dateDiff(dates::Part part, const std::string& from, const std::string& to) const override {
+        return std::string("qx_datediff('") + dates::partName(part) + "', " + from + ", " + to + ")";
+    }
+    std::string toText(const std::string& value, std::optional<int> style, int length, bool fixed) const override {
+        return "qx_to_char(" + value + ", " + (style ? std::to_string(*style) : std::string("NULL")) + ", " +
+               std::to_string(length) + ", " + (fixed ? "1" : "0") + ")";
+    }
+    std::string toInteger(const std::string& value) const override { return "CAST(qx_num(" + value + ") AS INTEGER)"; }
+    std::string toReal(const std::string& value, std::optional<int> scale) const override {
+        if (scale) return "round(CAST(qx_num(" + value + ") AS REAL), " + std::to_string(*scale) + ")";
+        return "CAST(qx_num(" + value + ") AS REAL)";
+    }
+    std::string toDateTime(const std::string& value) const override { return "qx_datetime(" + value + ")"; }
+    std::string textToNumber(const std::string& value) const override { return "qx_num(" + value + ")"; }
+    std::string ifNull(const std::string& value, const std::string& fallback) const override {
+        return "ifnull(" + value + ", " + fallback + ")";
+    }
+    std::string left(const std::string& text, const std::string& count) const override {
+        return "substr(" + text + ", 1, " + count + ")";
+    }
+    std::string right(const std::string& text, const std::string& count) const override {
+        return "qx_right(" + text + ", " + count + ")";
+    }
+    std::string length(const std::string& text) const override { return "length(rtrim(" + text + "))"; }
+    std::string charIndex(const std::string& needle, const std::string& haystack) const override {
+        return "instr(" + haystack + ", " + needle + ")";
+    }
+    std::string limit(const std::string& count) const override { return " LIMIT " + count; }
+};
+
+}  // namespace
+
+const Dialect& sqliteDialect() {
+    static const SqliteDialect dialect;
+    return dialect;
+}
+
+}  // namespace qx::tsql

@@ -1,0 +1,224 @@
+// Collation and helper functions that SQL emitted for SQLite calls.
+#include "db/tsql/SqliteRuntime.h"
+
+#include <sqlite3.h>
+
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "db/Database.h"
+#include "db/tsql/DateTime.h"
+#include "db/tsql/Translator.h"
+
+namespace qx::tsql {
+namespace {
+
+// SQL Server compares text case-insensitively and ignores trailing blanks.
+int compareText(void*, int lengthA, const void* a, int lengthB, const void* b) {
+    auto* pa = static_cast<const unsigned char*>(a);
+    auto* pb = static_cast<const unsigned char*>(b);
+    while (lengthA > 0 && pa[lengthA - 1] == ' ') --lengthA;
+    while (lengthB > 0 && pb[lengthB - 1] == ' ') --lengthB;
+    const int common = lengthA < lengthB ? lengthA : lengthB;
+    for (int i = 0; i < common; ++i) {
+        const int ca = pa[i] < 0x80 ? std::tolower(pa[i]) : pa[i];
+        const int cb = pb[i] < 0x80 ? std::tolower(pb[i]) : pb[i];
+        if (ca != cb) return ca < cb ? -1 : 1;
+    }
+    return lengthA == lengthB ? 0 : (lengthA < lengthB ? -1 : 1);
+}
+
+std::string textOf(sqlite3_value* value) {
+    const unsigned char* text = sqlite3_value_text(value);
+    return text ? std::string(reinterpret_cast<const char*>(text), static_cast<std::size_t>(sqlite3_value_bytes(value))) : std::string();
+}
+
+std::string trimmed(const std::string& text) {
+    std::size_t start = 0, end = text.size();
+    while (start < end && std::isspace(static_cast<unsigned char>(text[start]))) ++start;
+    while (end > start && std::isspace(static_cast<unsigned char>(text[end - 1]))) --end;
+    return text.substr(start, end - start);
+}
+
+// A value as a SQL Server date; false (and an error set) when it is no date.
+bool dateArgument(sqlite3_context* context, sqlite3_value* value, dates::DateTime& out) {
+    switch (sqlite3_value_type(value)) {
+        case SQLITE_INTEGER:
+        case SQLITE_FLOAT: out = dates::fromDayNumber(sqlite3_value_double(value)); return true;
+        case SQLITE_TEXT: {
+            if (auto parsed = dates::parse(textOf(value))) {
+                out = *parsed;
+                return true;
+            }
+            break;
+        }
+        default: break;
+    }
+    sqlite3_result_error(context, "Conversion failed when converting date and/or time from character string.", -1);
+    return false;
+}
+
+bool partArgument(sqlite3_context* context, sqlite3_value* value, dates::Part& out) {
+    if (auto part = dates::partFromName(textOf(value))) {
+        out = *part;
+        return true;
+    }
+    sqlite3_result_error(context, "unknown date part", -1);
+    return false;
+}
+
+void resultText(sqlite3_context* context, const std::string& text) {
+    sqlite3_result_text(context, text.c_str(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+}
+
+// qx_num(x): x as SQL Server converts character data to a number ('' is 0).
+void numFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    sqlite3_value* value = argv[0];
+    if (sqlite3_value_type(value) != SQLITE_TEXT) {
+        sqlite3_result_value(context, value);
+        return;
+    }
+    const std::string raw = textOf(value);
+    const std::string text = trimmed(raw);
+    if (text.empty()) {
+        sqlite3_result_int(context, 0);
+        return;
+    }
+    char* end = nullptr;
+    errno = 0;
+    const long long integer = std::strtoll(text.c_str(), &end, 10);
+    if (*end == '\0' && errno == 0) {
+        sqlite3_result_int64(context, integer);
+        return;
+    }
+    const double real = std::strtod(text.c_str(), &end);
+    if (*end == '\0' && text.find_first_of("xXnN") == std::string::npos) {
+        sqlite3_result_double(context, real);
+        return;
+    }
+    const std::string message = "Conversion failed when converting the varchar value '" + raw + "' to a number.";
+    sqlite3_result_error(context, message.c_str(), -1);
+}
+
+// qx_datetime(x): any accepted date as "YYYY-MM-DD HH:MM:SS".
+void datetimeFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    if (sqlite3_value_type(argv[0]) == SQLITE_NULL) return sqlite3_result_null(context);
+    dates::DateTime value;
+    if (dateArgument(context, argv[0], value)) resultText(context, dates::formatIso(value));
+}
+
+void datepartFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    if (sqlite3_value_type(argv[1]) == SQLITE_NULL) return sqlite3_result_null(context);
+    dates::Part part;
+    dates::DateTime value;
+    if (partArgument(context, argv[0], part) && dateArgument(context, argv[1], value))
+        sqlite3_result_int(context, dates::datePart(value, part));
+}
+
+void dateaddFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    if (sqlite3_value_type(argv[1]) == SQLITE_NULL || sqlite3_value_type(argv[2]) == SQLITE_NULL) return sqlite3_result_null(context);
+    dates::Part part;
+    dates::DateTime value;
+    if (partArgument(context, argv[0], part) && dateArgument(context, argv[2], value)) {
+        const auto amount = static_cast<std::int64_t>(std::trunc(sqlite3_value_double(argv[1])));
+        resultText(context, dates::formatIso(dates::dateAdd(value, part, amount)));
+    }
+}
+
+void datediffFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    if (sqlite3_value_type(argv[1]) == SQLITE_NULL || sqlite3_value_type(argv[2]) == SQLITE_NULL) return sqlite3_result_null(context);
+    dates::Part part;
+    dates::DateTime from, to;
+    if (partArgument(context, argv[0], part) && dateArgument(context, argv[1], from) && dateArgument(context, argv[2], to))
+        sqlite3_result_int64(context, dates::dateDiff(from, to, part));
+}
+
+std::size_t utf8Length(const std::string& text) {
+    std::size_t count = 0;
+    for (unsigned char c : text)
+        if ((c & 0xC0) != 0x80) ++count;
+    return count;
+}
+
+// Byte offset of the character with the given index.
+std::size_t utf8Offset(const std::string& text, std::size_t characters) {
+    std::size_t i = 0;
+    while (i < text.size() && characters > 0) {
+        ++i;
+        while (i < text.size() && (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80) ++i;
+        --characters;
+    }
+    return i;
+}
+
+std::string numberText(sqlite3_value* value) {
+    if (sqlite3_value_type(value) == SQLITE_INTEGER) return std::to_string(sqlite3_value_int64(value));
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%.15g", sqlite3_value_double(value));
+    return buffer;
+}
+
+// qx_to_char(x, style, length, fixed): CONVERT(char/varchar(length), x[, style]).
+void toCharFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    sqlite3_value* value = argv[0];
+    if (sqlite3_value_type(value) == SQLITE_NULL) return sqlite3_result_null(context);
+    std::string text;
+    const bool hasStyle = sqlite3_value_type(argv[1]) != SQLITE_NULL;
+    const int type = sqlite3_value_type(value);
+    if (type == SQLITE_INTEGER || type == SQLITE_FLOAT) {
+        text = numberText(value);
+    } else {
+        text = textOf(value);
+        if (hasStyle) {
+            if (auto date = dates::parse(text); date && !trimmed(text).empty()) {
+                if (auto formatted = dates::formatStyle(*date, sqlite3_value_int(argv[1]))) text = *formatted;
+            }
+        }
+    }
+    const auto length = static_cast<std::size_t>(sqlite3_value_int(argv[2]));
+    if (length > 0) {
+        const std::size_t characters = utf8Length(text);
+        if (characters > length) text.resize(utf8Offset(text, length));
+        else if (sqlite3_value_int(argv[3]) != 0) text.append(length - characters, ' ');
+    }
+    resultText(context, text);
+}
+
+// qx_right(s, n): the last n characters.
+void rightFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    if (sqlite3_value_type(argv[0]) == SQLITE_NULL || sqlite3_value_type(argv[1]) == SQLITE_NULL) return sqlite3_result_null(context);
+    const std::string text = sqlite3_value_type(argv[0]) == SQLITE_TEXT ? textOf(argv[0]) : numberText(argv[0]);
+    const long long count = sqlite3_value_int64(argv[1]);
+    if (count < 0) return sqlite3_result_error(context, "Invalid length parameter passed to the right function.", -1);
+    const std::size_t characters = utf8Length(text);
+    if (static_cast<std::size_t>(count) >= characters) return resultText(context, text);
+    resultText(context, text.substr(utf8Offset(text, characters - static_cast<std::size_t>(count))));
+}
+
+void check(sqlite3* db, int rc, const char* what) {
+    if (rc != SQLITE_OK) throw qx::db::Error(std::string("cannot register ") + what + ": " + sqlite3_errmsg(db));
+}
+
+}  // namespace
+
+void installSqliteRuntime(sqlite3* db) {
+    check(db, sqlite3_create_collation(db, kSqliteCollation, SQLITE_UTF8, nullptr, compareText), kSqliteCollation);
+    struct Function {
+        const char* name;
+        int arguments;
+        void (*body)(sqlite3_context*, int, sqlite3_value**);
+    };
+    static const Function functions[] = {
+        {"qx_num", 1, numFunction},           {"qx_datetime", 1, datetimeFunction}, {"qx_datepart", 2, datepartFunction},
+        {"qx_dateadd", 3, dateaddFunction},   {"qx_datediff", 3, datediffFunction}, {"qx_to_char", 4, toCharFunction},
+        {"qx_right", 2, rightFunction},
+    };
+    for (const auto& f : functions)
+        check(db, sqlite3_create_function_v2(db, f.name, f.arguments, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, f.body, nullptr, nullptr, nullptr), f.name);
+}
+
+}  // namespace qx::tsql
