@@ -11,6 +11,7 @@
 #include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Procedures.h"
 #include "db/sqlite/Schema.h"
+#include "db/tsql/SqliteCatalog.h"
 
 namespace qx::db {
 namespace {
@@ -18,24 +19,6 @@ namespace {
 constexpr int kSchemaVersion = 1;
 constexpr int kBusyTimeoutMs = 15000;
 constexpr std::size_t kStatementCacheLimit = 512;
-
-std::string upper(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(), [](unsigned char c) { return std::toupper(c); });
-    return out;
-}
-
-tsql::SqlType sqlTypeOf(std::string_view declared) {
-    const std::string t = upper(declared);
-    if (t.find("INT") != std::string::npos || t.find("BIT") != std::string::npos) return tsql::SqlType::Integer;
-    if (t.find("DATE") != std::string::npos || t.find("TIME") != std::string::npos) return tsql::SqlType::DateTime;
-    if (t.find("CHAR") != std::string::npos || t.find("TEXT") != std::string::npos || t.find("CLOB") != std::string::npos)
-        return tsql::SqlType::Text;
-    if (t.find("REAL") != std::string::npos || t.find("FLOA") != std::string::npos || t.find("DOUB") != std::string::npos ||
-        t.find("DEC") != std::string::npos || t.find("NUM") != std::string::npos || t.find("MONEY") != std::string::npos)
-        return tsql::SqlType::Real;
-    return tsql::SqlType::Unknown;
-}
 
 FieldType fieldTypeOf(tsql::SqlType type) {
     switch (type) {
@@ -55,34 +38,6 @@ int declaredSize(std::string_view declared) {
         size = size * 10 + (declared[i] - '0');
     return size;
 }
-
-// The catalog the translator consults: the live schema of this connection, temp tables
-// included, so that statements see the tables earlier statements of the batch created.
-class LiveCatalog final : public tsql::Catalog {
-public:
-    explicit LiveCatalog(sqlite3* db) : db_(db) {}
-
-    std::optional<std::vector<tsql::CatalogColumn>> tableColumns(std::string_view name) const override {
-        const bool temp = !name.empty() && name.front() == '#';
-        const std::string table = temp ? tsql::sqliteTempTableName(name) : std::string(name);
-        const std::string sql = std::string("SELECT name, type FROM pragma_table_info(?1, '") + (temp ? "temp" : "main") + "')";
-        sqlite3_stmt* stmt = nullptr;
-        if (sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr) != SQLITE_OK) return std::nullopt;
-        sqlite3_bind_text(stmt, 1, table.c_str(), -1, SQLITE_TRANSIENT);
-        std::vector<tsql::CatalogColumn> columns;
-        while (sqlite3_step(stmt) == SQLITE_ROW) {
-            const auto* colName = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0));
-            const auto* colType = reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1));
-            columns.push_back({colName ? colName : "", sqlTypeOf(colType ? colType : "")});
-        }
-        sqlite3_finalize(stmt);
-        if (columns.empty()) return std::nullopt;
-        return columns;
-    }
-
-private:
-    sqlite3* db_;
-};
 
 GuardState& guardOf(sqlite3_context* context) { return *static_cast<GuardState*>(sqlite3_user_data(context)); }
 
@@ -219,7 +174,7 @@ void SqliteDatabase::configureConnection() {
     runNative("PRAGMA journal_mode=WAL");
     runNative("PRAGMA synchronous=NORMAL");
     runNative("PRAGMA foreign_keys=OFF");
-    catalog_ = std::make_unique<LiveCatalog>(db_);
+    catalog_ = std::make_unique<tsql::SqliteCatalog>(db_);
 }
 
 bool SqliteDatabase::hasSchema() {
@@ -322,7 +277,7 @@ ResultSet SqliteDatabase::stepNative(const std::string& sql, bool collect, const
     if (collect) {
         for (int i = 0; i < columns; ++i) {
             const char* declared = sqlite3_column_decltype(stmt, i);
-            const auto type = sqlTypeOf(declared ? declared : "");
+            const auto type = tsql::sqlTypeFromDeclaredType(declared ? declared : "");
             result.columns.push_back({sqlite3_column_name(stmt, i), fieldTypeOf(type), declared ? declaredSize(declared) : 0});
         }
     }
