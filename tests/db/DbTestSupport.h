@@ -1,0 +1,119 @@
+#pragma once
+// Shared helpers of the database tests: scratch databases in temporary folders, a small shop
+// to post documents against, and readers for stock rows and single values.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <string>
+
+#include "db/Database.h"
+
+namespace qx::dbtest {
+
+// A folder under the system's temp directory, removed with everything in it.
+class TempDir {
+public:
+    TempDir() {
+        std::random_device rd;
+        path_ = std::filesystem::temp_directory_path() / ("qxdb-" + std::to_string(rd()) + std::to_string(rd()));
+        std::filesystem::create_directories(path_);
+    }
+    ~TempDir() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    std::string file(const std::string& name) const { return (path_ / name).string(); }
+
+private:
+    std::filesystem::path path_;
+};
+
+using Sizes = std::array<long long, 10>;
+
+inline std::string text(const db::Value& v) {
+    if (auto* s = std::get_if<std::string>(&v)) return *s;
+    if (auto* i = std::get_if<std::int64_t>(&v)) return std::to_string(*i);
+    if (auto* d = std::get_if<double>(&v)) return std::to_string(*d);
+    return "<null>";
+}
+
+inline long long integer(const db::Value& v) {
+    if (auto* i = std::get_if<std::int64_t>(&v)) return *i;
+    if (auto* d = std::get_if<double>(&v)) return static_cast<long long>(*d);
+    if (auto* s = std::get_if<std::string>(&v)) return std::stoll(*s);
+    return 0;
+}
+
+// The single value of a one-row, one-column query.
+inline db::Value scalar(db::Database& db, const std::string& sql) {
+    auto r = db.open(sql);
+    if (r.rows.size() != 1 || r.rows[0].empty()) throw std::runtime_error("not one value: " + sql);
+    return r.rows[0][0];
+}
+
+inline long long count(db::Database& db, const std::string& table, const std::string& where = "1=1") {
+    return integer(scalar(db, "SELECT COUNT(*) FROM " + table + " WHERE " + where));
+}
+
+// K0..K9 of a stock row; all -1 when the row does not exist.
+inline Sizes stock(db::Database& db, const std::string& wl, const std::string& ck) {
+    auto r = db.open("SELECT K0,K1,K2,K3,K4,K5,K6,K7,K8,K9,KC FROM d1802 WHERE WL_ID='" + wl + "' AND CK_ID='" + ck + "'");
+    Sizes s;
+    s.fill(-1);
+    if (r.rows.empty()) return s;
+    long long sum = 0;
+    for (int i = 0; i < 10; ++i) sum += s[i] = integer(r.rows[0][i]);
+    EXPECT_EQ(sum, integer(r.rows[0][10])) << "KC is the sum of K0..K9 for " << wl << "/" << ck;
+    return s;
+}
+
+inline Sizes sizes(std::initializer_list<long long> first) {
+    Sizes s{};
+    int i = 0;
+    for (long long v : first) s[i++] = v;
+    return s;
+}
+
+// A small shop: size group A (S, M, L), colours 01 and 02, warehouses ZC, MD1, MD2 and styles
+// K0 (barcode rule 0), K1 (rule 2, negative stock allowed), K2 (rule 3, stock checked) and K3
+// (rule 1, free barcodes), each in both colours.
+inline void seedSmallShop(db::Database& db) {
+    db.execute(
+        "INSERT INTO D1006 (M_ID, M_NAME, M0, M1, M2, BS0, BS1, BS2) VALUES ('A','服装码','S','M','L','s','m','l');"
+        "INSERT INTO D1005 (COL_ID, COL_NAME, S) VALUES ('01','黑色','BK');"
+        "INSERT INTO D1005 (COL_ID, COL_NAME, S) VALUES ('02','白色','WH');"
+        "INSERT INTO D1007 (CK_ID, CK_NAME) VALUES ('ZC','总仓');"
+        "INSERT INTO D1007 (CK_ID, CK_NAME) VALUES ('MD1','一店');"
+        "INSERT INTO D1007 (CK_ID, CK_NAME) VALUES ('MD2','二店');"
+        "INSERT INTO D1800 (K_ID, M_ID, WL_NAME, CHECK_KC, TMI, DJ) VALUES ('K0','A','款零',0,0,10);"
+        "INSERT INTO D1800 (K_ID, M_ID, WL_NAME, CHECK_KC, TMI, DJ) VALUES ('K1','A','款一',0,2,20);"
+        "INSERT INTO D1800 (K_ID, M_ID, WL_NAME, CHECK_KC, TMI, DJ) VALUES ('K2','A','款二',1,3,30);"
+        "INSERT INTO D1800 (K_ID, M_ID, WL_NAME, CHECK_KC, TMI, DJ) VALUES ('K3','A','款三',0,1,40);"
+        "INSERT INTO D1801 VALUES ('K001','K0','01');INSERT INTO D1801 VALUES ('K002','K0','02');"
+        "INSERT INTO D1801 VALUES ('K101','K1','01');INSERT INTO D1801 VALUES ('K102','K1','02');"
+        "INSERT INTO D1801 VALUES ('K201','K2','01');INSERT INTO D1801 VALUES ('K202','K2','02');"
+        "INSERT INTO D1801 VALUES ('K301','K3','01');INSERT INTO D1801 VALUES ('K302','K3','02');"
+        "INSERT INTO sys_co (CO, PARAM) VALUES ('测试公司','');");
+}
+
+// A fresh shop database with the small shop in a temp folder.
+struct Shop {
+    TempDir dir;
+    std::unique_ptr<db::Database> db;
+    Shop() {
+        db = db::openSqlite(dir.file("shop.db"), true);
+        seedSmallShop(*db);
+    }
+};
+
+// Quantities as the module writes them: each quoted.
+inline std::string quotedSizes(const Sizes& s) {
+    std::string out;
+    for (int i = 0; i < 10; ++i) out += (i ? "," : "") + ("'" + std::to_string(s[i]) + "'");
+    return out;
+}
+
+}  // namespace qx::dbtest

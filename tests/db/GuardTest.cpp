@@ -1,0 +1,87 @@
+// The database refuses what would corrupt the books: checked stock below zero and changes to
+// documents of a closed period. Maintenance batches run with both guards off.
+#include <gtest/gtest.h>
+
+#include "DbTestSupport.h"
+
+namespace qx::dbtest {
+namespace {
+
+class Guards : public ::testing::Test {
+protected:
+    Shop shop;
+    db::Database& db = *shop.db;
+
+    void receive(const std::string& noid, const std::string& sku, const std::string& style, long long qty,
+                 const std::string& date = "2026-05-10") {
+        db.execute("INSERT INTO D8101(T,NOID,CK_ID,BDATE) VALUES ('1','" + noid + "','ZC','" + date + "');" +
+                   "INSERT INTO D8101A  VALUES ('" + noid + "','" + sku + "','" + style + "','01','ZC'," +
+                   quotedSizes(sizes({qty})) + ",'10','10','');");
+    }
+    std::string saleBatch(const std::string& noid, const std::string& sku, const std::string& style, long long qty,
+                          const std::string& date = "2026-05-11") {
+        return "INSERT INTO D8201(T,NOID,CK_ID,BDATE) VALUES ('1','" + noid + "','ZC','" + date + "');" +
+               "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) VALUES ('" + noid + "','" + sku + "','" + style +
+               "','01','ZC','" + std::to_string(qty) + "');";
+    }
+};
+
+TEST_F(Guards, CheckedStockMayNotGoBelowZeroAndNothingOfTheBatchIsKept) {
+    receive("R1", "K201", "K2", 2);
+    const std::string batch = "INSERT INTO D1009 (PP_ID, PP_NAME) VALUES ('P9','品牌');" + saleBatch("S1", "K201", "K2", 3);
+    try {
+        db.execute(batch);
+        FAIL() << "the sale of 3 from a checked stock of 2 went through";
+    } catch (const db::Error& e) {
+        EXPECT_STREQ(e.what(), "库存不足支持本次出库业务");
+    }
+    EXPECT_EQ(count(db, "D1009"), 0);
+    EXPECT_EQ(count(db, "D8201"), 0);
+    EXPECT_EQ(count(db, "D8201A"), 0);
+    EXPECT_EQ(stock(db, "K201", "ZC"), sizes({2}));
+    db.execute(saleBatch("S1", "K201", "K2", 2));
+    EXPECT_EQ(stock(db, "K201", "ZC"), sizes({0})) << "selling exactly the stock is fine";
+}
+
+TEST_F(Guards, UncheckedStockMayGoNegative) {
+    db.execute(saleBatch("S1", "K101", "K1", 3));
+    EXPECT_EQ(stock(db, "K101", "ZC"), sizes({-3}));
+}
+
+TEST_F(Guards, MaintenanceBatchMayDriveCheckedStockNegativeButOnlyThatBatch) {
+    db.execute(saleBatch("S1", "K201", "K2", 1), db::ExecOptions{true});
+    EXPECT_EQ(stock(db, "K201", "ZC"), sizes({-1}));
+    EXPECT_THROW(db.execute(saleBatch("S2", "K201", "K2", 1)), db::Error) << "the next batch is guarded again";
+}
+
+TEST_F(Guards, DocumentsOfAClosedPeriodCannotBeInsertedChangedOrDeleted) {
+    receive("R1", "K101", "K1", 5, "2026-02-15");
+    db.execute("update SYS_CO SET CK_END_DATE ='2026-03-01'");
+
+    try {
+        receive("R2", "K101", "K1", 1, "2026-02-20");
+        FAIL() << "a receipt dated in the closed period was accepted";
+    } catch (const db::Error& e) {
+        const std::string message = e.what();
+        EXPECT_NE(message.find("R2"), std::string::npos) << message;
+        EXPECT_NE(message.find("2026-02-20"), std::string::npos) << message;
+        EXPECT_NE(message.find("2026-03-01"), std::string::npos) << message;
+    }
+    EXPECT_THROW(db.execute("UPDATE D8101 SET NOTE='x' WHERE NOID='R1'"), db::Error);
+    EXPECT_THROW(db.execute("UPDATE D8101A SET S0=1 WHERE NOID='R1'"), db::Error);
+    EXPECT_THROW(db.execute("delete from D8101 Where (noid='R1')"), db::Error);
+    EXPECT_THROW(db.execute("UPDATE D8101 SET BDATE='2026-02-01' WHERE NOID='R1'"), db::Error);
+    EXPECT_EQ(stock(db, "K101", "ZC"), sizes({5}));
+
+    receive("R3", "K101", "K1", 2, "2026-03-01");
+    EXPECT_EQ(stock(db, "K101", "ZC"), sizes({7})) << "the open period starts on CK_END_DATE";
+    EXPECT_THROW(db.execute("UPDATE D8101 SET BDATE='2026-02-28' WHERE NOID='R3'"), db::Error)
+        << "a document cannot be moved into the closed period";
+
+    db.execute("DELETE FROM[D8101]", db::ExecOptions{true});
+    EXPECT_EQ(count(db, "D8101"), 0) << "clearing documents is a maintenance batch";
+    EXPECT_EQ(stock(db, "K101", "ZC"), sizes({0}));
+}
+
+}  // namespace
+}  // namespace qx::dbtest
