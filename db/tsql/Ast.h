@@ -26,6 +26,8 @@ struct TypeSpec {
     std::string name;         // upper case: VARCHAR, INT, DECIMAL ...
     std::vector<int> params;  // length or precision/scale; -1 for MAX
     SqlType sqlType() const;
+    // Decimal places SQL Server keeps for DECIMAL(p,s), NUMERIC(p,s) and MONEY; -1 otherwise.
+    int scale() const;
     bool isFixedChar() const { return name == "CHAR" || name == "NCHAR"; }
 };
 

@@ -43,6 +43,7 @@ public:
     virtual std::string toDateTime(const std::string& value) const = 0;
     // A text value stored into or compared with a number: '' is 0, '12' is 12.
     virtual std::string textToNumber(const std::string& value) const = 0;
+    virtual std::string round(const std::string& value, int places) const = 0;
     virtual std::string ifNull(const std::string& value, const std::string& fallback) const = 0;
     virtual std::string left(const std::string& text, const std::string& count) const = 0;
     virtual std::string right(const std::string& text, const std::string& count) const = 0;

@@ -145,6 +145,15 @@ public:
         return {};
     }
 
+    std::vector<CatalogColumn> describe() {
+        const SyntaxTree& tree = *statement_.tree;
+        if (tree.kind != StatementKind::Select || tree.query->cores.front().into) return {};
+        bool complete = true;
+        std::vector<CatalogColumn> columns;
+        for (auto& column : outputColumns(*tree.query, nullptr, &complete)) columns.push_back({column.name, column.type});
+        return columns;
+    }
+
 private:
     [[noreturn]] void fail(const std::string& message, Position pos) const {
         throw TranslationError(message, statement_.text, pos.line, pos.column);
@@ -209,6 +218,13 @@ private:
             if (!scope.sources[i].table.parts.empty() && equalsIgnoreCase(scope.sources[i].table.last(), name))
                 return &scope.sources[i];
         return nullptr;
+    }
+
+    static CatalogColumn targetColumn(const Source& source, std::string_view column) {
+        if (source.columns)
+            for (const auto& c : *source.columns)
+                if (equalsIgnoreCase(c.name, column)) return c;
+        return CatalogColumn{std::string(column)};
     }
 
     static std::optional<SqlType> columnType(const Source& source, std::string_view column) {
@@ -388,6 +404,15 @@ private:
         }
         if (target == SqlType::Text && storing && e.kind == ExprKind::Number) return d_.quoteString(e.text);
         return expr(e, scope);
+    }
+
+    // The value e as SQL Server stores it into a column: converted to the column's type and,
+    // for DECIMAL(p,s) and MONEY, rounded to the places the column keeps.
+    std::string stored(const Expr& e, const Scope& scope, const CatalogColumn& target) {
+        std::string value = coerced(e, scope, target.type, true);
+        if (isNumeric(target.type) && target.scale >= 0 && e.kind != ExprKind::Null)
+            value = d_.round(value, target.scale);
+        return value;
     }
 
     // ---------------------------------------------------------------- expressions
@@ -668,7 +693,7 @@ private:
 
     // targets: the types of the columns the rows go into (INSERT … SELECT), for SQL Server's
     // implicit conversions; skipIdentity drops IDENTITY() items (SELECT … INTO).
-    std::string core(const SelectCore& c, const Scope& scope, const std::vector<SqlType>* targets, bool skipIdentity) {
+    std::string core(const SelectCore& c, const Scope& scope, const std::vector<CatalogColumn>* targets, bool skipIdentity) {
         std::string text = c.distinct ? "SELECT DISTINCT " : "SELECT ";
         std::size_t position = 0;
         bool positionKnown = true;
@@ -693,7 +718,7 @@ private:
                 position += expanded;
                 continue;
             }
-            if (targets && positionKnown && position < targets->size()) text += coerced(e, scope, (*targets)[position], true);
+            if (targets && positionKnown && position < targets->size()) text += stored(e, scope, (*targets)[position]);
             else text += expr(e, scope);
             ++position;
             if (item.alias) text += " AS " + d_.quoteIdentifier(*item.alias);
@@ -719,7 +744,7 @@ private:
         return expr(*c.top, scope);
     }
 
-    std::string query(const Query& q, const Scope* parent, const std::vector<SqlType>* targets = nullptr, bool skipIdentity = false) {
+    std::string query(const Query& q, const Scope* parent, const std::vector<CatalogColumn>* targets = nullptr, bool skipIdentity = false) {
         static const char* const setOps[] = {" UNION ", " UNION ALL ", " EXCEPT ", " INTERSECT "};
         const bool single = q.cores.size() == 1;
         std::string text;
@@ -821,14 +846,14 @@ private:
     std::string insert(const SyntaxTree& tree) {
         const auto tableColumns = columnsOf(tree.target);
         std::vector<std::string> names;
-        std::vector<SqlType> types;
+        std::vector<CatalogColumn> types;
         if (!tree.columns.empty()) {
             for (const auto& name : tree.columns) {
                 names.push_back(name);
-                SqlType type = SqlType::Unknown;
+                CatalogColumn type{name};
                 if (tableColumns)
                     for (const auto& c : *tableColumns)
-                        if (equalsIgnoreCase(c.name, name)) type = c.type;
+                        if (equalsIgnoreCase(c.name, name)) type = c;
                 types.push_back(type);
             }
         } else if (tableColumns) {
@@ -836,7 +861,7 @@ private:
             for (const auto& c : *tableColumns) {
                 if (c.identity) continue;
                 names.push_back(c.name);
-                types.push_back(c.type);
+                types.push_back(c);
             }
         }
         const bool known = !names.empty();
@@ -856,7 +881,7 @@ private:
                 text += r ? ", (" : "(";
                 for (std::size_t i = 0; i < row.size(); ++i) {
                     if (i) text += ", ";
-                    text += known ? coerced(*row[i], empty, types[i], true) : expr(*row[i], empty);
+                    text += known ? stored(*row[i], empty, types[i]) : expr(*row[i], empty);
                 }
                 text += ")";
             }
@@ -893,8 +918,7 @@ private:
         for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
             const Assignment& a = tree.assignments[i];
             if (i) text += ", ";
-            const SqlType target = columnType(scope.sources.front(), a.column.last()).value_or(SqlType::Unknown);
-            text += d_.quoteIdentifier(a.column.last()) + " = " + coerced(*a.value, scope, target, true);
+            text += d_.quoteIdentifier(a.column.last()) + " = " + stored(*a.value, scope, targetColumn(scope.sources.front(), a.column.last()));
         }
         if (!tree.from.empty()) {
             std::size_t joined = 1;
@@ -956,7 +980,10 @@ private:
             }
             if (column.notNull) body += " NOT NULL";
             if (column.unique) body += " UNIQUE";
-            if (column.defaultValue) body += " DEFAULT (" + coerced(*column.defaultValue, empty, column.type.sqlType(), true) + ")";
+            if (column.defaultValue) {
+                CatalogColumn target{column.name, column.type.sqlType(), false, column.type.scale()};
+                body += " DEFAULT (" + stored(*column.defaultValue, empty, target) + ")";
+            }
         }
         if (identity && (columnPrimaryKey || !tree.primaryKey.empty())) {
             const bool keyIsIdentity = tree.primaryKey.size() == 1 && equalsIgnoreCase(tree.primaryKey[0], identity->name);
@@ -1004,6 +1031,11 @@ private:
 };
 
 }  // namespace
+
+std::vector<CatalogColumn> describeResult(const Statement& statement, const Catalog& catalog, const Dialect& dialect) {
+    if (!statement.tree) return {};
+    return Emitter(statement, catalog, dialect).describe();
+}
 
 std::vector<std::string> emitStatement(const Statement& statement, const Catalog& catalog, const Dialect& dialect) {
     if (!statement.tree) throw TranslationError("statement has no syntax tree", statement.text, statement.line, statement.column);

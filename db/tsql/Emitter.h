@@ -9,5 +9,6 @@
 namespace qx::tsql {
 
 std::vector<std::string> emitStatement(const Statement& statement, const Catalog& catalog, const Dialect& dialect);
+std::vector<CatalogColumn> describeResult(const Statement& statement, const Catalog& catalog, const Dialect& dialect);
 
 }  // namespace qx::tsql

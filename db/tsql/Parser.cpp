@@ -20,6 +20,12 @@ SqlType TypeSpec::sqlType() const {
     return SqlType::Unknown;
 }
 
+int TypeSpec::scale() const {
+    if (name == "DECIMAL" || name == "NUMERIC") return params.size() >= 2 ? params[1] : 0;
+    if (name == "MONEY" || name == "SMALLMONEY") return 4;
+    return -1;
+}
+
 namespace {
 
 // Words that end an expression or a source and therefore never serve as an alias without AS.

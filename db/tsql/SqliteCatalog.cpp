@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <cstdlib>
 #include <string>
 
 #include "db/Database.h"
@@ -17,6 +18,18 @@ SqlType sqlTypeFromDeclaredType(std::string_view declaredType) {
     if (has("CHAR") || has("CLOB") || has("TEXT")) return SqlType::Text;
     if (has("REAL") || has("FLOA") || has("DOUB") || has("DEC") || has("NUM") || has("MONEY")) return SqlType::Real;
     return SqlType::Unknown;
+}
+
+int decimalScaleOfDeclaredType(std::string_view declaredType) {
+    const std::string t = toUpper(declaredType);
+    if (t.find("MONEY") != std::string::npos) return 4;
+    const std::size_t at = t.find("DEC") != std::string::npos ? t.find("DEC") : t.find("NUMERIC");
+    if (at == std::string::npos) return -1;
+    const std::size_t open = t.find('(', at);
+    if (open == std::string::npos) return 0;
+    const std::size_t comma = t.find(',', open);
+    if (comma == std::string::npos) return 0;
+    return std::atoi(t.c_str() + comma + 1);
 }
 
 std::optional<std::vector<CatalogColumn>> SqliteCatalog::columnsIn(const char* schema, std::string_view table) const {
@@ -35,6 +48,7 @@ std::optional<std::vector<CatalogColumn>> SqliteCatalog::columnsIn(const char* s
         const char* declared = reinterpret_cast<const char*>(sqlite3_column_text(statement, 1));
         const std::string declaredType = declared ? declared : "";
         column.type = sqlTypeFromDeclaredType(declaredType);
+        column.scale = decimalScaleOfDeclaredType(declaredType);
         if (sqlite3_column_int(statement, 2) > 0) {
             ++primaryKeyColumns;
             if (toUpper(declaredType) == "INTEGER") integerKeyIndex = static_cast<int>(columns.size());

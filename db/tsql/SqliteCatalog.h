@@ -12,6 +12,8 @@ namespace qx::tsql {
 // The SqlType behind a declared column type as the SQLite emitter writes them
 // ("VARCHAR(20) COLLATE QX", "INT", "REAL", "DATETIME TEXT") and as T-SQL spells them.
 SqlType sqlTypeFromDeclaredType(std::string_view declaredType);
+// Decimal places of a declared DECIMAL(p,s)/NUMERIC(p,s)/MONEY type; -1 for other types.
+int decimalScaleOfDeclaredType(std::string_view declaredType);
 
 class SqliteCatalog final : public Catalog {
 public:

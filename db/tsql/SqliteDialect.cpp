@@ -46,6 +46,14 @@ public:
                 if (!type.params.empty() && type.params[0] > 0)
                     return "VARCHAR(" + std::to_string(type.params[0]) + ") COLLATE " + kSqliteCollation;
                 return std::string("TEXT COLLATE ") + kSqliteCollation;
+            case SqlType::Real:
+                // REAL affinity keeps 100/3 a float division; the DECIMAL(p,s) part tells the
+                // catalog how many places stored values keep.
+                if (type.scale() >= 0) {
+                    const int precision = !type.params.empty() ? type.params[0] : type.name == "SMALLMONEY" ? 10 : type.scale() == 4 ? 19 : 18;
+                    return "REAL DECIMAL(" + std::to_string(precision) + "," + std::to_string(type.scale()) + ")";
+                }
+                return "REAL";
             default: return columnTypeFor(type.sqlType());
         }
     }
@@ -85,6 +93,9 @@ public:
     }
     std::string toDateTime(const std::string& value) const override { return "qx_datetime(" + value + ")"; }
     std::string textToNumber(const std::string& value) const override { return "qx_num(" + value + ")"; }
+    std::string round(const std::string& value, int places) const override {
+        return "round(" + value + ", " + std::to_string(places) + ")";
+    }
     std::string ifNull(const std::string& value, const std::string& fallback) const override {
         return "ifnull(" + value + ", " + fallback + ")";
     }

@@ -13,6 +13,10 @@ std::vector<std::string> emitSqlite(const Statement& statement, const Catalog& c
     return emitStatement(statement, catalog, sqliteDialect());
 }
 
+std::vector<CatalogColumn> resultColumns(const Statement& statement, const Catalog& catalog) {
+    return describeResult(statement, catalog, sqliteDialect());
+}
+
 std::string sqliteTempTableName(std::string_view tsqlName) {
     // '[#phb]' and '#phb' name the same table; it lives in SQLite's per-connection temp schema
     // under its T-SQL name, so "#T" can never meet a permanent table.

@@ -19,6 +19,9 @@ struct CatalogColumn {
     SqlType type = SqlType::Unknown;
     // An IDENTITY column: positional inserts skip it and it numbers the rows by itself.
     bool identity = false;
+    // Decimal places a DECIMAL/NUMERIC/MONEY column keeps (values are rounded when stored);
+    // -1 for every other type.
+    int scale = -1;
 };
 
 // What the translator may ask about the database it translates for.
@@ -64,6 +67,11 @@ std::vector<Statement> parseBatch(std::string_view tsql);
 // several SQLite statements (SELECT … INTO becomes DROP/CREATE TEMP/INSERT); they run in order
 // and, when the statement returns rows, the last one yields them.
 std::vector<std::string> emitSqlite(const Statement& statement, const Catalog& catalog);
+
+// Names and types of the columns a row-returning statement yields, inferred from the syntax
+// tree and the catalog (SqlType::Unknown where neither tells); empty for other statements.
+// Lets the engine type a result's fields even when it has no rows.
+std::vector<CatalogColumn> resultColumns(const Statement& statement, const Catalog& catalog);
 
 // Name of the temp table behind a T-SQL '#name' as the SQLite emitter writes it.
 std::string sqliteTempTableName(std::string_view tsqlName);
