@@ -94,6 +94,8 @@ public:
     // --- columns
     int ColumnCount() const { return int(columns_.size()); }
     TColumnEh* Columns(int index) const { return columns_.at(size_t(index)).get(); }
+    // Adding or inserting columns makes them the grid's own (AutoColumns off): fields without a
+    // column are then not shown.
     TColumnEh* AddColumn(const AnsiString& fieldName, const AnsiString& title = {}, int width = 80);
     TColumnEh* InsertColumn(int index, const AnsiString& fieldName, const AnsiString& title = {});
     void DeleteColumn(int index);
@@ -127,6 +129,11 @@ public:
     QList<QStringList> DisplayedRows() const;
     QString DisplayedText(int row, int column) const;  // column: index in Columns
 
+    // Ends an open cell editor, keeping (CommitEdit) or dropping (CancelEdit) what was typed.
+    void CommitEdit();
+    void CancelEdit();
+    bool Editing() const { return state() == QAbstractItemView::EditingState; }
+    using QTableView::edit;
     // Focus the cell of `fieldName` in the current row and start editing it.
     void EditField(const AnsiString& fieldName);
     TColumnEh* CurrentColumn() const;
@@ -142,6 +149,9 @@ public:
     std::function<void()> OnDblClick;
     // A key pressed in the grid (not while an editor is open). Set handled to keep it.
     std::function<void(QKeyEvent* Event, bool& Handled)> OnKeyDown;
+    // Enter and Tab (and leaving an editor with them) call this instead of the default move;
+    // entry screens move across the size cells with it. Backwards: Shift+Tab.
+    std::function<void(bool Backwards)> OnAdvance;
     // Columns whose cells show an ellipsis button (double-click or Ctrl+Enter runs it too).
     QStringList ButtonFields;
 
@@ -157,6 +167,7 @@ protected:
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void updateGeometries() override;
     bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
 
 private:
     friend class TColumnEh;

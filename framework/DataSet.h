@@ -184,6 +184,11 @@ public:
         TClientDataSet* dataSet_;
         int previous_;
     };
+    // Writes one cell without events or state checks (loaders filling computed columns).
+    void SetCellValue(int row, int fieldIndex, const QVariant& value);
+    // Reorders the rows by a field (text compares case-insensitively, numbers by value); the
+    // current record stays current.
+    void SortBy(const AnsiString& fieldName, bool ascending = true);
     // Recomputes calculated fields of every row.
     void RefreshCalcFields();
 

@@ -87,6 +87,8 @@ public:
     virtual void Help();
 
     void FormDestroy();
+    // Gives an unnamed screen the name of its class without the leading T ("QXCK201").
+    void EnsureObjectName();
     // The framework's create step (screens call it last in their constructor, through their own
     // FormCreate that starts with the base's).
     void FormCreate() {}

@@ -32,6 +32,9 @@
 // Saving (Act_SaveExecute): post the pending line, drop empty new lines, AllCheck (false or
 // Abort stops), SaveData, SaveHeadData (the master row in append/edit state; posted after),
 // emit saved(), close. Quitting with unsaved changes asks "单据已修改,是否保存?".
+#include <QHash>
+#include <QPointer>
+
 #include "framework/Frm_Base.h"
 
 class TDBGridEh;
@@ -104,8 +107,16 @@ public:
     void EnterColor(const AnsiString& colorCode);
     // Size names of a style's size group (M0..M9 of d1006).
     QStringList StyleSizeNames(const AnsiString& styleCode);
-    // Marks the screen changed (head edits call it when their text is edited).
+    // Marks the screen changed when the user edits the control (every control of Panel_Head is
+    // watched when the screen opens; call it for controls placed elsewhere).
     void WatchChanges(QWidget* control);
+    // Unsaved changes: Modified, or a line being edited.
+    bool HasChanges() const;
+    // The save without closing: post, drop lines without a style, AllCheck, SaveData,
+    // SaveHeadData, post the list row, saved(). False when a check stopped it.
+    bool SaveDocument();
+    // Size titles of the line grid from the current line (or its style's size group).
+    void updateSizeTitles();
 
 signals:
     void saved();
@@ -120,8 +131,15 @@ protected:
     void moveToNextCell(bool backwards);
     void applyLocks();
     void setLineColor(const QString& code, const QString& name);
+    // STOT (sum of sizes) and the SKU field added to freshly loaded lines.
+    void prepareLines();
     bool columnsBuilt_ = false;
     bool closingAfterSave_ = false;
+    QHash<QString, QStringList> styleSizes_;  // size names per style, for this opening
+    double stylePrice_ = 0;     // CGJ of the style just entered
+    double styleTagPrice_ = 0;  // PFJ of the style just entered
+    int colorRow_ = -1;         // the line waiting for its colour
+    QList<QPointer<QWidget>> locked_;
 };
 
 class QX_FRAMEWORK_EXPORT TFrm_Base_Entry_BodyC : public Tfrm_Base_Entry_Body {

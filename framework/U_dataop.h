@@ -18,7 +18,7 @@ QX_FRAMEWORK_EXPORT void opensql(TClientDataSet* ds, WideString FuncNo, WideStri
                                  const int = 0, const int = 0, WideString = {}, WideString = {},
                                  bool = false, AnsiString = "1");
 
-// Runs the batch as one unit. Returns "Y" on success; on failure throws EDatabaseError (the
+// Runs the batch as one unit (maintenance batches: see qx::dataop::isMaintenanceBatch). Returns "Y" on success; on failure throws EDatabaseError (the
 // calling operation ends, the screen keeps its input).
 QX_FRAMEWORK_EXPORT AnsiString ExecSql(WideString FuncNo, WideString noid, WideString mode,
                                        WideString batch, unsigned short = 65535, bool = false,
@@ -38,6 +38,15 @@ struct Call {
     QString mode;  // ExecSql's edit mode
 };
 using Observer = std::function<void(const Call&)>;
+
+// Maintenance batches run with the database's negative-stock and closed-period guards off:
+// every batch of function "932" (system initialisation), and batches whose mode is one of these.
+inline constexpr const char* SystemInitialisationFunction = "932";
+namespace MaintenanceMode {
+inline constexpr const char* BalanceRepair = "BalanceRepair";    // quantity balance repair
+inline constexpr const char* ClearDocuments = "ClearDocuments";  // clearing documents
+}  // namespace MaintenanceMode
+QX_FRAMEWORK_EXPORT bool isMaintenanceBatch(const QString& funcNo, const QString& mode);
 
 QX_FRAMEWORK_EXPORT void setDatabase(std::shared_ptr<qx::db::Database> database);
 QX_FRAMEWORK_EXPORT std::shared_ptr<qx::db::Database> database();

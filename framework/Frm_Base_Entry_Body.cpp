@@ -1,0 +1,616 @@
+#include "framework/Frm_Base_Entry_Body.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include "framework/DBGridEh.h"
+#include "framework/GridExport.h"
+#include "framework/LinkForms.h"
+#include "framework/U_dataop.h"
+#include "framework/U_function.h"
+
+namespace {
+QString sizeField(int i) { return "S" + QString::number(i); }
+}  // namespace
+
+Tfrm_Base_Entry_Body::Tfrm_Base_Entry_Body(QWidget* Owner) : TFrm_Base_Panel(Owner) {
+    Panel_Head = new TFormPanel(this, "Panel_Head", 3);
+    MainLayout()->addWidget(Panel_Head);
+    AdoQry_Main = new TClientDataSet(this);
+    AdoQry_Main->setObjectName("AdoQry_Main");
+    AdoQry_Work = new TClientDataSet(this);
+    AdoQry_Work->setObjectName("AdoQry_Work");
+    DBGridEh = new TDBGridEh(this, "DBGridEh");
+    DBGridEh->AutoColumns = false;
+    DBGridEh->SetDataSet(AdoQry_Main);
+    MainLayout()->addWidget(DBGridEh, 1);
+    StyleLink = new TQX_LINK_K(this);
+    ColorLink = new TQX_LINK_COL(this);
+
+    Act_Save = AddAction("Act_Save", tr("保存"), QKeySequence(Qt::Key_F2), [this] { Act_SaveExecute(Act_Save); });
+    Act_AddLine = AddAction("Act_AddLine", tr("增行"), QKeySequence(Qt::CTRL | Qt::Key_Insert),
+                            [this] { Act_AddLineExecute(Act_AddLine); });
+    Act_DeleteLine = AddAction("Act_DeleteLine", tr("删行"), QKeySequence(Qt::CTRL | Qt::Key_Delete),
+                               [this] { Act_DeleteLineExecute(Act_DeleteLine); });
+    Act_Print = AddAction("Act_Print", tr("打印"), QKeySequence(Qt::CTRL | Qt::Key_P), [this] { Act_PrintExecute(Act_Print); });
+    Act_Quit = AddAction("Act_Quit", tr("退出"), QKeySequence(Qt::Key_Escape), [this] { Act_QuitExecute(Act_Quit); });
+    Act_Save->setShortcuts({QKeySequence(Qt::Key_F2), QKeySequence(Qt::CTRL | Qt::Key_S)});
+    for (QAction* a : {Act_Save, Act_AddLine, Act_DeleteLine, Act_Print, Act_Quit}) ToolBar->addAction(a);
+
+    DBGridEh->OnAdvance = [this](bool backwards) { moveToNextCell(backwards); };
+    DBGridEh->OnGetCellParams = [this](TColumnEh* c, TCellParams& p) { DBGridEhColorLine(c, p); };
+    DBGridEh->OnTitleClick = [this](TColumnEh*) { ColumnClick(); };
+    DBGridEh->OnCellButtonClick = [this](TColumnEh* c) {
+        bool handled = false;
+        if (c->FieldName.compare(StyleField, Qt::CaseInsensitive) == 0) {
+            WL_IDBTNClick(DBGridEh, handled);
+        } else if (c->FieldName.compare("COL_NAME", Qt::CaseInsensitive) == 0 ||
+                   c->FieldName.compare("COL_ID", Qt::CaseInsensitive) == 0) {
+            const QString style = AdoQry_Main->FindField(StyleField) ? AdoQry_Main->FieldByName(StyleField)->AsString() : "";
+            if (style.isEmpty()) return;
+            ColorLink->SetStyle(style);
+            ColorLink->Show();
+        } else if (c->FieldName.compare("DW_NAME", Qt::CaseInsensitive) == 0) {
+            showdw(DBGridEh, handled);
+        }
+    };
+    AdoQry_Main->BeforePost = [this](TDataSet* ds) { AdoQry_MainBeforePost(ds); };
+    connect(AdoQry_Main, &TClientDataSet::dataEdited, this, [this] { Modified = true; });
+    StyleLink->OnPicked = [this](const QString& code, const QString&) {
+        qx::guard([&] {
+            if (AdoQry_Main->State() == dsBrowse) {
+                if (AdoQry_Main->IsEmpty()) AdoQry_Main->Append();
+                else AdoQry_Main->Edit();
+            }
+            AdoQry_Main->FieldByName(StyleField)->SetText(code);
+        });
+    };
+    ColorLink->OnPicked = [this](const QString& code, const QString& name) {
+        qx::guard([&] { setLineColor(code, name); });
+    };
+    resize(1000, 640);
+}
+
+// --- virtual operations
+
+void Tfrm_Base_Entry_Body::DBGridEhColorLine(TColumnEh*, TCellParams&) {}
+
+void Tfrm_Base_Entry_Body::DW_IDSetText(TField* Sender, const AnsiString& Text) { Sender->SetAsString(Text.trimmed()); }
+
+void Tfrm_Base_Entry_Body::WL_IDSetText(TField* Sender, const AnsiString& Text) {
+    const QString code = Text.trimmed();
+    TClientDataSet* ds = Sender->DataSet();
+    if (code.isEmpty()) {
+        Sender->Clear();
+        return;
+    }
+    if (code.compare(Sender->AsString(), Qt::CaseInsensitive) == 0 && ds->FindField("COL_ID") &&
+        !ds->FieldByName("COL_ID")->AsString().isEmpty())
+        return;  // the same style again: keep the line
+    opensql(AdoQry_Work, FuncNo,
+            "SELECT d1800.K_ID, d1800.WL_NAME, d1800.DW_NAME, d1800.CGJ, d1800.PFJ, d1800.M_ID, d1006.M0, d1006.M1, "
+            "d1006.M2, d1006.M3, d1006.M4, d1006.M5, d1006.M6, d1006.M7, d1006.M8, d1006.M9 FROM d1800 LEFT OUTER "
+            "JOIN d1006 ON d1800.M_ID = d1006.M_ID WHERE d1800.K_ID=" +
+                QuotedStr(code),
+            0, 0, {}, {}, false, "1");
+    if (AdoQry_Work->IsEmpty()) {
+        DISPINFO(tr("款号 ") + code + tr(" 不存在!"), 5);
+        Abort();
+    }
+    const QString styleCode = AdoQry_Work->FieldByName("K_ID")->AsString().trimmed();
+    Sender->SetAsString(styleCode);
+    for (const char* name : {"WL_NAME", "DW_NAME"})
+        if (TField* f = ds->FindField(name)) f->SetAsString(AdoQry_Work->FieldByName(name)->AsString());
+    QStringList sizes;
+    for (int i = 0; i <= 9; ++i) {
+        const QString m = "M" + QString::number(i);
+        sizes << AdoQry_Work->FieldByName(m)->AsString();
+        if (TField* f = ds->FindField(m)) f->SetAsString(sizes.last());
+    }
+    styleSizes_.insert(styleCode.toUpper(), sizes);
+    for (const char* name : {"COL_ID", "COL_NAME"})
+        if (TField* f = ds->FindField(name)) f->Clear();
+    if (!WlField.isEmpty())
+        if (TField* f = ds->FindField(WlField)) f->SetAsString(styleCode);
+    stylePrice_ = AdoQry_Work->FieldByName("CGJ")->AsFloat();
+    styleTagPrice_ = AdoQry_Work->FieldByName("PFJ")->AsFloat();
+    InitSJ(true);
+    updateSizeTitles();
+
+    // The colour: among those offered for the style; one colour is taken at once.
+    opensql(AdoQry_Work, FuncNo,
+            "SELECT d1804.COL_ID, d1005.COL_NAME FROM d1804 INNER JOIN d1005 ON d1804.COL_ID = d1005.COL_ID WHERE "
+            "d1804.K_ID=" +
+                QuotedStr(styleCode) + " ORDER BY d1804.COL_ID",
+            0, 0, {}, {}, false, "1");
+    if (AdoQry_Work->RecordCount() == 1) {
+        setLineColor(AdoQry_Work->FieldByName("COL_ID")->AsString(), AdoQry_Work->FieldByName("COL_NAME")->AsString());
+        return;
+    }
+    ColorLink->SetStyle(AdoQry_Work->IsEmpty() ? QString() : styleCode);
+    colorRow_ = ds->CurrentRow();
+    if (isVisible()) ColorLink->Show();
+}
+
+void Tfrm_Base_Entry_Body::WL_IDBTNClick(QObject*, bool& Handled) {
+    Handled = true;
+    StyleLink->Show();
+}
+
+void Tfrm_Base_Entry_Body::showdw(QObject*, bool& Handled) { Handled = false; }
+
+void Tfrm_Base_Entry_Body::AdoQry_MainBeforePost(TDataSet* ds) {
+    if (TField* stot = ds->FindField("STOT")) {
+        double sum = 0;
+        for (int i = 0; i <= 9; ++i)
+            if (TField* s = ds->FindField(sizeField(i))) sum += s->AsFloat();
+        if (stot->AsFloat() != sum) stot->SetAsFloat(sum);
+    }
+    if (!WlField.isEmpty())
+        if (TField* wl = ds->FindField(WlField); wl && ds->FindField(StyleField) && ds->FindField("COL_ID")) {
+            const QString sku = ds->FieldByName(StyleField)->AsString() + ds->FieldByName("COL_ID")->AsString();
+            if (wl->AsString() != sku) wl->SetAsString(sku);
+        }
+}
+
+bool Tfrm_Base_Entry_Body::AllCheck() {
+    AdoQry_Main->CheckBrowseMode();
+    TField* style = AdoQry_Main->FindField(StyleField);
+    TField* color = AdoQry_Main->FindField("COL_ID");
+    if (!style) return true;
+    for (int r = 0; r < AdoQry_Main->RecordCount(); ++r) {
+        TClientDataSet::RowScope scope(AdoQry_Main, r);
+        if (style->AsString().trimmed().isEmpty() || (color && color->AsString().trimmed().isEmpty())) {
+            DISPINFO(tr("第") + QString::number(r + 1) + tr("行没有输入款号或颜色!"), 5);
+            AdoQry_Main->SetRecNo(r + 1);
+            return false;
+        }
+    }
+    return true;
+}
+
+void Tfrm_Base_Entry_Body::ColumnClick() {}
+
+void Tfrm_Base_Entry_Body::RefreshData() {
+    QString key;
+    if (EditMode != "Add" && MasterDataSet && MasterDataSet->Active() && !MasterDataSet->IsEmpty() &&
+        MasterDataSet->FindField(KeyField))
+        key = MasterDataSet->FieldByName(KeyField)->AsString();
+    if (!BodySql.isEmpty()) {
+        QString sql = BodySql;
+        sql.replace("%s", QuotedStr(key));
+        AdoQry_Main->DisableControls();
+        try {
+            opensql(AdoQry_Main, FuncNo, sql, 0, 0, {}, {}, false, "1");
+        } catch (...) {
+            AdoQry_Main->EnableControls();
+            throw;
+        }
+        prepareLines();
+        AdoQry_Main->EnableControls();
+    } else if (!AdoQry_Main->Active()) {
+        AdoQry_Main->CreateDataSet();
+    }
+    attachSetters();
+    if (!columnsBuilt_) {
+        BuildLineColumns();
+        columnsBuilt_ = true;
+    }
+    AdoQry_Main->First();
+    updateSizeTitles();
+}
+
+void Tfrm_Base_Entry_Body::SaveData() {
+    // Every line's SKU code is its style followed by its colour.
+    if (WlField.isEmpty() || !AdoQry_Main->FindField(WlField) || !AdoQry_Main->FindField(StyleField) ||
+        !AdoQry_Main->FindField("COL_ID"))
+        return;
+    for (int r = 0; r < AdoQry_Main->RecordCount(); ++r) {
+        TClientDataSet::RowScope scope(AdoQry_Main, r);
+        AdoQry_Main->SetCellValue(r, AdoQry_Main->FieldIndex(WlField),
+                                  AdoQry_Main->FieldByName(StyleField)->AsString() +
+                                      AdoQry_Main->FieldByName("COL_ID")->AsString());
+    }
+}
+
+void Tfrm_Base_Entry_Body::SaveHeadData() {
+    if (!MasterDataSet) return;
+    if (!MasterDataSet->Active()) MasterDataSet->Open();
+    if (IsAdd()) MasterDataSet->Append();
+    else MasterDataSet->Edit();
+}
+
+void Tfrm_Base_Entry_Body::InitForm(AnsiString Mode, TClientDataSet* Master, bool ShowPrice, bool ShowAmount,
+                                    bool ReadOnly, int FrozenCols) {
+    EditMode = Mode;
+    MasterDataSet = Master;
+    ReadOnlyMode = ReadOnly;
+    closingAfterSave_ = false;
+    styleSizes_.clear();
+    if (ColorLink->isVisible()) ColorLink->close();
+    if (StyleLink->isVisible()) StyleLink->close();
+    RefreshData();
+    for (const QString& f : SplitFields(PriceFields))
+        if (TColumnEh* c = DBGridEh->ColumnByField(f)) c->Visible = ShowPrice && c->Visible;
+    for (const QString& f : SplitFields(MoneyFields))
+        if (TColumnEh* c = DBGridEh->ColumnByField(f)) c->Visible = ShowAmount && c->Visible;
+    DBGridEh->ColumnsChanged();
+    DBGridEh->SetReadOnly(ReadOnly);
+    DBGridEh->SetFrozenCols(FrozenCols);
+    Act_Save->setEnabled(!ReadOnly);
+    Act_AddLine->setEnabled(!ReadOnly);
+    Act_DeleteLine->setEnabled(!ReadOnly);
+    applyLocks();
+    if (auto* w = qobject_cast<QLineEdit*>(WarehouseEdit)) CurCkId = w->text();
+    for (QWidget* w : Panel_Head->findChildren<QWidget*>()) WatchChanges(w);
+    Modified = false;
+}
+
+void Tfrm_Base_Entry_Body::InitSJ(bool FromStyle) {
+    if (!FromStyle) return;
+    // The price of a new line: the style's purchase price, into the shown price field.
+    const QStringList prices = SplitFields(PriceFields);
+    TField* price = nullptr;
+    for (auto it = prices.rbegin(); it != prices.rend() && !price; ++it) price = AdoQry_Main->FindField(*it);
+    if (price && price->IsNull()) price->SetAsFloat(stylePrice_);
+}
+
+// --- opening, locks, changes
+
+void Tfrm_Base_Entry_Body::OpenEntry(const AnsiString& mode, TClientDataSet* master, bool readOnly) {
+    InitForm(mode, master, true, true, readOnly, 0);
+    SetCaption(Caption());
+    EnsureObjectName();
+    setWindowFlag(Qt::Window, true);
+    setWindowModality(Qt::ApplicationModal);
+    show();
+    raise();
+    activateWindow();
+}
+
+void Tfrm_Base_Entry_Body::applyLocks() {
+    for (QWidget* w : locked_)
+        if (w) w->setEnabled(true);
+    locked_.clear();
+    for (const QString& name : SplitFields(LockName)) {
+        for (QWidget* w : findChildren<QWidget*>()) {
+            if (w->objectName().compare(name, Qt::CaseInsensitive) != 0) continue;
+            w->setEnabled(false);
+            locked_ << w;
+        }
+    }
+}
+
+void Tfrm_Base_Entry_Body::WatchChanges(QWidget* control) {
+    if (!control || control->property("qx_watched").toBool()) return;
+    control->setProperty("qx_watched", true);
+    auto changed = [this] { Modified = true; };
+    if (auto* e = qobject_cast<QLineEdit*>(control)) connect(e, &QLineEdit::textEdited, this, changed);
+    else if (auto* d = qobject_cast<QDateEdit*>(control))
+        connect(d, &QDateEdit::dateChanged, this, [this, d] {
+            if (d->hasFocus()) Modified = true;
+        });
+    else if (auto* c = qobject_cast<QComboBox*>(control)) connect(c, &QComboBox::activated, this, changed);
+    else if (auto* b = qobject_cast<QCheckBox*>(control)) connect(b, &QCheckBox::clicked, this, changed);
+}
+
+bool Tfrm_Base_Entry_Body::HasChanges() const {
+    return Modified || AdoQry_Main->State() == dsEdit || AdoQry_Main->State() == dsInsert;
+}
+
+// --- lines
+
+void Tfrm_Base_Entry_Body::prepareLines() {
+    if (!AdoQry_Main->FindField("STOT") && AdoQry_Main->FindField("S0")) {
+        TField* stot = AdoQry_Main->AddField("STOT", ftInteger, 0, tr("合计"));
+        stot->ReadOnly = true;
+    }
+    if (TField* stot = AdoQry_Main->FindField("STOT")) {
+        stot->ReadOnly = true;
+        for (int r = 0; r < AdoQry_Main->RecordCount(); ++r) {
+            double sum = 0;
+            for (int i = 0; i <= 9; ++i) {
+                const int idx = AdoQry_Main->FieldIndex(sizeField(i));
+                if (idx >= 0) sum += AdoQry_Main->CellValue(r, idx).toDouble();
+            }
+            AdoQry_Main->SetCellValue(r, stot->Index(), qlonglong(sum));
+        }
+    }
+    if (!WlField.isEmpty() && !AdoQry_Main->FindField(WlField) && AdoQry_Main->FindField(StyleField) &&
+        AdoQry_Main->FindField("COL_ID")) {
+        TField* wl = AdoQry_Main->AddField(WlField.toUpper(), ftString, 20, tr("商品编号"));
+        wl->Visible = false;
+        const int k = AdoQry_Main->FieldIndex(StyleField), c = AdoQry_Main->FieldIndex("COL_ID");
+        for (int r = 0; r < AdoQry_Main->RecordCount(); ++r)
+            AdoQry_Main->SetCellValue(r, wl->Index(),
+                                      AdoQry_Main->CellValue(r, k).toString() + AdoQry_Main->CellValue(r, c).toString());
+    }
+}
+
+void Tfrm_Base_Entry_Body::attachSetters() {
+    const QStringList numeric = SplitFields(QtyFields) + SplitFields(PriceFields) + SplitFields(MoneyFields);
+    for (const QString& name : numeric)
+        if (TField* f = AdoQry_Main->FindField(name)) f->OnSetText = [this](TField* s, const AnsiString& t) { SetFloatText(s, t); };
+    if (TField* f = AdoQry_Main->FindField(StyleField))
+        f->OnSetText = [this](TField* s, const AnsiString& t) { WL_IDSetText(s, t); };
+    if (TField* f = AdoQry_Main->FindField("DW_NAME"))
+        f->OnSetText = [this](TField* s, const AnsiString& t) { DW_IDSetText(s, t); };
+    for (const char* name : {"COL_ID", "COL_NAME"})
+        if (TField* f = AdoQry_Main->FindField(name))
+            f->OnSetText = [this](TField*, const AnsiString& t) { EnterColor(t); };
+}
+
+void Tfrm_Base_Entry_Body::BuildLineColumns() {
+    DBGridEh->ClearColumns();
+    auto add = [this](const QString& field, const QString& title, int width) -> TColumnEh* {
+        if (!AdoQry_Main->FindField(field)) return nullptr;
+        return DBGridEh->AddColumn(AdoQry_Main->FindField(field)->FieldName, title, width);
+    };
+    add(StyleField, tr("款号"), 90);
+    if (TColumnEh* c = add("WL_NAME", tr("品名"), 120)) c->ReadOnly = true;
+    if (TColumnEh* c = add("DW_NAME", tr("单位"), 44)) c->ReadOnly = true;
+    if (!add("COL_NAME", tr("颜色"), 70)) add("COL_ID", tr("色号"), 50);
+    for (int i = 0; i <= 9; ++i)
+        if (TColumnEh* c = add(sizeField(i), QStringLiteral("尺码|") + sizeField(i), 42)) {
+            c->Footer.ValueType = fvtSum;
+            c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
+        }
+    if (TColumnEh* c = add("STOT", tr("合计"), 50)) {
+        c->Footer.ValueType = fvtSum;
+        c->ReadOnly = true;
+        c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
+    }
+    for (const QString& f : SplitFields(QtyFields))
+        if (!IsSizeField(f) && f.compare("STOT", Qt::CaseInsensitive) != 0 && !DBGridEh->ColumnByField(f))
+            add(f, f.toUpper(), 50);
+    for (const QString& f : SplitFields(PriceFields)) {
+        if (DBGridEh->ColumnByField(f)) continue;
+        const QString title = f.compare("SJ", Qt::CaseInsensitive) == 0 ? PriceLabel
+                              : f.compare("DJ", Qt::CaseInsensitive) == 0 ? tr("成本价")
+                                                                           : f.toUpper();
+        if (TColumnEh* c = add(f, title, 70)) c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
+    }
+    for (const QString& f : SplitFields(MoneyFields)) {
+        if (DBGridEh->ColumnByField(f)) continue;
+        const QString title = f.compare("SMONEY", Qt::CaseInsensitive) == 0 ? AmountLabel
+                              : f.compare("MONEY", Qt::CaseInsensitive) == 0 ? tr("成本额")
+                                                                              : f.toUpper();
+        if (TColumnEh* c = add(f, title, 80)) {
+            c->Footer.ValueType = fvtSum;
+            c->DisplayFormat = "0.00";
+            c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
+        }
+    }
+    add("NOTE", tr("备注"), 150);
+    DBGridEh->ButtonFields = QStringList{StyleField, "COL_NAME", "COL_ID"};
+    DBGridEh->SetFooterRowVisible(true);
+    HideSizeColumnsAfterCM(DBGridEh);
+}
+
+QStringList Tfrm_Base_Entry_Body::StyleSizeNames(const AnsiString& styleCode) {
+    const QString key = styleCode.trimmed().toUpper();
+    if (key.isEmpty()) return {};
+    auto it = styleSizes_.find(key);
+    if (it != styleSizes_.end()) return it.value();
+    opensql(AdoQry_Work, FuncNo,
+            "SELECT d1006.M0, d1006.M1, d1006.M2, d1006.M3, d1006.M4, d1006.M5, d1006.M6, d1006.M7, d1006.M8, "
+            "d1006.M9 FROM d1800 INNER JOIN d1006 ON d1800.M_ID = d1006.M_ID WHERE d1800.K_ID=" +
+                QuotedStr(styleCode.trimmed()),
+            0, 0, {}, {}, false, "1");
+    QStringList names;
+    if (!AdoQry_Work->IsEmpty())
+        for (int i = 0; i <= 9; ++i) names << AdoQry_Work->FieldByName("M" + QString::number(i))->AsString();
+    styleSizes_.insert(key, names);
+    return names;
+}
+
+void Tfrm_Base_Entry_Body::updateSizeTitles() {
+    QStringList names;
+    if (AdoQry_Main->Active() && !AdoQry_Main->IsEmpty()) {
+        bool fromLine = false;
+        if (AdoQry_Main->FindField("M0")) {
+            for (int i = 0; i <= 9; ++i) {
+                names << AdoQry_Main->FieldByName("M" + QString::number(i))->AsString();
+                fromLine = fromLine || !names.last().trimmed().isEmpty();
+            }
+        }
+        if (!fromLine && AdoQry_Main->FindField(StyleField))
+            names = StyleSizeNames(AdoQry_Main->FieldByName(StyleField)->AsString());
+    }
+    SetSizeTitles(DBGridEh, names);
+}
+
+void Tfrm_Base_Entry_Body::setLineColor(const QString& code, const QString& name) {
+    if (colorRow_ >= 0 && colorRow_ < AdoQry_Main->RecordCount() && AdoQry_Main->CurrentRow() != colorRow_)
+        AdoQry_Main->SetRecNo(colorRow_ + 1);
+    colorRow_ = -1;
+    if (AdoQry_Main->State() == dsBrowse) AdoQry_Main->Edit();
+    if (TField* f = AdoQry_Main->FindField("COL_ID")) f->SetAsString(code.trimmed());
+    if (TField* f = AdoQry_Main->FindField("COL_NAME")) f->SetAsString(name);
+    if (!WlField.isEmpty())
+        if (TField* f = AdoQry_Main->FindField(WlField); f && AdoQry_Main->FindField(StyleField))
+            f->SetAsString(AdoQry_Main->FieldByName(StyleField)->AsString() + code.trimmed());
+    Modified = true;
+    if (isVisible())
+        if (TColumnEh* first = DBGridEh->ColumnByField("S0"))
+            QMetaObject::invokeMethod(this, [this, first] { DBGridEh->SetCurrentColumn(first); }, Qt::QueuedConnection);
+}
+
+void Tfrm_Base_Entry_Body::EnterStyle(const AnsiString& styleCode) {
+    if (!AdoQry_Main->Active()) AdoQry_Main->CreateDataSet();
+    if (AdoQry_Main->IsEmpty()) AdoQry_Main->Append();
+    else if (AdoQry_Main->State() == dsBrowse) AdoQry_Main->Edit();
+    AdoQry_Main->FieldByName(StyleField)->SetText(styleCode);
+}
+
+void Tfrm_Base_Entry_Body::EnterColor(const AnsiString& colorText) {
+    const QString text = colorText.trimmed();
+    if (text.isEmpty()) return;
+    const QString style = AdoQry_Main->FieldByName(StyleField)->AsString();
+    if (style.isEmpty()) {
+        DISPINFO(tr("请先输入款号!"), 5);
+        Abort();
+    }
+    opensql(AdoQry_Work, FuncNo,
+            "SELECT d1804.COL_ID, d1005.COL_NAME FROM d1804 INNER JOIN d1005 ON d1804.COL_ID = d1005.COL_ID WHERE "
+            "d1804.K_ID=" +
+                QuotedStr(style) + " AND (d1804.COL_ID=" + QuotedStr(text) + " OR d1005.COL_NAME=" + QuotedStr(text) + ")",
+            0, 0, {}, {}, false, "1");
+    if (AdoQry_Work->IsEmpty()) {
+        DISPINFO(tr("款号 ") + style + tr(" 没有颜色 ") + text + "!", 5);
+        Abort();
+    }
+    colorRow_ = -1;
+    setLineColor(AdoQry_Work->FieldByName("COL_ID")->AsString(), AdoQry_Work->FieldByName("COL_NAME")->AsString());
+}
+
+void Tfrm_Base_Entry_Body::moveToNextCell(bool backwards) {
+    QList<int> editable;  // columns that take typing, in visual order
+    QHeaderView* header = DBGridEh->horizontalHeader();
+    for (int v = 0; v < header->count(); ++v) {
+        const int logical = header->logicalIndex(v);
+        TColumnEh* c = DBGridEh->Columns(logical);
+        if (DBGridEh->isColumnHidden(logical) || c->ReadOnly || !c->Field() || c->Field()->ReadOnly) continue;
+        editable << logical;
+    }
+    if (editable.isEmpty() || AdoQry_Main->IsEmpty()) return;
+    const QModelIndex current = DBGridEh->currentIndex();
+    int row = current.isValid() ? current.row() : AdoQry_Main->CurrentRow();
+    int pos = editable.indexOf(current.column());
+    if (backwards) {
+        if (pos > 0) --pos;
+        else if (row > 0) {
+            --row;
+            pos = int(editable.size()) - 1;
+        } else {
+            pos = 0;
+        }
+    } else if (pos < 0) {
+        pos = 0;
+    } else if (pos + 1 < editable.size()) {
+        ++pos;
+    } else {
+        // Past the last cell: the next line's style, or a new line.
+        AdoQry_Main->CheckBrowseMode();
+        if (row + 1 >= AdoQry_Main->RecordCount()) {
+            if (ReadOnlyMode) return;
+            AdoQry_Main->Append();
+        }
+        ++row;
+        pos = 0;
+    }
+    const QModelIndex target = DBGridEh->model()->index(row, editable[pos]);
+    DBGridEh->setCurrentIndex(target);
+    DBGridEh->setFocus();
+    if (!ReadOnlyMode) DBGridEh->edit(target);
+}
+
+// --- handlers
+
+bool Tfrm_Base_Entry_Body::SaveDocument() {
+    if (ReadOnlyMode) return false;
+    DBGridEh->CommitEdit();
+    AdoQry_Main->CheckBrowseMode();
+    // Lines left without a style are not lines.
+    if (TField* style = AdoQry_Main->FindField(StyleField)) {
+        for (int r = AdoQry_Main->RecordCount() - 1; r >= 0; --r) {
+            if (!AdoQry_Main->CellValue(r, style->Index()).toString().trimmed().isEmpty()) continue;
+            AdoQry_Main->SetRecNo(r + 1);
+            AdoQry_Main->Delete();
+        }
+    }
+    if (!AllCheck()) return false;
+    AdoQry_Main->DisableControls();
+    try {
+        SaveData();
+    } catch (...) {
+        AdoQry_Main->EnableControls();
+        throw;
+    }
+    AdoQry_Main->EnableControls();
+    SaveHeadData();
+    if (MasterDataSet && (MasterDataSet->State() == dsEdit || MasterDataSet->State() == dsInsert)) MasterDataSet->Post();
+    Modified = false;
+    emit saved();
+    return true;
+}
+
+void Tfrm_Base_Entry_Body::Act_SaveExecute(QObject*) {
+    if (!SaveDocument()) return;
+    closingAfterSave_ = true;
+    close();
+}
+
+void Tfrm_Base_Entry_Body::Act_QuitExecute(QObject*) {
+    if (DBGridEh->Editing()) {
+        DBGridEh->CancelEdit();
+        return;
+    }
+    close();
+}
+
+void Tfrm_Base_Entry_Body::Act_AddLineExecute(QObject*) {
+    if (ReadOnlyMode) return;
+    if (!AdoQry_Main->Active()) AdoQry_Main->CreateDataSet();
+    AdoQry_Main->CheckBrowseMode();
+    AdoQry_Main->Append();
+    if (isVisible()) DBGridEh->EditField(StyleField);
+}
+
+void Tfrm_Base_Entry_Body::Act_DeleteLineExecute(QObject*) {
+    if (ReadOnlyMode || !AdoQry_Main->Active() || AdoQry_Main->IsEmpty()) return;
+    DBGridEh->CancelEdit();
+    AdoQry_Main->Delete();
+    Modified = true;
+}
+
+void Tfrm_Base_Entry_Body::Act_PrintExecute(QObject*) { qx::grid::printWithDialog(DBGridEh, Caption()); }
+
+bool Tfrm_Base_Entry_Body::FormCloseQuery() {
+    if (closingAfterSave_ || ReadOnlyMode) return true;
+    for (TFrm_Sys_LINK* link : findChildren<TFrm_Sys_LINK*>())
+        if (link->isVisible()) link->close();
+    if (!HasChanges()) return true;
+    if (DISPINFO(tr("单据已修改,是否保存?"), 2) == "y") return SaveDocument();
+    AdoQry_Main->Cancel();
+    Modified = false;
+    return true;
+}
+
+void Tfrm_Base_Entry_Body::FormKeyDown(QObject*, int& Key, Qt::KeyboardModifiers) {
+    if (Key == Qt::Key_Escape) {
+        Key = 0;
+        Act_QuitExecute(this);
+    }
+}
+
+bool Tfrm_Base_Entry_Body::eventFilter(QObject* watched, QEvent* event) {
+    return TFrm_Base_Panel::eventFilter(watched, event);
+}
+
+// ---------------------------------------------------------------- TFrm_Base_Entry_BodyC
+
+TFrm_Base_Entry_BodyC::TFrm_Base_Entry_BodyC(QWidget* Owner) : Tfrm_Base_Entry_Body(Owner) {
+    AdoQry_Main->AfterScroll = [this](TDataSet* ds) { AdoQry_MainAfterScroll(ds); };
+    DBGridEh->OnDblClick = [this] { DBGridEhDblClick1(DBGridEh); };
+}
+
+void TFrm_Base_Entry_BodyC::AdoQry_MainAfterScroll(TDataSet*) {
+    if (columnsBuilt_) updateSizeTitles();
+}
+
+void TFrm_Base_Entry_BodyC::AdoQry_MainCalcFields(TDataSet*) {}
+
+void TFrm_Base_Entry_BodyC::DBGridEhDblClick1(QObject*) {
+    TColumnEh* c = DBGridEh->CurrentColumn();
+    if (c && c->FieldName.compare(StyleField, Qt::CaseInsensitive) == 0) {
+        bool handled = false;
+        WL_IDBTNClick(DBGridEh, handled);
+    }
+}

@@ -1,0 +1,216 @@
+#include "framework/Frm_Base_Entry_Head.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QSplitter>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include "framework/DBGridEh.h"
+#include "framework/Frm_Base_Entry_Body.h"
+#include "framework/GridExport.h"
+#include "framework/U_dataop.h"
+#include "framework/U_function.h"
+
+TFrm_Base_Entry_Head::TFrm_Base_Entry_Head(QWidget* Owner) : TFrm_Base_Panel(Owner) {
+    AdoQry_Main = new TClientDataSet(this);
+    AdoQry_Main->setObjectName("AdoQry_Main");
+    AdoQry_Detail = new TClientDataSet(this);
+    AdoQry_Detail->setObjectName("AdoQry_Detail");
+
+    auto* splitter = new QSplitter(Qt::Vertical, this);
+    splitter->setObjectName("Splitter");
+    DBGridEh = new TDBGridEh(splitter, "DBGridEh");
+    DBGridEh->SetReadOnly(true);
+    DBGridEh->setSelectionBehavior(QAbstractItemView::SelectRows);
+    DBGridEh->SetDataSet(AdoQry_Main);
+    DBGridEh_Detail = new TDBGridEh(splitter, "DBGridEh_Detail");
+    DBGridEh_Detail->SetReadOnly(true);
+    DBGridEh_Detail->SetDataSet(AdoQry_Detail);
+    splitter->addWidget(DBGridEh);
+    splitter->addWidget(DBGridEh_Detail);
+    splitter->setStretchFactor(0, 3);
+    splitter->setStretchFactor(1, 2);
+    MainLayout()->addWidget(splitter, 1);
+
+    Act_Start = AddAction("Act_Start", tr("开始"), {}, [this] { Act_FilterExecute(Act_Start); });
+    Act_Add = AddAction("Act_Add", tr("新增"), QKeySequence(Qt::Key_Insert), [this] { Act_AddExecute(Act_Add); });
+    Act_CopyAdd = AddAction("Act_CopyAdd", tr("复制新增"), QKeySequence(Qt::CTRL | Qt::Key_Insert),
+                            [this] { Act_CopyAddExecute(Act_CopyAdd); });
+    Act_Edit = AddAction("Act_Edit", tr("修改"), QKeySequence(Qt::CTRL | Qt::Key_E), [this] { Act_EditExecute(Act_Edit); });
+    Act_Delete = AddAction("Act_Delete", tr("删除"), QKeySequence(Qt::CTRL | Qt::Key_Delete),
+                           [this] { Act_DeleteExecute(Act_Delete); });
+    Act_View = AddAction("Act_View", tr("查看"), QKeySequence(Qt::CTRL | Qt::Key_W), [this] { Act_ViewExecute(Act_View); });
+    Act_Filter = AddAction("Act_Filter", tr("过滤"), QKeySequence(Qt::Key_F3), [this] { Act_FilterExecute(Act_Filter); });
+    Act_Refresh = AddAction("Act_Refresh", tr("刷新"), QKeySequence(Qt::Key_F5), [this] { Act_RefreshExecute(Act_Refresh); });
+    Act_Print = AddAction("Act_Print", tr("打印"), QKeySequence(Qt::CTRL | Qt::Key_P), [this] { Act_PrintExecute(Act_Print); });
+    Act_Preview = AddAction("Act_Preview", tr("预览"), {}, [this] { Act_PreviewExecute(Act_Preview); });
+    Act_Export = AddAction("Act_Export", tr("导出"), {}, [this] { Act_ExportExecute(Act_Export); });
+    Act_Quit = AddAction("Act_Quit", tr("退出"), QKeySequence(Qt::Key_Escape), [this] { Act_QuitExecute(Act_Quit); });
+    for (QAction* a : {Act_Add, Act_CopyAdd, Act_Edit, Act_Delete, Act_View, Act_Filter, Act_Refresh, Act_Print,
+                       Act_Preview, Act_Export, Act_Quit})
+        ToolBar->addAction(a);
+
+    AdoQry_Main->AfterScroll = [this](TDataSet*) { RefreshDetail(); };
+    AdoQry_Detail->AfterScroll = [this](TDataSet*) { updateDetailSizeTitles(); };
+    DBGridEh->OnGetCellParams = [this](TColumnEh* c, TCellParams& p) { DBGridEhGetCellParams(DBGridEh, c, p); };
+    DBGridEh->OnDblClick = [this] { Act_EditExecute(Act_Edit); };
+    resize(900, 600);
+}
+
+void TFrm_Base_Entry_Head::InitForm(const Trecord& rec) {
+    SetUserParam(rec.UserId, rec.UserName, rec.CkId, rec.CkName, rec.CoName, rec.DbName);
+    FuncNo = QString::number(rec.FuncCode != 0 ? rec.FuncCode : Tag);
+    setAttribute(Qt::WA_DeleteOnClose);
+    qx::ui::presentScreen(this);
+}
+
+Tfrm_Base_Entry_Body* TFrm_Base_Entry_Head::entry() {
+    if (!EntryForm) EntryForm = findChild<Tfrm_Base_Entry_Body*>(QString(), Qt::FindDirectChildrenOnly);
+    if (EntryForm && !EntryForm->property("qx_list_connected").toBool()) {
+        EntryForm->setProperty("qx_list_connected", true);
+        connect(EntryForm, &Tfrm_Base_Entry_Body::saved, this, [this] { RefreshDetail(); });
+    }
+    return EntryForm;
+}
+
+TFrm_Sys_Filter* TFrm_Base_Entry_Head::filter() {
+    if (!FilterForm) FilterForm = findChild<TFrm_Sys_Filter*>(QString(), Qt::FindDirectChildrenOnly);
+    return FilterForm;
+}
+
+AnsiString TFrm_Base_Entry_Head::HeadStatement() const {
+    return Condition.trimmed().isEmpty() ? HeadSql : HeadSql + " WHERE " + Condition;
+}
+
+void TFrm_Base_Entry_Head::GetData() {
+    const QString keep = (!KeyField.isEmpty() && !AdoQry_Main->IsEmpty() && AdoQry_Main->FindField(KeyField))
+                             ? AdoQry_Main->FieldByName(KeyField)->AsString()
+                             : QString();
+    AdoQry_Main->DisableControls();
+    try {
+        opensql(AdoQry_Main, FuncNo, HeadStatement(), 0, 0, {}, {}, false, "1");
+        if (!keep.isEmpty()) AdoQry_Main->Locate(KeyField, keep);
+    } catch (...) {
+        AdoQry_Main->EnableControls();
+        throw;
+    }
+    AdoQry_Main->EnableControls();
+    RefreshDetail();
+}
+
+void TFrm_Base_Entry_Head::RefreshDetail() {
+    if (BodySql.isEmpty() || KeyField.isEmpty() || !AdoQry_Main->Active()) return;
+    if (AdoQry_Main->IsEmpty() || !AdoQry_Main->FindField(KeyField)) {
+        if (AdoQry_Detail->Active()) AdoQry_Detail->EmptyDataSet();
+        return;
+    }
+    const QString key = AdoQry_Main->FieldByName(KeyField)->AsString();
+    QString sql = BodySql;
+    sql.replace("%s", QuotedStr(key));
+    opensql(AdoQry_Detail, FuncNo, sql, 0, 0, {}, {}, false, "1");
+    // The line total, as entry screens show it.
+    if (!AdoQry_Detail->FindField("STOT") && AdoQry_Detail->FindField("S0")) {
+        AdoQry_Detail->OnCalcFields = [](TDataSet* ds) {
+            double sum = 0;
+            for (int i = 0; i <= 9; ++i)
+                if (TField* f = ds->FindField("S" + QString::number(i))) sum += f->AsFloat();
+            ds->FieldByName("STOT")->SetAsFloat(sum);
+        };
+        AdoQry_Detail->AddField("STOT", ftInteger, 0, tr("合计"), fkCalculated);
+        if (DBGridEh_Detail->AutoColumns) {
+            // Move the total behind the last size column.
+            if (TColumnEh* stot = DBGridEh_Detail->ColumnByField("STOT")) {
+                const int at = stot->Index();
+                int behind = -1;
+                for (int i = 0; i <= 9; ++i)
+                    if (TColumnEh* s = DBGridEh_Detail->ColumnByField("S" + QString::number(i)))
+                        behind = std::max(behind, s->Index());
+                if (behind >= 0 && behind + 1 != at) {
+                    DBGridEh_Detail->DeleteColumn(at);
+                    DBGridEh_Detail->InsertColumn(behind + 1, "STOT", tr("合计"));
+                }
+            }
+        }
+    }
+    if (DBGridEh_Detail->AutoColumns) {
+        const QStringList sums = SplitFields(QtyFields) + SplitFields(MoneyFields) + QStringList{"STOT"};
+        for (int i = 0; i < DBGridEh_Detail->ColumnCount(); ++i) {
+            TColumnEh* c = DBGridEh_Detail->Columns(i);
+            if (c->FieldName.size() == 2 && c->FieldName.startsWith('M', Qt::CaseInsensitive) && c->FieldName[1].isDigit())
+                c->Visible = false;  // size names: they become the titles
+            if (sums.contains(c->FieldName, Qt::CaseInsensitive)) {
+                c->Footer.ValueType = fvtSum;
+                if (SplitFields(MoneyFields).contains(c->FieldName, Qt::CaseInsensitive)) c->DisplayFormat = "0.00";
+            }
+        }
+        DBGridEh_Detail->ColumnsChanged();
+    }
+    updateDetailSizeTitles();
+}
+
+void TFrm_Base_Entry_Head::updateDetailSizeTitles() {
+    if (!AdoQry_Detail->FindField("M0")) {
+        HideSizeColumnsAfterCM(DBGridEh_Detail);
+        return;
+    }
+    QStringList names;
+    for (int i = 0; i <= 9; ++i) {
+        TField* f = AdoQry_Detail->FindField("M" + QString::number(i));
+        names << (f && !AdoQry_Detail->IsEmpty() ? f->AsString() : QString());
+    }
+    SetSizeTitles(DBGridEh_Detail, names);
+}
+
+AnsiString TFrm_Base_Entry_Head::DeleteStatement(const AnsiString& key) const {
+    QString sql = DeleteSql;
+    sql.replace("%s", QuotedStr(key));
+    sql.replace("%S", QuotedStr(key));
+    return sql;
+}
+
+void TFrm_Base_Entry_Head::OpenEntry(const AnsiString& mode, bool readOnly) {
+    Tfrm_Base_Entry_Body* e = entry();
+    if (!e) return;
+    if (mode != "Add" && (AdoQry_Main->IsEmpty() || !AdoQry_Main->Active())) {
+        DISPINFO(tr("请先选择一张单据!"), 5);
+        return;
+    }
+    e->OpenEntry(mode, AdoQry_Main, readOnly);
+}
+
+void TFrm_Base_Entry_Head::Act_AddExecute(QObject*) { OpenEntry("Add"); }
+void TFrm_Base_Entry_Head::Act_CopyAddExecute(QObject*) { OpenEntry("CopyAdd"); }
+void TFrm_Base_Entry_Head::Act_EditExecute(QObject*) { OpenEntry("Edit"); }
+void TFrm_Base_Entry_Head::Act_ViewExecute(QObject*) { OpenEntry("Edit", true); }
+
+void TFrm_Base_Entry_Head::Act_DeleteExecute(QObject*) {
+    if (!AdoQry_Main->Active() || AdoQry_Main->IsEmpty()) {
+        DISPINFO(tr("没有可删除的单据!"), 5);
+        return;
+    }
+    const QString key = AdoQry_Main->FieldByName(KeyField)->AsString();
+    if (DISPINFO(tr("确定要删除单据") + key + tr("吗?"), 2) != "y") return;
+    ExecSql(FuncNo, key, "Delete", DeleteStatement(key), 65535, false, true, false, true);
+    AdoQry_Main->Delete();
+    RefreshDetail();
+}
+
+void TFrm_Base_Entry_Head::Act_FilterExecute(QObject*) {
+    TFrm_Sys_Filter* f = filter();
+    if (!f) {
+        GetData();
+        return;
+    }
+    if (f->ShowModal() != mrOk) return;
+    Condition = f->Condition;
+    Lab_Condition->setText(f->Description);
+    GetData();
+}
+
+void TFrm_Base_Entry_Head::Act_RefreshExecute(QObject*) { GetData(); }
+void TFrm_Base_Entry_Head::Act_PrintExecute(QObject*) { qx::grid::printWithDialog(DBGridEh, Caption()); }
+void TFrm_Base_Entry_Head::Act_PreviewExecute(QObject*) { qx::grid::preview(DBGridEh, Caption()); }
+void TFrm_Base_Entry_Head::Act_ExportExecute(QObject*) { qx::grid::exportCsvWithDialog(DBGridEh, Caption()); }
+void TFrm_Base_Entry_Head::Act_QuitExecute(QObject*) { close(); }
+void TFrm_Base_Entry_Head::DBGridEhGetCellParams(QObject*, TColumnEh*, TCellParams&) {}

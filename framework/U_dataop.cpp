@@ -1,0 +1,92 @@
+// Data operations over the shop database.
+//
+// Maintenance batches. The database runs every ExecSql batch with the negative-stock and
+// closed-period guards on, except the maintenance batches, which rewrite stock and documents on
+// purpose. They are recognised from the function code and the mode the screen passes:
+//   - function "932" (system initialisation: wipe and import), any mode;
+//   - mode MaintenanceMode::BalanceRepair ("BalanceRepair": the quantity balance repair);
+//   - mode MaintenanceMode::ClearDocuments ("ClearDocuments": clearing documents).
+// Every other batch (document saves, deletes, settings) is guarded.
+#include "framework/U_dataop.h"
+
+#include <mutex>
+
+#include "db/Database.h"
+#include "framework/DataSet.h"
+#include "framework/U_function.h"
+
+namespace qx::dataop {
+namespace {
+std::shared_ptr<qx::db::Database>& currentDatabase() {
+    static std::shared_ptr<qx::db::Database> db;
+    return db;
+}
+Observer& currentObserver() {
+    static Observer observer;
+    return observer;
+}
+
+qx::db::Database& requireDatabase() {
+    auto& db = currentDatabase();
+    if (!db) throw EDatabaseError(QObject::tr("没有打开的数据库"));
+    return *db;
+}
+
+void notify(Call::Kind kind, const QString& funcNo, const QString& sql, const QString& noid = {},
+            const QString& mode = {}) {
+    if (auto& observer = currentObserver()) observer(Call{kind, funcNo, sql, noid, mode});
+}
+
+EDatabaseError wrap(const qx::db::Error& e) {
+    return EDatabaseError(QString::fromStdString(e.what()), QString::fromStdString(e.statement()));
+}
+}  // namespace
+
+void setDatabase(std::shared_ptr<qx::db::Database> database) { currentDatabase() = std::move(database); }
+std::shared_ptr<qx::db::Database> database() { return currentDatabase(); }
+void setObserver(Observer observer) { currentObserver() = std::move(observer); }
+
+bool isMaintenanceBatch(const QString& funcNo, const QString& mode) {
+    return funcNo.trimmed() == SystemInitialisationFunction ||
+           mode.compare(MaintenanceMode::BalanceRepair, Qt::CaseInsensitive) == 0 ||
+           mode.compare(MaintenanceMode::ClearDocuments, Qt::CaseInsensitive) == 0;
+}
+
+}  // namespace qx::dataop
+
+using namespace qx::dataop;
+
+void opensql(TClientDataSet* ds, WideString FuncNo, WideString sql, const int, const int, WideString,
+             WideString, bool, AnsiString) {
+    notify(Call::Kind::OpenSql, FuncNo, sql);
+    if (!ds) throw EDatabaseError(QObject::tr("opensql: 没有数据集"));
+    qx::db::ResultSet result;
+    try {
+        result = requireDatabase().open(sql.toStdString());
+    } catch (const qx::db::Error& e) {
+        throw wrap(e);
+    }
+    ds->LoadFromResult(result);
+}
+
+AnsiString ExecSql(WideString FuncNo, WideString noid, WideString mode, WideString batch, unsigned short,
+                   bool, bool, bool, bool) {
+    notify(Call::Kind::ExecSql, FuncNo, batch, noid, mode);
+    qx::db::ExecOptions options;
+    options.maintenance = isMaintenanceBatch(FuncNo, mode);
+    try {
+        requireDatabase().execute(batch.toStdString(), options);
+    } catch (const qx::db::Error& e) {
+        throw wrap(e);
+    }
+    return "Y";
+}
+
+AnsiString GetNOID(AnsiString FuncNo, AnsiString, int) {
+    notify(Call::Kind::GetNOID, FuncNo, {});
+    try {
+        return QString::fromStdString(requireDatabase().nextDocumentNumber(FuncNo.toStdString()));
+    } catch (const qx::db::Error& e) {
+        throw wrap(e);
+    }
+}
