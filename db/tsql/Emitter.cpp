@@ -261,7 +261,16 @@ private:
 
     // ---------------------------------------------------------------- types
 
+    // Types are asked for again and again while emitting (every + asks for both operands):
+    // remember them per node. An expression is always typed in the scope it appears in.
     SqlType typeOf(const Expr& e, const Scope& scope) {
+        if (auto found = typeCache_.find(&e); found != typeCache_.end()) return found->second;
+        const SqlType type = inferType(e, scope);
+        typeCache_.emplace(&e, type);
+        return type;
+    }
+
+    SqlType inferType(const Expr& e, const Scope& scope) {
         switch (e.kind) {
             case ExprKind::Number: return literalNumberType(e.text);
             case ExprKind::String: return SqlType::Text;
@@ -337,6 +346,18 @@ private:
     // Names and types of a query's result columns; complete is cleared when a * could not be
     // expanded because a source is unknown.
     std::vector<OutputColumn> outputColumns(const Query& q, const Scope* parent, bool* complete) {
+        if (auto found = outputCache_.find(&q); found != outputCache_.end()) {
+            if (complete && !found->second.second) *complete = false;
+            return found->second.first;
+        }
+        bool allKnown = true;
+        auto result = computeOutputColumns(q, parent, &allKnown);
+        outputCache_.emplace(&q, std::make_pair(result, allKnown));
+        if (complete && !allKnown) *complete = false;
+        return result;
+    }
+
+    std::vector<OutputColumn> computeOutputColumns(const Query& q, const Scope* parent, bool* complete) {
         std::vector<OutputColumn> result;
         for (std::size_t i = 0; i < q.cores.size(); ++i) {
             Scope scope = buildScope(q.cores[i].from, parent);
@@ -344,8 +365,9 @@ private:
             if (i == 0) {
                 result = std::move(columns);
             } else {
+                // SQL Server types a union column by the highest type of its branches
                 for (std::size_t c = 0; c < result.size() && c < columns.size(); ++c)
-                    if (result[c].type == SqlType::Unknown) result[c].type = columns[c].type;
+                    result[c].type = higherPrecedence(result[c].type, columns[c].type);
             }
         }
         return result;
@@ -693,7 +715,10 @@ private:
 
     // targets: the types of the columns the rows go into (INSERT … SELECT), for SQL Server's
     // implicit conversions; skipIdentity drops IDENTITY() items (SELECT … INTO).
-    std::string core(const SelectCore& c, const Scope& scope, const std::vector<CatalogColumn>* targets, bool skipIdentity) {
+        // unionTypes: the type SQL Server gives each column of a UNION (the highest of its branches);
+    // a literal of a lower type is converted the way SQL Server converts it ('' to 0).
+    std::string core(const SelectCore& c, const Scope& scope, const std::vector<CatalogColumn>* targets, bool skipIdentity,
+                     const std::vector<SqlType>* unionTypes = nullptr) {
         std::string text = c.distinct ? "SELECT DISTINCT " : "SELECT ";
         std::size_t position = 0;
         bool positionKnown = true;
@@ -719,6 +744,8 @@ private:
                 continue;
             }
             if (targets && positionKnown && position < targets->size()) text += stored(e, scope, (*targets)[position]);
+            else if (unionTypes && positionKnown && position < unionTypes->size() && e.kind == ExprKind::String)
+                text += coerced(e, scope, (*unionTypes)[position], false);
             else text += expr(e, scope);
             ++position;
             if (item.alias) text += " AS " + d_.quoteIdentifier(*item.alias);
@@ -749,10 +776,12 @@ private:
         const bool single = q.cores.size() == 1;
         std::string text;
         std::optional<Scope> singleScope;
+        std::vector<SqlType> unionTypes;
+        if (!single) unionTypes = compoundColumnTypes(q, parent);
         for (std::size_t i = 0; i < q.cores.size(); ++i) {
             const SelectCore& c = q.cores[i];
             Scope scope = buildScope(c.from, parent);
-            std::string branch = core(c, scope, targets, skipIdentity);
+            std::string branch = core(c, scope, targets, skipIdentity, single ? nullptr : &unionTypes);
             if (c.top && !single) {
                 // TOP limits its own branch; SQLite only allows LIMIT on the whole compound.
                 branch = "SELECT * FROM (" + branch + d_.limit(topCount(c, scope)) + ")";
@@ -778,6 +807,18 @@ private:
         }
         if (single && q.cores[0].top) text += d_.limit(topCount(q.cores[0], *singleScope));
         return text;
+    }
+
+    std::vector<SqlType> compoundColumnTypes(const Query& q, const Scope* parent) {
+        std::vector<SqlType> types;
+        for (const auto& c : q.cores) {
+            Scope scope = buildScope(c.from, parent);
+            bool complete = true;
+            const auto columns = coreColumns(c, scope, &complete);
+            if (types.size() < columns.size()) types.resize(columns.size(), SqlType::Unknown);
+            for (std::size_t i = 0; i < columns.size(); ++i) types[i] = higherPrecedence(types[i], columns[i].type);
+        }
+        return types;
     }
 
     // A compound SELECT orders by its result columns: map a column name to its position.
@@ -1028,6 +1069,8 @@ private:
     const Catalog& catalog_;
     const Dialect& d_;
     std::map<std::string, std::optional<std::vector<CatalogColumn>>> tableCache_;
+    std::map<const Expr*, SqlType> typeCache_;
+    std::map<const Query*, std::pair<std::vector<OutputColumn>, bool>> outputCache_;
 };
 
 }  // namespace

@@ -603,3 +603,19 @@ TEST(TsqlCatalog, SeesMainTempAndViews) {
 
 }  // namespace
 }  // namespace qx::tsql::testing
+
+namespace qx::tsql::testing {
+namespace {
+
+TEST_F(TsqlTest, UnionColumnTakesTheHighestTypeOfItsBranches) {
+    // The header row's '' meets integer week numbers: SQL Server makes it 0.
+    const char* sql =
+        "SELECT WL_ID, convert(varchar(6),M) + '|' + RIGHT('0'+CONVERT(VARCHAR(2),D),2) AS CK_NAME FROM ("
+        " select top 0 K_ID as wl_id,K_ID AS M,K_ID AS D from d1800"
+        " union all SELECT '11-'+CK_NAME, DATEPART(YEAR,'2024-01-07'), DATEPART(WK,'2024-01-07') FROM d1007 WHERE CK_ID='A1'"
+        " union all select '10--仓库-','','' ) T ORDER BY 1";
+    EXPECT_EQ(db.run(sql), "10--仓库-|0|00\n11-Head|2024|02");
+}
+
+}  // namespace
+}  // namespace qx::tsql::testing
