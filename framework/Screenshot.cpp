@@ -15,7 +15,7 @@ QString saveScreenshot(QWidget* widget, const QString& name) {
     const QString file = dir.filePath("screenshots/" + name + ".png");
     const bool wasVisible = widget->isVisible();
     if (!wasVisible) widget->show();
-    widget->adjustSize();
+    if (!widget->testAttribute(Qt::WA_Resized)) widget->adjustSize();
     QApplication::processEvents();
     const bool ok = widget->grab().save(file, "PNG");
     if (!wasVisible) widget->hide();
