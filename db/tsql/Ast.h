@@ -44,7 +44,7 @@ enum class ExprKind {
     Star,         // name: optional qualifier (parts may be empty)
     Unary,        // op: "-", "+", "NOT", "~"; args[0]
     Binary,       // op: + - * / % = <> < > <= >= AND OR; args[0], args[1]
-    Like,         // args[0] LIKE args[1]; negated
+    Like,         // args[0] LIKE args[1] [ESCAPE args[2]]; negated
     IsNull,       // args[0] IS [NOT] NULL; negated
     InList,       // args[0] [NOT] IN (args[1..]); negated
     InQuery,      // args[0] [NOT] IN (query); negated

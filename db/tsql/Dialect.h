@@ -49,6 +49,8 @@ public:
     virtual std::string right(const std::string& text, const std::string& count) const = 0;
     virtual std::string length(const std::string& text) const = 0;
     virtual std::string charIndex(const std::string& needle, const std::string& haystack) const = 0;
+    // LIKE as SQL Server matches it: % _ [set] [^set], case-insensitive, trailing blanks ignored.
+    virtual std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const = 0;
     virtual std::string limit(const std::string& count) const = 0;  // appended after ORDER BY
 };
 

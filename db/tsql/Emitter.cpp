@@ -493,8 +493,9 @@ private:
                 return "(" + e.text + expr(*e.args[0], scope) + ")";
             case ExprKind::Binary: return binary(e, scope);
             case ExprKind::Like: {
-                const std::string op = e.negated ? " NOT LIKE " : " LIKE ";
-                return "(" + expr(*e.args[0], scope) + op + expr(*e.args[1], scope) + ")";
+                const std::string escape = e.args.size() > 2 ? expr(*e.args[2], scope) : std::string();
+                const std::string match = d_.like(expr(*e.args[0], scope), expr(*e.args[1], scope), escape);
+                return e.negated ? "(NOT " + match + ")" : match;
             }
             case ExprKind::IsNull: return "(" + expr(*e.args[0], scope) + (e.negated ? " IS NOT NULL)" : " IS NULL)");
             case ExprKind::InList: {

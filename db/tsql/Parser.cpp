@@ -33,7 +33,7 @@ const std::set<std::string>& reservedWords() {
     static const std::set<std::string> words = {
         "ADD", "ALL", "ALTER", "AND", "ANY", "AS", "ASC", "BEGIN", "BETWEEN", "BY", "CASE", "CHECK", "COLLATE",
         "COMMIT", "CONSTRAINT", "CREATE", "CROSS", "DEFAULT", "DELETE", "DESC", "DISTINCT", "DROP", "ELSE",
-        "END", "EXCEPT", "EXEC", "EXECUTE", "EXISTS", "FOR", "FROM", "FULL", "GROUP", "HAVING", "IN", "INNER",
+        "END", "ESCAPE", "EXCEPT", "EXEC", "EXECUTE", "EXISTS", "FOR", "FROM", "FULL", "GROUP", "HAVING", "IN", "INNER",
         "INSERT", "INTERSECT", "INTO", "IS", "JOIN", "LEFT", "LIKE", "NOT", "NULL", "ON", "OPTION", "OR",
         "ORDER", "OUTER", "RIGHT", "ROLLBACK", "SELECT", "SET", "THEN", "TOP", "TRUNCATE", "UNION", "UPDATE",
         "VALUES", "WHEN", "WHERE", "WITH", "PRIMARY", "IDENTITY", "UNIQUE", "REFERENCES", "FOREIGN"};
@@ -663,6 +663,7 @@ private:
                 expr->negated = negated;
                 expr->args.push_back(std::move(left));
                 expr->args.push_back(parseAdditive());
+                if (acceptWord("ESCAPE")) expr->args.push_back(parsePrimary());
                 left = std::move(expr);
             } else if (word.isWord("BETWEEN")) {
                 pos_ += lookahead + 1;

@@ -109,6 +109,9 @@ public:
     std::string charIndex(const std::string& needle, const std::string& haystack) const override {
         return "instr(" + haystack + ", " + needle + ")";
     }
+    std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const override {
+        return "qx_like(" + value + ", " + pattern + (escape.empty() ? "" : ", " + escape) + ")";
+    }
     std::string limit(const std::string& count) const override { return " LIMIT " + count; }
 };
 

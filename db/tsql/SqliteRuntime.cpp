@@ -3,7 +3,12 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cctype>
+#include <cerrno>
+#include <cstdint>
+#include <optional>
+#include <vector>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -199,6 +204,121 @@ void rightFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     resultText(context, text.substr(utf8Offset(text, characters - static_cast<std::size_t>(count))));
 }
 
+// Code points of a UTF-8 text, ASCII letters folded to lower case.
+std::vector<std::uint32_t> foldedCodePoints(const std::string& text) {
+    std::vector<std::uint32_t> points;
+    for (std::size_t i = 0; i < text.size();) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        std::uint32_t point = c;
+        std::size_t length = 1;
+        if (c >= 0xF0) point = c & 0x07, length = 4;
+        else if (c >= 0xE0) point = c & 0x0F, length = 3;
+        else if (c >= 0xC0) point = c & 0x1F, length = 2;
+        for (std::size_t k = 1; k < length && i + k < text.size(); ++k) point = (point << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
+        i += length;
+        if (point < 0x80) point = static_cast<std::uint32_t>(std::tolower(static_cast<int>(point)));
+        points.push_back(point);
+    }
+    while (!points.empty() && points.back() == ' ') points.pop_back();
+    return points;
+}
+
+// One element of a T-SQL LIKE pattern.
+struct PatternItem {
+    enum Kind { AnySequence, AnyOne, Literal, Set } kind = Literal;
+    std::uint32_t literal = 0;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> ranges;  // Set
+    bool negated = false;                                        // Set
+    bool matches(std::uint32_t c) const {
+        switch (kind) {
+            case AnyOne: return true;
+            case Literal: return c == literal;
+            case Set: {
+                bool inSet = false;
+                for (const auto& [low, high] : ranges) inSet = inSet || (c >= low && c <= high);
+                return inSet != negated;
+            }
+            case AnySequence: return false;
+        }
+        return false;
+    }
+};
+
+std::vector<PatternItem> compilePattern(const std::vector<std::uint32_t>& p, std::optional<std::uint32_t> escape) {
+    std::vector<PatternItem> items;
+    for (std::size_t i = 0; i < p.size(); ++i) {
+        PatternItem item;
+        if (escape && p[i] == *escape && i + 1 < p.size()) {
+            item.literal = p[++i];
+        } else if (p[i] == '%') {
+            item.kind = PatternItem::AnySequence;
+        } else if (p[i] == '_') {
+            item.kind = PatternItem::AnyOne;
+        } else if (p[i] == '[') {
+            const std::size_t close = std::find(p.begin() + static_cast<long>(i) + 1, p.end(), ']') - p.begin();
+            if (close >= p.size()) {
+                item.literal = '[';  // an unclosed bracket matches itself
+            } else {
+                item.kind = PatternItem::Set;
+                std::size_t k = i + 1;
+                if (k < close && p[k] == '^') {
+                    item.negated = true;
+                    ++k;
+                }
+                for (; k < close; ++k) {
+                    if (k + 2 < close && p[k + 1] == '-') {
+                        item.ranges.emplace_back(p[k], p[k + 2]);
+                        k += 2;
+                    } else {
+                        item.ranges.emplace_back(p[k], p[k]);
+                    }
+                }
+                i = close;
+            }
+        } else {
+            item.literal = p[i];
+        }
+        items.push_back(std::move(item));
+    }
+    return items;
+}
+
+// Wildcard matching with backtracking to the last '%'.
+bool likeMatches(const std::vector<std::uint32_t>& value, const std::vector<PatternItem>& pattern) {
+    std::size_t v = 0, p = 0;
+    std::size_t starPattern = std::string::npos, starValue = 0;
+    while (v < value.size()) {
+        if (p < pattern.size() && pattern[p].kind == PatternItem::AnySequence) {
+            starPattern = p++;
+            starValue = v;
+        } else if (p < pattern.size() && pattern[p].matches(value[v])) {
+            ++p;
+            ++v;
+        } else if (starPattern != std::string::npos) {
+            p = starPattern + 1;
+            v = ++starValue;
+        } else {
+            return false;
+        }
+    }
+    while (p < pattern.size() && pattern[p].kind == PatternItem::AnySequence) ++p;
+    return p == pattern.size();
+}
+
+// qx_like(value, pattern[, escape]): SQL Server's LIKE.
+void likeFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
+    if (sqlite3_value_type(argv[0]) == SQLITE_NULL || sqlite3_value_type(argv[1]) == SQLITE_NULL) return sqlite3_result_null(context);
+    const std::string value = sqlite3_value_type(argv[0]) == SQLITE_TEXT ? textOf(argv[0]) : numberText(argv[0]);
+    std::optional<std::uint32_t> escape;
+    if (argc > 2 && sqlite3_value_type(argv[2]) != SQLITE_NULL) {
+        const auto points = foldedCodePoints(textOf(argv[2]));
+        if (points.size() != 1) return sqlite3_result_error(context, "The escape character must be a single character.", -1);
+        escape = points.front();
+    }
+    const auto pattern = compilePattern(foldedCodePoints(textOf(argv[1])), escape);
+    sqlite3_result_int(context, likeMatches(foldedCodePoints(value), pattern) ? 1 : 0);
+}
+
 void check(sqlite3* db, int rc, const char* what) {
     if (rc != SQLITE_OK) throw qx::db::Error(std::string("cannot register ") + what + ": " + sqlite3_errmsg(db));
 }
@@ -215,7 +335,7 @@ void installSqliteRuntime(sqlite3* db) {
     static const Function functions[] = {
         {"qx_num", 1, numFunction},           {"qx_datetime", 1, datetimeFunction}, {"qx_datepart", 2, datepartFunction},
         {"qx_dateadd", 3, dateaddFunction},   {"qx_datediff", 3, datediffFunction}, {"qx_to_char", 4, toCharFunction},
-        {"qx_right", 2, rightFunction},
+        {"qx_right", 2, rightFunction},       {"qx_like", 2, likeFunction},         {"qx_like", 3, likeFunction},
     };
     for (const auto& f : functions)
         check(db, sqlite3_create_function_v2(db, f.name, f.arguments, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, f.body, nullptr, nullptr, nullptr), f.name);

@@ -619,3 +619,17 @@ TEST_F(TsqlTest, UnionColumnTakesTheHighestTypeOfItsBranches) {
 
 }  // namespace
 }  // namespace qx::tsql::testing
+
+namespace qx::tsql::testing {
+namespace {
+
+TEST_F(TsqlTest, LikeMatchesAsSqlServerDoes) {
+    EXPECT_EQ(db.run("SELECT K_ID FROM d1800 WHERE WL_NAME LIKE '%IR%'"), "K1");
+    EXPECT_EQ(db.run("SELECT K_ID FROM d1800 WHERE K_ID LIKE 'k[0-1]' AND K_ID NOT LIKE '[^k]%'"), "K1");
+    EXPECT_EQ(db.run("SELECT CASE WHEN '款号A ' LIKE '款_a' THEN 1 ELSE 0 END, CASE WHEN 'a%b' LIKE 'a!%%' ESCAPE '!' THEN 1 ELSE 0 END,"
+                     " CASE WHEN 'axb' LIKE 'a!%%' ESCAPE '!' THEN 1 ELSE 0 END, CASE WHEN 'abc' LIKE '%' THEN 1 ELSE 0 END"),
+              "1|1|0|1");
+}
+
+}  // namespace
+}  // namespace qx::tsql::testing
