@@ -633,3 +633,16 @@ TEST_F(TsqlTest, LikeMatchesAsSqlServerDoes) {
 
 }  // namespace
 }  // namespace qx::tsql::testing
+
+namespace qx::tsql::testing {
+namespace {
+
+TEST_F(TsqlTest, DivisionByZeroFailsTheStatement) {
+    db.run("UPDATE d1800 SET DJ=0");
+    EXPECT_THROW(db.run("UPDATE d1800 SET DJ=MONEY/DJ WHERE KC>0 AND MONEY>0"), std::runtime_error);
+    EXPECT_EQ(db.run("SELECT DJ FROM d1800 ORDER BY K_ID"), "0\n0");
+    EXPECT_EQ(db.run("SELECT 7 % 3, -7 / 2, '100' / 3, 7.5 / 2, NULL / 0"), "1|-3|33|3.75|NULL");
+}
+
+}  // namespace
+}  // namespace qx::tsql::testing
