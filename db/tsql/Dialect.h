@@ -33,6 +33,8 @@ public:
 
     virtual std::string concat(const std::string& left, const std::string& right) const = 0;
     virtual std::string currentDateTime() const = 0;
+    // a / b and a % b: integer operands divide as integers; a zero divisor is an error.
+    virtual std::string divide(const std::string& left, const std::string& right, bool modulo) const = 0;
     virtual std::string datePart(dates::Part part, const std::string& date) const = 0;
     virtual std::string dateAdd(dates::Part part, const std::string& amount, const std::string& date) const = 0;
     virtual std::string dateDiff(dates::Part part, const std::string& from, const std::string& to) const = 0;

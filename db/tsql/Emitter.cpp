@@ -545,6 +545,8 @@ private:
             const SqlType lt = typeOf(l, scope), rt = typeOf(r, scope);
             if (lt == SqlType::DateTime && isNumeric(rt)) return d_.dateAdd(dates::Part::Day, "-(" + expr(r, scope) + ")", expr(l, scope));
         }
+        // SQL Server refuses to divide by zero where SQLite would quietly give NULL
+        if (e.text == "/" || e.text == "%") return d_.divide(expr(l, scope), expr(r, scope), e.text == "%");
         return "(" + expr(l, scope) + " " + e.text + " " + expr(r, scope) + ")";
     }
 

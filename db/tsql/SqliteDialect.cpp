@@ -72,6 +72,9 @@ public:
     std::string collate() const override { return std::string(" COLLATE ") + kSqliteCollation; }
 
     std::string concat(const std::string& left, const std::string& right) const override { return left + " || " + right; }
+    std::string divide(const std::string& left, const std::string& right, bool modulo) const override {
+        return (modulo ? "qx_mod(" : "qx_div(") + left + ", " + right + ")";
+    }
     std::string currentDateTime() const override { return "strftime('%Y-%m-%d %H:%M:%S','now','localtime')"; }
     std::string datePart(dates::Part part, const std::string& date) const override {
         return std::string("qx_datepart('") + dates::partName(part) + "', " + date + ")";

@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <string>
 
 #include "db/Database.h"
@@ -319,6 +320,29 @@ void likeFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
     sqlite3_result_int(context, likeMatches(foldedCodePoints(value), pattern) ? 1 : 0);
 }
 
+// a / b (or a % b) with SQL Server's rules: integers divide as integers, truncating toward zero;
+// a zero divisor raises an error instead of giving NULL.
+void divide(sqlite3_context* context, sqlite3_value** argv, bool modulo) {
+    sqlite3_value* a = argv[0];
+    sqlite3_value* b = argv[1];
+    if (sqlite3_value_type(a) == SQLITE_NULL || sqlite3_value_type(b) == SQLITE_NULL) return sqlite3_result_null(context);
+    const int ta = sqlite3_value_numeric_type(a);  // text that looks like a number becomes one
+    const int tb = sqlite3_value_numeric_type(b);
+    if (ta == SQLITE_INTEGER && tb == SQLITE_INTEGER) {
+        const sqlite3_int64 x = sqlite3_value_int64(a), y = sqlite3_value_int64(b);
+        if (y == 0) return sqlite3_result_error(context, "Divide by zero error encountered.", -1);
+        if (y == -1 && x == std::numeric_limits<sqlite3_int64>::min())
+            return sqlite3_result_error(context, "Arithmetic overflow error converting expression to data type bigint.", -1);
+        return sqlite3_result_int64(context, modulo ? x % y : x / y);
+    }
+    const double x = sqlite3_value_double(a), y = sqlite3_value_double(b);
+    if (y == 0.0) return sqlite3_result_error(context, "Divide by zero error encountered.", -1);
+    sqlite3_result_double(context, modulo ? std::fmod(x, y) : x / y);
+}
+
+void divFunction(sqlite3_context* context, int, sqlite3_value** argv) { divide(context, argv, false); }
+void modFunction(sqlite3_context* context, int, sqlite3_value** argv) { divide(context, argv, true); }
+
 void check(sqlite3* db, int rc, const char* what) {
     if (rc != SQLITE_OK) throw qx::db::Error(std::string("cannot register ") + what + ": " + sqlite3_errmsg(db));
 }
@@ -336,6 +360,7 @@ void installSqliteRuntime(sqlite3* db) {
         {"qx_num", 1, numFunction},           {"qx_datetime", 1, datetimeFunction}, {"qx_datepart", 2, datepartFunction},
         {"qx_dateadd", 3, dateaddFunction},   {"qx_datediff", 3, datediffFunction}, {"qx_to_char", 4, toCharFunction},
         {"qx_right", 2, rightFunction},       {"qx_like", 2, likeFunction},         {"qx_like", 3, likeFunction},
+        {"qx_div", 2, divFunction},           {"qx_mod", 2, modFunction},
     };
     for (const auto& f : functions)
         check(db, sqlite3_create_function_v2(db, f.name, f.arguments, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, f.body, nullptr, nullptr, nullptr), f.name);
