@@ -646,3 +646,17 @@ TEST_F(TsqlTest, DivisionByZeroFailsTheStatement) {
 
 }  // namespace
 }  // namespace qx::tsql::testing
+
+namespace qx::tsql::testing {
+namespace {
+
+TEST_F(TsqlTest, ChineseTextSortsByPinyinAndWidthIsIgnored) {
+    db.run("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('C1', '张三') INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('C2', '李四')"
+           " INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('C3', '王五')");
+    EXPECT_EQ(db.run("SELECT CK_NAME FROM d1007 WHERE CK_ID LIKE 'C%' ORDER BY CK_NAME"), "李四\n王五\n张三");
+    EXPECT_EQ(db.run("SELECT CK_ID FROM d1007 WHERE CK_NAME='ｈｅａｄ'"), "A1");
+    EXPECT_EQ(db.run("SELECT COUNT(*) FROM d1007 WHERE CK_ID>'a1' AND CK_ID<'C2 '"), "2");
+}
+
+}  // namespace
+}  // namespace qx::tsql::testing
