@@ -2,8 +2,11 @@
 #include "db/tsql/SqliteRuntime.h"
 
 #include <sqlite3.h>
+#include <unicode/ucol.h>
+#include <unicode/utypes.h>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cerrno>
 #include <cstdint>
@@ -23,20 +26,72 @@
 namespace qx::tsql {
 namespace {
 
-// SQL Server compares text case-insensitively and ignores trailing blanks.
-int compareText(void*, int lengthA, const void* a, int lengthB, const void* b) {
-    auto* pa = static_cast<const unsigned char*>(a);
-    auto* pb = static_cast<const unsigned char*>(b);
-    while (lengthA > 0 && pa[lengthA - 1] == ' ') --lengthA;
-    while (lengthB > 0 && pb[lengthB - 1] == ' ') --lengthB;
-    const int common = lengthA < lengthB ? lengthA : lengthB;
-    for (int i = 0; i < common; ++i) {
-        const int ca = pa[i] < 0x80 ? std::tolower(pa[i]) : pa[i];
-        const int cb = pb[i] < 0x80 ? std::tolower(pb[i]) : pb[i];
-        if (ca != cb) return ca < cb ? -1 : 1;
+// SQL Server (Chinese_PRC_CI_AS) compares text case- and width-insensitively, ignores trailing
+// blanks and sorts Chinese by pinyin: an ICU "zh" collator at secondary strength does the same.
+// Codes made of ASCII letters and digits only, by far the most compared values, take a fast
+// path that orders them exactly as that collator does.
+class TextCollation {
+public:
+    TextCollation() {
+        UErrorCode status = U_ZERO_ERROR;
+        collator_ = ucol_open("zh", &status);
+        if (U_FAILURE(status)) throw qx::db::Error(std::string("cannot open the text collation: ") + u_errorName(status));
+        ucol_setStrength(collator_, UCOL_SECONDARY);
     }
-    return lengthA == lengthB ? 0 : (lengthA < lengthB ? -1 : 1);
+    ~TextCollation() { ucol_close(collator_); }
+    TextCollation(const TextCollation&) = delete;
+    TextCollation& operator=(const TextCollation&) = delete;
+
+    int compare(const char* a, int lengthA, const char* b, int lengthB) const {
+        while (lengthA > 0 && a[lengthA - 1] == ' ') --lengthA;
+        while (lengthB > 0 && b[lengthB - 1] == ' ') --lengthB;
+        if (auto decided = compareAsciiCodes(a, lengthA, b, lengthB)) return *decided;
+        UErrorCode status = U_ZERO_ERROR;
+        const UCollationResult result = ucol_strcollUTF8(collator_, a, lengthA, b, lengthB, &status);
+        if (U_FAILURE(status)) return std::memcmp(a, b, static_cast<std::size_t>(std::min(lengthA, lengthB)));
+        return result == UCOL_LESS ? -1 : result == UCOL_GREATER ? 1 : 0;
+    }
+
+private:
+    // While both texts hold ASCII letters and digits, the collator orders them as their lower
+    // case bytes: the first difference there decides. nullopt when the collator must decide.
+    static std::optional<int> compareAsciiCodes(const char* a, int lengthA, const char* b, int lengthB) {
+        const auto& fold = asciiCodeFold();
+        const int common = lengthA < lengthB ? lengthA : lengthB;
+        int i = 0;
+        for (; i < common; ++i) {
+            const unsigned char ca = fold[static_cast<unsigned char>(a[i])];
+            const unsigned char cb = fold[static_cast<unsigned char>(b[i])];
+            if (ca == 0 || cb == 0) return std::nullopt;
+            if (ca != cb) return ca < cb ? -1 : 1;
+        }
+        if (lengthA == lengthB) return 0;
+        const char* rest = lengthA > lengthB ? a : b;
+        const int restLength = lengthA > lengthB ? lengthA : lengthB;
+        for (int k = i; k < restLength; ++k)
+            if (fold[static_cast<unsigned char>(rest[k])] == 0) return std::nullopt;
+        return lengthA < lengthB ? -1 : 1;
+    }
+
+    // Lower-case ASCII letters and digits; 0 for every other byte.
+    static const std::array<unsigned char, 256>& asciiCodeFold() {
+        static const std::array<unsigned char, 256> table = [] {
+            std::array<unsigned char, 256> t{};
+            for (int c = '0'; c <= '9'; ++c) t[static_cast<std::size_t>(c)] = static_cast<unsigned char>(c);
+            for (int c = 'a'; c <= 'z'; ++c) t[static_cast<std::size_t>(c)] = t[static_cast<std::size_t>(c - 'a' + 'A')] = static_cast<unsigned char>(c);
+            return t;
+        }();
+        return table;
+    }
+
+    UCollator* collator_ = nullptr;
+};
+
+int compareText(void* collation, int lengthA, const void* a, int lengthB, const void* b) {
+    return static_cast<const TextCollation*>(collation)->compare(static_cast<const char*>(a), lengthA, static_cast<const char*>(b), lengthB);
 }
+
+void destroyCollation(void* collation) { delete static_cast<TextCollation*>(collation); }
 
 std::string textOf(sqlite3_value* value) {
     const unsigned char* text = sqlite3_value_text(value);
@@ -350,7 +405,11 @@ void check(sqlite3* db, int rc, const char* what) {
 }  // namespace
 
 void installSqliteRuntime(sqlite3* db) {
-    check(db, sqlite3_create_collation(db, kSqliteCollation, SQLITE_UTF8, nullptr, compareText), kSqliteCollation);
+    // one collator per connection: a connection is used by one thread at a time
+    auto* collation = new TextCollation();
+    const int rc = sqlite3_create_collation_v2(db, kSqliteCollation, SQLITE_UTF8, collation, compareText, destroyCollation);
+    if (rc != SQLITE_OK) delete collation;  // SQLite disposes of it only when registered
+    check(db, rc, kSqliteCollation);
     struct Function {
         const char* name;
         int arguments;
