@@ -27,8 +27,11 @@
 // Screens are QDialogs: ShowModal() runs exec() (or the modal handler tests install), Release()
 // deletes later. InitForm of non-modal screens hands them to the screen presenter (the host
 // shows them as tabs; by default they are shown as windows) and frees them when closed.
+#include <QAction>
 #include <QDate>
 #include <QDialog>
+#include <QLabel>
+#include <QPushButton>
 #include <QStringList>
 #include <functional>
 

@@ -416,7 +416,8 @@ void Tfrm_Base_Entry_Body::updateSizeTitles() {
         bool fromLine = false;
         if (AdoQry_Main->FindField("M0")) {
             for (int i = 0; i <= 9; ++i) {
-                names << AdoQry_Main->FieldByName("M" + QString::number(i))->AsString();
+                TField* m = AdoQry_Main->FindField("M" + QString::number(i));
+                names << (m ? m->AsString() : QString());
                 fromLine = fromLine || !names.last().trimmed().isEmpty();
             }
         }

@@ -54,7 +54,8 @@ public:
     // Called after a pick with the code and name (in addition to filling the edit).
     std::function<void(const QString& code, const QString& name)> OnPicked;
 
-    TClientDataSet* DataSet() const { return data_; }
+    TClientDataSet* DataSet() const { return shown_; }   // the rows shown (after the search)
+    TClientDataSet* AllRows() const { return data_; }    // every row of the table
     TDBGridEh* Grid() const { return grid_; }
     QLineEdit* SearchEdit() const { return search_; }
     QString FuncNo = "0";
