@@ -1,0 +1,128 @@
+#include "documents/common/DocumentCommon.h"
+
+#include <QLabel>
+#include <QWidget>
+
+#include "framework/Controls.h"
+#include "framework/DBGridEh.h"
+#include "framework/LinkForms.h"
+#include "framework/U_function.h"
+#include "framework/U_glo.h"
+
+namespace qx::documents {
+
+QString warehouseRightsJoin(const QString& warehouseTable) {
+    if (!G_CHKCK) return {};
+    return " sys_USER_CK ON " + warehouseTable + ".CK_ID = sys_USER_CK.CK_ID AND (sys_USER_CK.user_id='" +
+           SqlStr(G_UserId) + "') INNER JOIN ";
+}
+
+void removeApprovalColumns(TDBGridEh* grid) {
+    if (G_SK) return;
+    for (int i = grid->ColumnCount() - 1; i >= 0; --i) {
+        const QString title = grid->Columns(i)->Title;
+        if (title == "审批" || title == "审批日期") grid->DeleteColumn(i);
+    }
+    grid->ColumnsChanged();
+}
+
+QColor unapprovedColor() {
+    // The colour value is written blue-green-red: 0xFFFF80 is red 0x80, green 0xFF, blue 0xFF.
+    constexpr unsigned value = 0xFFFF80;
+    return QColor(int(value & 0xFF), int((value >> 8) & 0xFF), int((value >> 16) & 0xFF));
+}
+
+void tintUnapproved(const TClientDataSet* heads, TCellParams& params) {
+    if (!G_SK || !heads || !heads->Active()) return;
+    const int t = heads->FieldIndex("t");
+    if (t < 0 || params.Row < 0 || params.Row >= heads->RecordCount()) return;
+    const QVariant state = heads->CellValue(params.Row, t);
+    if (!state.isNull() && state.toInt() == 0) params.Background = unapprovedColor();
+}
+
+QString dayCountText(const QDate& from, const QDate& to) {
+    return "(" + QString::number(from.daysTo(to) + 1) + "天)";
+}
+
+QString shortDate(const QDate& date) { return date.toString("MM-dd"); }
+
+void updateDayCount(const TDateEdit* from, const TDateEdit* to, QLabel* label) {
+    const QString emptyMask = "    -  -  ";
+    if (!from || !to || !label) return;
+    if (from->Text() == emptyMask || to->Text() == emptyMask || from->Text().trimmed().isEmpty() ||
+        to->Text().trimmed().isEmpty())
+        return;
+    label->setText(dayCountText(from->Date(), to->Date()));
+}
+
+void refuseReversedDates(TDateEdit* from, TDateEdit* to) {
+    if (from->Date() <= to->Date()) return;
+    DISPINFO("<开始日期> 不能大于 <结束日期>!", 5);
+    from->setFocus();
+    Abort();
+}
+
+void appendNumberRange(QString& condition, QString& description, const QString& label, const QString& column,
+                       const QString& from, const QString& to) {
+    const QString lower = from.trimmed();
+    const QString upper = to.trimmed();
+    if (lower.isEmpty() && upper.isEmpty()) return;
+    description += label + lower + " 至 " + upper;
+    if (!lower.isEmpty()) condition += "  AND (" + column + ">='" + SqlStr(lower) + "')";
+    if (!upper.isEmpty()) condition += "  AND (" + column + "<='" + SqlStr(upper) + "')";
+}
+
+bool closeFirstVisiblePickList(std::initializer_list<TFrm_Sys_LINK*> lists) {
+    for (TFrm_Sys_LINK* list : lists) {
+        if (list && list->Visible()) {
+            list->Close();
+            return true;
+        }
+    }
+    return false;
+}
+
+int firstLineWithBadQuantities(const TClientDataSet* lines) {
+    const int total = lines->FieldIndex("STOT");
+    for (int row = 0; row < lines->RecordCount(); ++row) {
+        for (int i = 0; i <= 9; ++i) {
+            const int s = lines->FieldIndex("S" + QString::number(i));
+            if (s >= 0 && lines->CellValue(row, s).toDouble() < 0) return row;
+        }
+        if (total < 0 || !(lines->CellValue(row, total).toDouble() > 0)) return row;
+    }
+    return -1;
+}
+
+QString lineText(const TClientDataSet* lines, int row, const QString& field) {
+    TClientDataSet::RowScope scope(lines, row);
+    return lines->FieldByName(field)->AsString();
+}
+
+void checkTypedCodes(QWidget* panel) {
+    for (TLinkEdit* edit : panel->findChildren<TLinkEdit*>()) {
+        if (!edit->isModified() || !edit->LinkForm()) continue;
+        edit->CheckId();  // reports, focuses and aborts for an unknown code
+        edit->setModified(false);
+    }
+}
+
+DetachedSetter::DetachedSetter(TClientDataSet* lines, const QStringList& fields, TFieldSetTextEvent setter)
+    : lines_(lines), fields_(fields), setter_(std::move(setter)) {
+    for (const QString& name : fields_)
+        if (TField* f = lines_->FindField(name)) f->OnSetText = nullptr;
+}
+
+DetachedSetter::~DetachedSetter() {
+    for (const QString& name : fields_)
+        if (TField* f = lines_->FindField(name)) f->OnSetText = setter_;
+}
+
+QStringList sizeAndTotalFields() {
+    QStringList fields;
+    for (int i = 0; i <= 9; ++i) fields << "S" + QString::number(i);
+    fields << "STOT";
+    return fields;
+}
+
+}  // namespace qx::documents
