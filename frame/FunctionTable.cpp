@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "documents/purchase/Frmqxck201.h"
 #include "frame/Dispatch.h"
 
 namespace qx::frame {
@@ -20,7 +21,7 @@ constexpr auto ReadableWarehouses = Precondition::SeveralWarehousesReadableByUse
 // clang-format off
 const std::array kFunctions{
 //  code  class          unit            base                    caption               pattern         precondition        subsystem  factory
-    FunctionRow{201, "TQXCK201",   "Frmqxck201",   "TFrm_Base_Entry_Head", "采购进货",            Embedded,       None,               Documents, nullptr},
+    FunctionRow{201, "TQXCK201",   "Frmqxck201",   "TFrm_Base_Entry_Head", "采购进货",            Embedded,       None,               Documents, screen<TQXCK201, &QXCK201>},
     FunctionRow{202, "TQXCK202",   "Frmqxck202",   "TFrm_Base_Entry_Head", "采购退货",            Embedded,       None,               Documents, nullptr},
     FunctionRow{203, "TQXCK201M",  "Frmqxck201m",  "TFrm_Base_Qry",        "采购进货明细表",      Embedded,       None,               Reports,   nullptr},
     FunctionRow{204, "TQXCK201G",  "Frmqxck201g",  "TFrm_Base_Qry",        "采购进货汇总表",      Embedded,       None,               Reports,   nullptr},
