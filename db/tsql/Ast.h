@@ -140,7 +140,7 @@ struct ColumnDef {
     ExprPtr defaultValue;
 };
 
-enum class StatementKind { Select, Insert, Update, Delete, CreateTable, CreateView, CreateIndex, DropTable, DropView, DropIndex, Exec, Truncate, Transaction };
+enum class StatementKind { Select, Insert, Update, Delete, CreateTable, CreateView, CreateIndex, DropTable, DropView, DropIndex, Exec, Truncate };
 
 struct Assignment {
     Name column;

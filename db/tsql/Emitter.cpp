@@ -139,8 +139,7 @@ public:
             case StatementKind::DropView:
             case StatementKind::DropIndex: return drop(tree);
             case StatementKind::Truncate: return {"DELETE FROM " + d_.tableReference(tree.target)};
-            case StatementKind::Exec: return {};
-            case StatementKind::Transaction: return {};
+            case StatementKind::Exec: return {};  // the engine runs procedure calls itself
         }
         return {};
     }
@@ -734,8 +733,6 @@ private:
             if (e.kind == ExprKind::Star) {
                 text += expr(e, scope);
                 bool complete = true;
-                SelectCore starOnly;
-                (void)starOnly;
                 std::size_t expanded = 0;
                 for (const auto& source : scope.sources) {
                     if (!e.name.parts.empty() && !equalsIgnoreCase(source.refName, e.name.last())) continue;
@@ -910,6 +907,7 @@ private:
         }
         const bool known = !names.empty();
         std::string text = "INSERT INTO " + d_.tableReference(tree.target);
+        if (tree.values.empty() && !tree.query) return text + " DEFAULT VALUES";
         if (known) {
             text += " (";
             for (std::size_t i = 0; i < names.size(); ++i) text += (i ? ", " : "") + d_.quoteIdentifier(names[i]);
@@ -931,15 +929,12 @@ private:
             }
             return text;
         }
-        if (tree.query) {
-            if (known) {
-                bool complete = true;
-                auto columns = outputColumns(*tree.query, nullptr, &complete);
-                if (complete && columns.size() != names.size()) fail(mismatch, tree.query->pos);
-            }
-            return text + " " + query(*tree.query, nullptr, known ? &types : nullptr);
+        if (known) {
+            bool complete = true;
+            auto columns = outputColumns(*tree.query, nullptr, &complete);
+            if (complete && columns.size() != names.size()) fail(mismatch, tree.query->pos);
         }
-        return text + " DEFAULT VALUES";
+        return text + " " + query(*tree.query, nullptr, known ? &types : nullptr);
     }
 
     Source targetSource(const Name& target) {

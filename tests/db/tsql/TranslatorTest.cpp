@@ -660,3 +660,66 @@ TEST_F(TsqlTest, ChineseTextSortsByPinyinAndWidthIsIgnored) {
 
 }  // namespace
 }  // namespace qx::tsql::testing
+
+namespace qx::tsql::testing {
+namespace {
+
+TEST_F(TsqlTest, MoreStatementForms) {
+    db.run("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('C1', 'x'), ('C2', 'y')");
+    db.run("CREATE INDEX IX_G1 ON d1007 (G1 DESC, CK_NAME) DROP INDEX IX_G1 ON d1007");
+    db.run("CREATE TABLE #T (ID int IDENTITY(1,1), N varchar(4) DEFAULT 'n') INSERT INTO #T DEFAULT VALUES CREATE INDEX IX_T ON #T (N)");
+    EXPECT_EQ(db.run("SELECT ID, N FROM #T"), "1|n");
+    db.run("TRUNCATE TABLE #T");
+    EXPECT_EQ(db.run("SELECT COUNT(*) FROM #T"), "0");
+    EXPECT_EQ(db.run("SELECT DISTINCT G1 FROM d1007 ORDER BY G1"), "0\n1");
+    EXPECT_EQ(db.run("SELECT CK_ID FROM d1007 EXCEPT SELECT CK_ID FROM d1007 WHERE G1=0 ORDER BY CK_ID"), "B2");
+    EXPECT_EQ(db.run("SELECT CK_ID FROM d1007 INTERSECT SELECT 'a1'"), "A1");
+}
+
+TEST_F(TsqlTest, DeleteWithFromNotNamingTheTarget) {
+    db.run("INSERT INTO d1802 (WL_ID, CK_ID) VALUES ('K101', 'B2')");
+    db.run("DELETE FROM d1007 FROM d1802 WHERE d1802.CK_ID=d1007.CK_ID");
+    EXPECT_EQ(db.run("SELECT CK_ID FROM d1007"), "A1");
+}
+
+TEST_F(TsqlTest, DateConversionsAndDayArithmetic) {
+    EXPECT_EQ(db.run("SELECT CONVERT(datetime, '20240105'), CAST('2024-1-5 7:08' AS datetime), CONVERT(char(10), CONVERT(datetime, '2024/02/03'), 111)"),
+              "2024-01-05 00:00:00|2024-01-05 07:08:00|2024/02/03");
+    EXPECT_EQ(db.run("SELECT BDATE + 1, BDATE - 5, DATEADD(day, 1, BDATE) FROM d1800 WHERE K_ID='K1'"),
+              "2024-01-06 00:00:00|2023-12-31 00:00:00|2024-01-06 00:00:00");
+    EXPECT_EQ(db.run("SELECT DATEPART(dw, '2024-01-07'), DATEPART(dy, '2024-02-01'), DATEPART(qq, '2024-05-01'), DATEDIFF(day, BDATE, '2024-01-15') FROM d1800 WHERE K_ID='K1'"),
+              "1|32|2|10");
+}
+
+TEST(TsqlErrors, TranslationErrorsPointAtTheNode) {
+    Connection db;
+    db.run("CREATE TABLE t (A int, D datetime)");
+    SqliteCatalog catalog(db.handle());
+    auto statements = parseBatch("SELECT 1\nINSERT INTO t (A, D) VALUES (1,\n   'not a date')");
+    try {
+        emitSqlite(statements[1], catalog);
+        FAIL() << "expected an error";
+    } catch (const TranslationError& e) {
+        EXPECT_EQ(e.line(), 3);
+        EXPECT_EQ(e.column(), 4);
+        EXPECT_EQ(e.statement(), "INSERT INTO t (A, D) VALUES (1,\n   'not a date')");
+    }
+}
+
+TEST(TsqlErrors, SelectIntoNeedsColumnNames) {
+    Connection db;
+    SqliteCatalog catalog(db.handle());
+    auto statements = parseBatch("SELECT 1+1 INTO #x");
+    EXPECT_THROW(emitSqlite(statements[0], catalog), TranslationError);
+}
+
+TEST(TsqlBatch, NestedBlockCommentsAndBracketsWithQuotes) {
+    auto statements = parseBatch("/* outer /* inner */ still comment */ SELECT [a]]b] FROM [x y]");
+    ASSERT_EQ(statements.size(), 1u);
+    Connection db;
+    db.run("CREATE TABLE [x y] ([a]]b] int) INSERT INTO [x y] VALUES (4)");
+    EXPECT_EQ(db.run("/* outer /* inner */ still comment */ SELECT [a]]b] FROM [x y]"), "4");
+}
+
+}  // namespace
+}  // namespace qx::tsql::testing
