@@ -723,3 +723,23 @@ TEST(TsqlBatch, NestedBlockCommentsAndBracketsWithQuotes) {
 
 }  // namespace
 }  // namespace qx::tsql::testing
+
+namespace qx::tsql::testing {
+namespace {
+
+TEST_F(TsqlTest, ConstantPredicatesGluedToWhere) {
+    EXPECT_EQ(db.run("SELECT COUNT(*) FROM d1800 where(1 > 0)"), "2");
+    EXPECT_EQ(db.run("SELECT COUNT(*) FROM d1800 WHERE(1<0)"), "0");
+}
+
+TEST_F(TsqlTest, ColumnAliasesNamedLikeTableAliases) {
+    db.run("INSERT INTO D8101 (NOID, BDATE, TOLMONEY) VALUES ('N1', '2024-03-07', 5)");
+    EXPECT_EQ(db.run("SELECT M, D FROM (SELECT convert(char(6),M.BDATE,112) AS M,DATEPART([DAY],M.BDATE) AS D FROM D8101 M) D"), "202403|7");
+}
+
+TEST_F(TsqlTest, SelectThenDropInOneBatchKeepsTheRows) {
+    EXPECT_EQ(db.run("SELECT CK_ID INTO #TCK FROM d1007;SELECT COUNT(*) FROM #TCK;DROP TABLE #TCK "), "2");
+}
+
+}  // namespace
+}  // namespace qx::tsql::testing
