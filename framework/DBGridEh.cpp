@@ -3,6 +3,7 @@
 #include <QAbstractTableModel>
 #include <QApplication>
 #include <QClipboard>
+#include <QHash>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
@@ -24,6 +25,20 @@ bool isNumeric(const QVariant& v) {
     }
 }
 }  // namespace
+
+// Titles of the columns every screen shows alike, for columns built from a statement's fields.
+QString standardTitle(const QString& field) {
+    static const QHash<QString, QString> titles = {
+        {"NOID", "单号"},     {"K_ID", "款号"},       {"COL_ID", "色号"},     {"COL_NAME", "颜色"},
+        {"WL_ID", "商品编号"}, {"WL_NAME", "品名"},    {"DW_NAME", "单位"},    {"STOT", "合计"},
+        {"NOTE", "备注"},     {"BDATE", "开单日期"},  {"EDATE", "最后更改"},  {"CK_ID", "仓库号"},
+        {"CK_NAME", "仓库"},  {"YW_NAME", "业务员"},  {"USER_NAME", "开单"},  {"SJ", "单价"},
+        {"SMONEY", "金额"},   {"DJ", "成本价"},       {"MONEY", "成本额"},    {"KC", "库存"},
+        {"PP_NAME", "品牌"},  {"CLASS_NAME", "类型"}, {"M_NAME", "尺码组"},   {"SK", "审批"},
+        {"SDATE", "审批日期"}, {"JY_NAME", "结算方式"}, {"SEND_NAME", "进货方式"}, {"SEND_NO", "送货单号"},
+    };
+    return titles.value(field.toUpper());
+}
 
 // ---------------------------------------------------------------- the model of the grid
 
@@ -530,6 +545,8 @@ void TDBGridEh::RebuildColumns() {
             TField* f = dataSet_->Fields(i);
             auto c = std::make_unique<TColumnEh>(this, f->FieldName);
             c->Title = f->DisplayLabel;
+            if (f->DisplayLabel == f->FieldName && !standardTitle(f->FieldName).isEmpty())
+                c->Title = standardTitle(f->FieldName);
             c->Visible = f->Visible;
             c->DisplayFormat = f->DisplayFormat;
             c->ReadOnly = f->ReadOnly;
@@ -730,6 +747,30 @@ TColumnEh* TDBGridEh::CurrentColumn() const {
 void TDBGridEh::SetCurrentColumn(TColumnEh* column) {
     if (!column || !dataSet_ || dataSet_->CurrentRow() < 0) return;
     setCurrentIndex(model_->index(dataSet_->CurrentRow(), column->Index()));
+}
+
+bool TDBGridEh::SetFieldText(const AnsiString& fieldName, const AnsiString& text) {
+    TColumnEh* c = ColumnByField(fieldName);
+    if (!dataSet_) return false;
+    if (!c) {
+        // A field without a column still takes text the way a cell would.
+        TField* f = dataSet_->FindField(fieldName);
+        if (!f) return false;
+        return qx::guard([&] {
+            dataSet_->Edit();
+            f->SetText(text);
+        });
+    }
+    if (dataSet_->CurrentRow() < 0) qx::guard([&] { dataSet_->Append(); });
+    return model_->setData(model_->index(dataSet_->CurrentRow(), c->Index()), text, Qt::EditRole);
+}
+
+QString TDBGridEh::DumpText() const {
+    QStringList lines;
+    lines << VisibleTitles().join('\t');
+    for (const QStringList& row : DisplayedRows()) lines << row.join('\t');
+    if (footerVisible_) lines << FooterTexts().join('\t');
+    return lines.join('\n') + '\n';
 }
 
 void TDBGridEh::CommitEdit() {

@@ -124,6 +124,11 @@ public:
     // Copies the selected cells (or the current cell) as tab-separated text.
     void CopyToClipboard() const;
 
+    // Types text into the current row's cell of a field, as a user would (OnSetText runs; a new
+    // row is appended when the grid is empty). False when refused (the refusal was reported).
+    bool SetFieldText(const AnsiString& fieldName, const AnsiString& text);
+    // Titles, displayed rows and footers, tab-separated, one line each (scripts, logs).
+    QString DumpText() const;
     // Visible columns with their titles, rows as displayed, footer texts (tests, export, scripts).
     QStringList VisibleTitles() const;
     QList<QStringList> DisplayedRows() const;

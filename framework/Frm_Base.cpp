@@ -1,6 +1,8 @@
 #include "framework/Frm_Base.h"
 
 #include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -363,6 +365,33 @@ void TFrm_Base_Detail::InitForm(AnsiString Key, TClientDataSet* Master) {
     RefreshData();
 }
 
+// ---------------------------------------------------------------- TFrm_Sys_SortOrder
+
+TFrm_Sys_SortOrder::TFrm_Sys_SortOrder(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
+    SetCaption(tr("排序"));
+    Cmb_Field = Panel_Condition->AddComboBox("Cmb_Field", tr("排序字段"));
+    Chk_Desc = Panel_Condition->AddCheckBox("Chk_Desc", tr("降序"));
+}
+
+void TFrm_Sys_SortOrder::InitForm(TDBGridEh* grid, AnsiString fields) {
+    grid_ = grid;
+    Cmb_Field->clear();
+    const QStringList wanted = TFrm_Base_Panel::SplitFields(fields);
+    for (int i = 0; i < grid->ColumnCount(); ++i) {
+        TColumnEh* c = grid->Columns(i);
+        if (!c->Visible || !c->Field()) continue;
+        if (!wanted.isEmpty() && !wanted.contains(c->FieldName, Qt::CaseInsensitive)) continue;
+        Cmb_Field->addItem(c->Title.replace('|', ' '), c->FieldName);
+    }
+}
+
+void TFrm_Sys_SortOrder::btn_okClick(QObject* Sender) {
+    TFrm_Base_Dialog::btn_okClick(Sender);
+    if (!grid_ || !grid_->DataSet() || Cmb_Field->currentIndex() < 0) Abort();
+    grid_->DataSet()->SortBy(Cmb_Field->currentData().toString(), !Chk_Desc->isChecked());
+    SetModalResult(mrOk);
+}
+
 // ---------------------------------------------------------------- TFrm_Base_Panel
 
 TFrm_Base_Panel::TFrm_Base_Panel(QWidget* Owner) : TFrm_Base_Common(Owner) {
@@ -418,7 +447,7 @@ bool TFrm_Base_Panel::IsSizeField(const QString& name) const {
 void TFrm_Base_Panel::SetFloatText(TField* Sender, const AnsiString& Text) {
     const QString t = Text.trimmed();
     if (t.isEmpty()) {
-        Sender->Clear();
+        Sender->SetAsInteger(0);  // an emptied number cell is 0
     } else {
         bool ok = false;
         t.toDouble(&ok);

@@ -237,6 +237,21 @@ public:
     class TDBGridEh* DBGridEh;
 };
 
+// The sort dialog of report grids: pick a column and the direction; OK sorts the grid's rows.
+class QX_FRAMEWORK_EXPORT TFrm_Sys_SortOrder : public TFrm_Base_Dialog {
+    Q_OBJECT
+public:
+    explicit TFrm_Sys_SortOrder(QWidget* Owner = nullptr);
+    // fields: the sortable fields, comma-separated (empty: every visible column).
+    void InitForm(class TDBGridEh* grid, AnsiString fields);
+    void btn_okClick(QObject* Sender) override;
+    class QComboBox* Cmb_Field;
+    class QCheckBox* Chk_Desc;
+
+private:
+    class TDBGridEh* grid_ = nullptr;
+};
+
 // Screens with a toolbar and a main grid area.
 class QX_FRAMEWORK_EXPORT TFrm_Base_Panel : public TFrm_Base_Common {
     Q_OBJECT

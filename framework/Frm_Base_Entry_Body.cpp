@@ -20,6 +20,7 @@ QString sizeField(int i) { return "S" + QString::number(i); }
 }  // namespace
 
 Tfrm_Base_Entry_Body::Tfrm_Base_Entry_Body(QWidget* Owner) : TFrm_Base_Panel(Owner) {
+    Lab_Condition->hide();
     Panel_Head = new TFormPanel(this, "Panel_Head", 3);
     MainLayout()->addWidget(Panel_Head);
     AdoQry_Main = new TClientDataSet(this);
@@ -146,6 +147,9 @@ void Tfrm_Base_Entry_Body::WL_IDBTNClick(QObject*, bool& Handled) {
 void Tfrm_Base_Entry_Body::showdw(QObject*, bool& Handled) { Handled = false; }
 
 void Tfrm_Base_Entry_Body::AdoQry_MainBeforePost(TDataSet* ds) {
+    // Numbers left empty are 0, so every value the save writes is a number.
+    for (const QString& name : SplitFields(QtyFields) + SplitFields(PriceFields) + SplitFields(MoneyFields))
+        if (TField* f = ds->FindField(name); f && f->IsNull()) f->SetAsInteger(0);
     if (TField* stot = ds->FindField("STOT")) {
         double sum = 0;
         for (int i = 0; i <= 9; ++i)
@@ -298,6 +302,19 @@ void Tfrm_Base_Entry_Body::WatchChanges(QWidget* control) {
         });
     else if (auto* c = qobject_cast<QComboBox*>(control)) connect(c, &QComboBox::activated, this, changed);
     else if (auto* b = qobject_cast<QCheckBox*>(control)) connect(b, &QCheckBox::clicked, this, changed);
+}
+
+void Tfrm_Base_Entry_Body::CheckDateCk(QObject* dateEdit) {
+    CheckDate(dateEdit);
+    const QString date = ControlText(dateEdit).trimmed().left(10);
+    opensql(AdoQry_Work, FuncNo, "SELECT CK_END_DATE FROM sys_co", 0, 0, {}, {}, false, "1");
+    if (AdoQry_Work->IsEmpty() || AdoQry_Work->Fields(0)->IsNull()) return;
+    const QString open = AdoQry_Work->Fields(0)->AsDateTime().toString("yyyy-MM-dd");
+    if (!open.isEmpty() && date < open) {
+        DISPINFO(tr("单据日期不能早于本期开始日期") + open + "!", 5);
+        if (auto* w = qobject_cast<QWidget*>(dateEdit); w && w->isVisible()) w->setFocus();
+        Abort();
+    }
 }
 
 bool Tfrm_Base_Entry_Body::HasChanges() const {
@@ -518,10 +535,17 @@ bool Tfrm_Base_Entry_Body::SaveDocument() {
     if (ReadOnlyMode) return false;
     DBGridEh->CommitEdit();
     AdoQry_Main->CheckBrowseMode();
-    // Lines left without a style are not lines.
+    // Lines left untouched (no style, no quantity, no note) are not lines; a line with
+    // quantities but no style stays and is refused by AllCheck, so nothing typed is lost.
     if (TField* style = AdoQry_Main->FindField(StyleField)) {
         for (int r = AdoQry_Main->RecordCount() - 1; r >= 0; --r) {
             if (!AdoQry_Main->CellValue(r, style->Index()).toString().trimmed().isEmpty()) continue;
+            bool typed = false;
+            for (int i = 0; i <= 9 && !typed; ++i)
+                typed = AdoQry_Main->CellValue(r, AdoQry_Main->FieldIndex(sizeField(i))).toDouble() != 0;
+            if (const int note = AdoQry_Main->FieldIndex("NOTE"); note >= 0)
+                typed = typed || !AdoQry_Main->CellValue(r, note).toString().trimmed().isEmpty();
+            if (typed) continue;
             AdoQry_Main->SetRecNo(r + 1);
             AdoQry_Main->Delete();
         }

@@ -110,6 +110,9 @@ public:
     // Marks the screen changed when the user edits the control (every control of Panel_Head is
     // watched when the screen opens; call it for controls placed elsewhere).
     void WatchChanges(QWidget* control);
+    // The document date: a valid "YYYY-MM-DD" not before the open period (sys_co.CK_END_DATE);
+    // reports, focuses and aborts otherwise.
+    void CheckDateCk(QObject* dateEdit);
     // Unsaved changes: Modified, or a line being edited.
     bool HasChanges() const;
     // The save without closing: post, drop lines without a style, AllCheck, SaveData,

@@ -110,6 +110,7 @@ void TFrm_Base_Entry_Head::RefreshDetail() {
     sql.replace("%s", QuotedStr(key));
     opensql(AdoQry_Detail, FuncNo, sql, 0, 0, {}, {}, false, "1");
     // The line total, as entry screens show it.
+    const bool autoColumns = DBGridEh_Detail->AutoColumns;
     if (!AdoQry_Detail->FindField("STOT") && AdoQry_Detail->FindField("S0")) {
         AdoQry_Detail->OnCalcFields = [](TDataSet* ds) {
             double sum = 0;
@@ -132,6 +133,7 @@ void TFrm_Base_Entry_Head::RefreshDetail() {
                 }
             }
         }
+        DBGridEh_Detail->AutoColumns = autoColumns;  // still the dataset's columns
     }
     if (DBGridEh_Detail->AutoColumns) {
         const QStringList sums = SplitFields(QtyFields) + SplitFields(MoneyFields) + QStringList{"STOT"};

@@ -30,6 +30,10 @@ void setProgramFolder(const QString& folder) { overrideFolder() = folder; }
 
 QString programFile(const QString& name) { return QDir(programFolder()).filePath(name); }
 
+std::unique_ptr<QSettings> openProgramIni(const QString& name) {
+    return std::make_unique<QSettings>(programFile(name), QSettings::IniFormat);
+}
+
 QString dialogOptionsFile() {
     QString company = G_CoName.trimmed();
     // The company name becomes a file name: characters a file system refuses become "_".

@@ -25,6 +25,8 @@ QX_FRAMEWORK_EXPORT QString programFolder();
 QX_FRAMEWORK_EXPORT void setProgramFolder(const QString& folder);  // empty: back to the default
 // A file in the program folder.
 QX_FRAMEWORK_EXPORT QString programFile(const QString& name);
+// An INI file of the program folder ("VARDO.DLL" keeps the hang-tag source in section "sys").
+QX_FRAMEWORK_EXPORT std::unique_ptr<QSettings> openProgramIni(const QString& name);
 // The dialog-options INI file: "{G_CoName}.ini" ("QXCK.ini" when no company name is set).
 QX_FRAMEWORK_EXPORT QString dialogOptionsFile();
 

@@ -20,7 +20,7 @@ std::unique_ptr<TClientDataSet> threeLines() {
     return ds;
 }
 
-TEST(DataSet, LoadTakesColumnNamesAsFieldsAndStartsOnFirstRow) {
+TEST(FrameworkDataSet, LoadTakesColumnNamesAsFieldsAndStartsOnFirstRow) {
     auto ds = threeLines();
     EXPECT_EQ(ds->FieldCount(), 3);
     EXPECT_EQ(ds->FieldNames(), QStringList({"K_ID", "S0", "SJ"}));
@@ -30,7 +30,7 @@ TEST(DataSet, LoadTakesColumnNamesAsFieldsAndStartsOnFirstRow) {
     EXPECT_EQ(ds->FieldByName("k_id")->AsString(), "K01");  // names ignore case
 }
 
-TEST(DataSet, CursorWalksForwardAndBackward) {
+TEST(FrameworkDataSet, CursorWalksForwardAndBackward) {
     auto ds = threeLines();
     QStringList seen;
     for (ds->First(); !ds->Eof(); ds->Next()) seen << ds->FieldByName("K_ID")->AsString();
@@ -46,7 +46,7 @@ TEST(DataSet, CursorWalksForwardAndBackward) {
     EXPECT_EQ(ds->RecNo(), 1);
 }
 
-TEST(DataSet, EmptyDataSetIsEofAndBof) {
+TEST(FrameworkDataSet, EmptyDataSetIsEofAndBof) {
     TClientDataSet ds;
     ds.LoadFromResult(table({"A"}, {}));
     EXPECT_TRUE(ds.IsEmpty());
@@ -56,7 +56,7 @@ TEST(DataSet, EmptyDataSetIsEofAndBof) {
     EXPECT_EQ(ds.FieldCount(), 1);
 }
 
-TEST(DataSet, LocateFindsByOneOrSeveralFields) {
+TEST(FrameworkDataSet, LocateFindsByOneOrSeveralFields) {
     auto ds = threeLines();
     EXPECT_TRUE(ds->Locate("K_ID", "K03"));
     EXPECT_EQ(ds->RecNo(), 3);
@@ -69,7 +69,7 @@ TEST(DataSet, LocateFindsByOneOrSeveralFields) {
     EXPECT_EQ(ds->RecNo(), 1);
 }
 
-TEST(DataSet, WritingNeedsEditState) {
+TEST(FrameworkDataSet, WritingNeedsEditState) {
     auto ds = threeLines();
     EXPECT_THROW(ds->FieldByName("S0")->SetAsInteger(5), EDatabaseError);
     ds->Edit();
@@ -80,7 +80,7 @@ TEST(DataSet, WritingNeedsEditState) {
     EXPECT_EQ(ds->FieldByName("S0")->AsInteger(), 5);
 }
 
-TEST(DataSet, CancelRestoresTheRowAndDropsANewOne) {
+TEST(FrameworkDataSet, CancelRestoresTheRowAndDropsANewOne) {
     auto ds = threeLines();
     ds->Edit();
     ds->FieldByName("K_ID")->SetAsString("X");
@@ -92,7 +92,7 @@ TEST(DataSet, CancelRestoresTheRowAndDropsANewOne) {
     EXPECT_EQ(ds->RecordCount(), 3);
 }
 
-TEST(DataSet, AppendInsertAndDelete) {
+TEST(FrameworkDataSet, AppendInsertAndDelete) {
     auto ds = threeLines();
     ds->Append();
     ds->FieldByName("K_ID")->SetAsString("K04");
@@ -112,7 +112,7 @@ TEST(DataSet, AppendInsertAndDelete) {
     EXPECT_EQ(ds->FieldByName("K_ID")->AsString(), "K03");  // the next row becomes current
 }
 
-TEST(DataSet, MovingPostsAPendingEdit) {
+TEST(FrameworkDataSet, MovingPostsAPendingEdit) {
     auto ds = threeLines();
     ds->Edit();
     ds->FieldByName("S0")->SetAsInteger(9);
@@ -122,7 +122,7 @@ TEST(DataSet, MovingPostsAPendingEdit) {
     EXPECT_EQ(ds->FieldByName("S0")->AsInteger(), 9);
 }
 
-TEST(DataSet, BeforePostMayRefuseTheRow) {
+TEST(FrameworkDataSet, BeforePostMayRefuseTheRow) {
     auto ds = threeLines();
     ds->BeforePost = [](TDataSet* d) {
         if (d->FieldByName("S0")->AsInteger() < 0) Abort();
@@ -139,7 +139,7 @@ TEST(DataSet, BeforePostMayRefuseTheRow) {
     EXPECT_EQ(posted, 1);
 }
 
-TEST(DataSet, AfterScrollRunsOnEveryMove) {
+TEST(FrameworkDataSet, AfterScrollRunsOnEveryMove) {
     auto ds = threeLines();
     QStringList seen;
     ds->AfterScroll = [&](TDataSet* d) { seen << d->FieldByName("K_ID")->AsString(); };
@@ -149,7 +149,7 @@ TEST(DataSet, AfterScrollRunsOnEveryMove) {
     EXPECT_EQ(seen, QStringList({"K02", "K03", "K01"}));
 }
 
-TEST(DataSet, SetterRunsForTypedTextAndCanBeDetachedAndReattached) {
+TEST(FrameworkDataSet, SetterRunsForTypedTextAndCanBeDetachedAndReattached) {
     auto ds = threeLines();
     int calls = 0;
     TFieldSetTextEvent doubler = [&](TField* f, const AnsiString& t) {
@@ -170,7 +170,7 @@ TEST(DataSet, SetterRunsForTypedTextAndCanBeDetachedAndReattached) {
     EXPECT_EQ(calls, 2);
 }
 
-TEST(DataSet, SetterMayDetachItselfWhileRunning) {
+TEST(FrameworkDataSet, SetterMayDetachItselfWhileRunning) {
     auto ds = threeLines();
     TField* s0 = ds->FieldByName("S0");
     TField* sj = ds->FieldByName("SJ");
@@ -192,7 +192,7 @@ TEST(DataSet, SetterMayDetachItselfWhileRunning) {
     EXPECT_TRUE(bool(s0->OnSetText));
 }
 
-TEST(DataSet, CalculatedFieldsFollowTheirSources) {
+TEST(FrameworkDataSet, CalculatedFieldsFollowTheirSources) {
     auto ds = threeLines();
     ds->OnCalcFields = [](TDataSet* d) {
         d->FieldByName("AMOUNT")->SetAsFloat(d->FieldByName("S0")->AsInteger() * d->FieldByName("SJ")->AsFloat());
@@ -206,7 +206,7 @@ TEST(DataSet, CalculatedFieldsFollowTheirSources) {
     EXPECT_DOUBLE_EQ(ds->FieldByName("AMOUNT")->AsFloat(), 82);
 }
 
-TEST(DataSet, ValuesConvertToTheFieldType) {
+TEST(FrameworkDataSet, ValuesConvertToTheFieldType) {
     TClientDataSet ds;
     ds.AddField("Q", ftInteger);
     ds.AddField("P", ftFloat);
@@ -229,7 +229,7 @@ TEST(DataSet, ValuesConvertToTheFieldType) {
     EXPECT_EQ(ds.FieldByName("P")->DisplayText(), "2.50");
 }
 
-TEST(DataSet, NullsReadAsEmptyOrZero) {
+TEST(FrameworkDataSet, NullsReadAsEmptyOrZero) {
     auto ds = threeLines();
     ds->Last();
     EXPECT_TRUE(ds->FieldByName("SJ")->IsNull());
@@ -237,13 +237,13 @@ TEST(DataSet, NullsReadAsEmptyOrZero) {
     EXPECT_EQ(ds->FieldByName("SJ")->AsFloat(), 0);
 }
 
-TEST(DataSet, UnknownFieldIsAnError) {
+TEST(FrameworkDataSet, UnknownFieldIsAnError) {
     auto ds = threeLines();
     EXPECT_EQ(ds->FindField("NOPE"), nullptr);
     EXPECT_THROW(ds->FieldByName("NOPE"), EDatabaseError);
 }
 
-TEST(DataSet, DisabledControlsHearOneResetAtTheEnd) {
+TEST(FrameworkDataSet, DisabledControlsHearOneResetAtTheEnd) {
     auto ds = threeLines();
     QSignalSpy rows(ds.get(), &TClientDataSet::rowChanged);
     QSignalSpy resets(ds.get(), &TClientDataSet::dataReset);
@@ -260,7 +260,7 @@ TEST(DataSet, DisabledControlsHearOneResetAtTheEnd) {
     EXPECT_TRUE(!ds->ControlsDisabled());
 }
 
-TEST(DataSet, SavesAndLoadsALocalFile) {
+TEST(FrameworkDataSet, SavesAndLoadsALocalFile) {
     QTemporaryDir dir;
     auto ds = threeLines();
     ds->FieldByName("SJ")->DisplayLabel = "进货价";
@@ -278,7 +278,7 @@ TEST(DataSet, SavesAndLoadsALocalFile) {
     EXPECT_TRUE(back.FieldByName("SJ")->IsNull());
 }
 
-TEST(DataSet, ModelShowsFieldsAndWritesThroughTheSetter) {
+TEST(FrameworkDataSet, ModelShowsFieldsAndWritesThroughTheSetter) {
     auto ds = threeLines();
     TDataSetModel model(ds.get());
     EXPECT_EQ(model.rowCount(), 3);
@@ -296,7 +296,7 @@ TEST(DataSet, ModelShowsFieldsAndWritesThroughTheSetter) {
     EXPECT_EQ(ds->FieldByName("S0")->AsInteger(), 6);
 }
 
-TEST(DataSet, SortKeepsTheCurrentRecord) {
+TEST(FrameworkDataSet, SortKeepsTheCurrentRecord) {
     auto ds = threeLines();
     ds->Locate("K_ID", "K02");
     ds->SortBy("SJ", false);

@@ -16,27 +16,27 @@ namespace {
 
 using qx::dataop::Call;
 
-TEST(Quoting, SqlStrDoublesEmbeddedQuotesOnly) {
+TEST(FrameworkQuoting, SqlStrDoublesEmbeddedQuotesOnly) {
     EXPECT_EQ(SqlStr("K01"), "K01");
     EXPECT_EQ(SqlStr("O'Neil"), "O''Neil");
     EXPECT_EQ(SqlStr("''"), "''''");
     EXPECT_EQ(SqlStr(""), "");
 }
 
-TEST(Quoting, QuotedStrSurroundsTheQuotedValue) {
+TEST(FrameworkQuoting, QuotedStrSurroundsTheQuotedValue) {
     EXPECT_EQ(QuotedStr("D0001"), "'D0001'");
     EXPECT_EQ(QuotedStr("a'); DROP TABLE d8101; --"), "'a''); DROP TABLE d8101; --'");
     EXPECT_EQ(QuotedStr(""), "''");
 }
 
-TEST(Pinyin, InitialsOfChineseText) {
+TEST(FrameworkPinyin, InitialsOfChineseText) {
     EXPECT_EQ(GetPY("红色"), "HS");
     EXPECT_EQ(GetPY("黑色T恤"), "HSTX");
     EXPECT_EQ(GetPY("abc 12"), "ABC12");
     EXPECT_EQ(GetPY(""), "");
 }
 
-TEST(Messages, ScriptedSinkRecordsMessagesAndAnswersQuestions) {
+TEST(FrameworkMessages, ScriptedSinkRecordsMessagesAndAnswersQuestions) {
     qx::ui::ScopedScriptedSink sink;
     sink->queueAnswer(true);
     sink->queueAnswer(false);
@@ -52,7 +52,7 @@ TEST(Messages, ScriptedSinkRecordsMessagesAndAnswersQuestions) {
     EXPECT_EQ(sink->unexpectedQuestions, 1);
 }
 
-TEST(Messages, GuardSwallowsAbortAndReportsErrors) {
+TEST(FrameworkMessages, GuardSwallowsAbortAndReportsErrors) {
     qx::ui::ScopedScriptedSink sink;
     EXPECT_FALSE(qx::guard([] { Abort(); }));
     EXPECT_TRUE(sink->messages.empty());
@@ -62,19 +62,19 @@ TEST(Messages, GuardSwallowsAbortAndReportsErrors) {
     EXPECT_TRUE(qx::guard([] {}));
 }
 
-class CheckTextTest : public ::testing::Test {
+class FrameworkCheckTextTest : public ::testing::Test {
 protected:
     qx::ui::ScopedScriptedSink sink;
     QLineEdit edit;
 };
 
-TEST_F(CheckTextTest, AcceptsAPlainCode) {
+TEST_F(FrameworkCheckTextTest, AcceptsAPlainCode) {
     edit.setText("K01-2");
     EXPECT_NO_THROW(CheckText(&edit, "款号"));
     EXPECT_TRUE(sink->messages.empty());
 }
 
-TEST_F(CheckTextTest, RefusesSingleQuotes) {
+TEST_F(FrameworkCheckTextTest, RefusesSingleQuotes) {
     edit.setText("K0'1");
     EXPECT_THROW(CheckText(&edit, "款号"), EAbort);
     ASSERT_EQ(sink->texts().size(), 1);
@@ -82,19 +82,19 @@ TEST_F(CheckTextTest, RefusesSingleQuotes) {
     EXPECT_TRUE(sink->texts()[0].contains("引号"));
 }
 
-TEST_F(CheckTextTest, RefusesDoubleQuotes) {
+TEST_F(FrameworkCheckTextTest, RefusesDoubleQuotes) {
     edit.setText("K\"01");
     EXPECT_THROW(CheckText(&edit, "进货单号"), EAbort);
     EXPECT_TRUE(sink->texts()[0].startsWith("进货单号"));
 }
 
-TEST_F(CheckTextTest, RefusesControlCharacters) {
+TEST_F(FrameworkCheckTextTest, RefusesControlCharacters) {
     edit.setText(QString("K01") + QChar(0x07));
     EXPECT_THROW(CheckText(&edit, "款号"), EAbort);
     EXPECT_TRUE(sink->texts()[0].contains("控制字符"));
 }
 
-TEST_F(CheckTextTest, RefusesBlanksInACode) {
+TEST_F(FrameworkCheckTextTest, RefusesBlanksInACode) {
     edit.setText("K 01");
     EXPECT_THROW(CheckText(&edit, "款号"), EAbort);
     EXPECT_TRUE(sink->texts()[0].contains("空格"));
@@ -104,7 +104,7 @@ TEST_F(CheckTextTest, RefusesBlanksInACode) {
     EXPECT_EQ(sink->texts().size(), 1);
 }
 
-TEST(Helpers, BoltosAndNumbers) {
+TEST(FrameworkHelpers, BoltosAndNumbers) {
     EXPECT_EQ(boltos(true), "True");
     EXPECT_EQ(boltos(false), "False");
     EXPECT_EQ(FloatToStr(50), "50");
@@ -116,7 +116,7 @@ TEST(Helpers, BoltosAndNumbers) {
     EXPECT_EQ(sink->texts().size(), 1);
 }
 
-class DataOps : public ::testing::Test {
+class FrameworkDataOps : public ::testing::Test {
 protected:
     void SetUp() override {
         db = std::make_shared<qx::test::FakeDatabase>();
@@ -131,7 +131,7 @@ protected:
     std::vector<Call> calls;
 };
 
-TEST_F(DataOps, ObserverRecordsTheExactTexts) {
+TEST_F(FrameworkDataOps, ObserverRecordsTheExactTexts) {
     db->answer("FROM d8101", qx::test::table({"NOID"}, {{std::string("D1")}}));
     TClientDataSet ds;
     opensql(&ds, "201", "SELECT NOID FROM d8101 WHERE NOID='D1'", 0, 0, {}, {}, false, "1");
@@ -150,7 +150,7 @@ TEST_F(DataOps, ObserverRecordsTheExactTexts) {
     EXPECT_EQ(db->executed, std::vector<std::string>{"delete from  d8101A WHERE NOID='D1';"});
 }
 
-TEST_F(DataOps, DatabaseErrorsBecomeDatabaseExceptions) {
+TEST_F(FrameworkDataOps, DatabaseErrorsBecomeDatabaseExceptions) {
     db->failExecute = true;
     try {
         ExecSql("201", "D1", "Add", "INSERT INTO X VALUES (1);", 65535, false, true, false, true);
@@ -161,7 +161,7 @@ TEST_F(DataOps, DatabaseErrorsBecomeDatabaseExceptions) {
     }
 }
 
-TEST_F(DataOps, MaintenanceBatchesAreRecognisedFromFunctionAndMode) {
+TEST_F(FrameworkDataOps, MaintenanceBatchesAreRecognisedFromFunctionAndMode) {
     ExecSql("201", "D1", "Add", "x", 65535, false, true, false, true);
     ExecSql("932", "", "", "x", 0, false, true, true, true);
     ExecSql("243", "", qx::dataop::MaintenanceMode::BalanceRepair, "x", 65535, false, true, false, true);
@@ -170,13 +170,13 @@ TEST_F(DataOps, MaintenanceBatchesAreRecognisedFromFunctionAndMode) {
     EXPECT_FALSE(qx::dataop::isMaintenanceBatch("242", "Edit"));
 }
 
-TEST(DataOpsWithoutDatabase, ReportsThatNoneIsOpen) {
+TEST(FrameworkDataOpsWithoutDatabase, ReportsThatNoneIsOpen) {
     qx::dataop::setDatabase(nullptr);
     TClientDataSet ds;
     EXPECT_THROW(opensql(&ds, "201", "SELECT 1", 0, 0, {}, {}, false, "1"), EDatabaseError);
 }
 
-TEST(Settings, DialogOptionsRoundTripInTheCompanyIni) {
+TEST(FrameworkSettings, DialogOptionsRoundTripInTheCompanyIni) {
     QTemporaryDir dir;
     qx::settings::setProgramFolder(dir.path());
     G_CoName = "示范服装店";
@@ -195,7 +195,7 @@ TEST(Settings, DialogOptionsRoundTripInTheCompanyIni) {
     qx::settings::setProgramFolder({});
 }
 
-TEST(Settings, ControlsAreSavedAndRestoredByName) {
+TEST(FrameworkSettings, ControlsAreSavedAndRestoredByName) {
     QTemporaryDir dir;
     qx::settings::setProgramFolder(dir.path());
     QWidget dialog;

@@ -185,7 +185,7 @@ public:
     DemoFilter* Filter = nullptr;
 };
 
-class ScreenTest : public ::testing::Test {
+class FrameworkScreenTest : public ::testing::Test {
 protected:
     void SetUp() override {
         ResetGlobals();
@@ -234,7 +234,7 @@ protected:
 
 // --- dialogs
 
-TEST_F(ScreenTest, ConditionAppendsQuotedComparisons) {
+TEST_F(FrameworkScreenTest, ConditionAppendsQuotedComparisons) {
     TFrm_Base_Dialog dialog;
     dialog.Condition = "(D8101.BDATE>='2026-03-01') ";
     dialog.Condition_t("=", "d1103.KH_gys_ID", "G01");
@@ -244,7 +244,7 @@ TEST_F(ScreenTest, ConditionAppendsQuotedComparisons) {
               "(D8101.BDATE>='2026-03-01')  AND (d1103.KH_gys_ID = 'G01') AND (d8101.NOTE >= 'O''Neil')");
 }
 
-TEST_F(ScreenTest, OkRunsCheckAllAndStartsAFreshCondition) {
+TEST_F(FrameworkScreenTest, OkRunsCheckAllAndStartsAFreshCondition) {
     struct Refusing : TFrm_Base_Dialog {
         bool CheckAll() override { return false; }
     } refusing;
@@ -259,7 +259,7 @@ TEST_F(ScreenTest, OkRunsCheckAllAndStartsAFreshCondition) {
     EXPECT_EQ(dialog.Description, "");
 }
 
-TEST_F(ScreenTest, DatePresetsCoverTheUsualPeriods) {
+TEST_F(FrameworkScreenTest, DatePresetsCoverTheUsualPeriods) {
     const QDate wednesday(2026, 3, 18);
     using R = std::pair<QDate, QDate>;
     EXPECT_EQ(TFrm_Base_Common::PresetRange(1, wednesday), R(wednesday, wednesday));
@@ -279,7 +279,7 @@ TEST_F(ScreenTest, DatePresetsCoverTheUsualPeriods) {
     EXPECT_EQ(filter.EDATE->Text(), "2026-03-18");
 }
 
-TEST_F(ScreenTest, FilterKeysConfirmClearAndCancel) {
+TEST_F(FrameworkScreenTest, FilterKeysConfirmClearAndCancel) {
     DemoFilter filter(nullptr);
     filter.InitForm();
     filter.KH_ID->setText("G09");
@@ -294,7 +294,7 @@ TEST_F(ScreenTest, FilterKeysConfirmClearAndCancel) {
     EXPECT_EQ(filter.ModalResult(), mrCancel);
 }
 
-TEST_F(ScreenTest, CheckBlankAndCheckDateReportWithTheCaption) {
+TEST_F(FrameworkScreenTest, CheckBlankAndCheckDateReportWithTheCaption) {
     DemoEntry entry(nullptr);
     entry.Edit1->clear();
     EXPECT_THROW(entry.CheckBlank(entry.Edit1), EAbort);
@@ -305,7 +305,7 @@ TEST_F(ScreenTest, CheckBlankAndCheckDateReportWithTheCaption) {
 
 // --- the document list
 
-TEST_F(ScreenTest, ListRunsTheFilterThenTheHeadQueryWithItsCondition) {
+TEST_F(FrameworkScreenTest, ListRunsTheFilterThenTheHeadQueryWithItsCondition) {
     DemoList* list = openList("G01");
     const auto opened = statements(Call::Kind::OpenSql);
     ASSERT_GE(opened.size(), 2u);
@@ -323,7 +323,7 @@ TEST_F(ScreenTest, ListRunsTheFilterThenTheHeadQueryWithItsCondition) {
     delete list;
 }
 
-TEST_F(ScreenTest, MovingToAnotherHeadLoadsItsLines) {
+TEST_F(FrameworkScreenTest, MovingToAnotherHeadLoadsItsLines) {
     DemoList* list = openList();
     calls.clear();
     list->AdoQry_Main->Next();
@@ -334,7 +334,7 @@ TEST_F(ScreenTest, MovingToAnotherHeadLoadsItsLines) {
     delete list;
 }
 
-TEST_F(ScreenTest, CancelledFilterRunsNoQuery) {
+TEST_F(FrameworkScreenTest, CancelledFilterRunsNoQuery) {
     qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
     auto* list = new DemoList;
     Trecord rec;
@@ -344,7 +344,7 @@ TEST_F(ScreenTest, CancelledFilterRunsNoQuery) {
     delete list;
 }
 
-TEST_F(ScreenTest, DeleteFillsTheTemplateWithTheQuotedKeyAfterConfirmation) {
+TEST_F(FrameworkScreenTest, DeleteFillsTheTemplateWithTheQuotedKeyAfterConfirmation) {
     DemoList* list = openList();
     EXPECT_EQ(list->DeleteStatement("D001"), "delete from d8101 Where NOID='D001'");
     EXPECT_EQ(list->DeleteStatement("A'1"), "delete from d8101 Where NOID='A''1'");
@@ -370,7 +370,7 @@ TEST_F(ScreenTest, DeleteFillsTheTemplateWithTheQuotedKeyAfterConfirmation) {
     delete list;
 }
 
-TEST_F(ScreenTest, AFailedDeleteIsReportedAndKeepsTheRow) {
+TEST_F(FrameworkScreenTest, AFailedDeleteIsReportedAndKeepsTheRow) {
     DemoList* list = openList();
     db->failExecute = true;
     sink->queueAnswer(true);
@@ -382,7 +382,7 @@ TEST_F(ScreenTest, AFailedDeleteIsReportedAndKeepsTheRow) {
 
 // --- the entry screen
 
-TEST_F(ScreenTest, AddOpensEmptyLinesWithANewNumber) {
+TEST_F(FrameworkScreenTest, AddOpensEmptyLinesWithANewNumber) {
     DemoList* list = openList();
     calls.clear();
     list->Act_Add->trigger();
@@ -399,7 +399,7 @@ TEST_F(ScreenTest, AddOpensEmptyLinesWithANewNumber) {
     delete list;
 }
 
-TEST_F(ScreenTest, EditLoadsTheLinesOfTheCurrentHeadAndLocksTheNumber) {
+TEST_F(FrameworkScreenTest, EditLoadsTheLinesOfTheCurrentHeadAndLocksTheNumber) {
     DemoList* list = openList();
     list->Act_Edit->trigger();
     DemoEntry* e = list->Entry;
@@ -417,7 +417,7 @@ TEST_F(ScreenTest, EditLoadsTheLinesOfTheCurrentHeadAndLocksTheNumber) {
     delete list;
 }
 
-TEST_F(ScreenTest, LineEntryTakesStyleThenColourAndKeepsTheTotal) {
+TEST_F(FrameworkScreenTest, LineEntryTakesStyleThenColourAndKeepsTheTotal) {
     DemoList* list = openList();
     list->Act_Add->trigger();
     DemoEntry* e = list->Entry;
@@ -454,7 +454,7 @@ TEST_F(ScreenTest, LineEntryTakesStyleThenColourAndKeepsTheTotal) {
     delete list;
 }
 
-TEST_F(ScreenTest, UnknownStylesColoursAndLettersInQuantitiesAreRefused) {
+TEST_F(FrameworkScreenTest, UnknownStylesColoursAndLettersInQuantitiesAreRefused) {
     DemoList* list = openList();
     list->Act_Add->trigger();
     DemoEntry* e = list->Entry;
@@ -474,7 +474,7 @@ TEST_F(ScreenTest, UnknownStylesColoursAndLettersInQuantitiesAreRefused) {
     delete list;
 }
 
-TEST_F(ScreenTest, EnterAndTabMoveAcrossTheSizeCells) {
+TEST_F(FrameworkScreenTest, EnterAndTabMoveAcrossTheSizeCells) {
     G_CM = 1;  // two size positions in use
     DemoList* list = openList();
     list->Act_Edit->trigger();
@@ -503,7 +503,7 @@ TEST_F(ScreenTest, EnterAndTabMoveAcrossTheSizeCells) {
     delete list;
 }
 
-TEST_F(ScreenTest, DeleteLineRemovesTheCurrentLine) {
+TEST_F(FrameworkScreenTest, DeleteLineRemovesTheCurrentLine) {
     DemoList* list = openList();
     list->Act_Edit->trigger();
     DemoEntry* e = list->Entry;
@@ -514,7 +514,7 @@ TEST_F(ScreenTest, DeleteLineRemovesTheCurrentLine) {
     delete list;
 }
 
-TEST_F(ScreenTest, SaveChecksThenSavesThenHandsTheHeadBack) {
+TEST_F(FrameworkScreenTest, SaveChecksThenSavesThenHandsTheHeadBack) {
     DemoList* list = openList();
     list->Act_Add->trigger();
     DemoEntry* e = list->Entry;
@@ -537,7 +537,7 @@ TEST_F(ScreenTest, SaveChecksThenSavesThenHandsTheHeadBack) {
     delete list;
 }
 
-TEST_F(ScreenTest, AFailedCheckStopsTheSave) {
+TEST_F(FrameworkScreenTest, AFailedCheckStopsTheSave) {
     DemoList* list = openList();
     list->Act_Edit->trigger();
     DemoEntry* e = list->Entry;
@@ -550,7 +550,7 @@ TEST_F(ScreenTest, AFailedCheckStopsTheSave) {
     delete list;
 }
 
-TEST_F(ScreenTest, ALineWithoutColourIsRefusedByTheFramework) {
+TEST_F(FrameworkScreenTest, ALineWithoutColourIsRefusedByTheFramework) {
     DemoList* list = openList();
     list->Act_Add->trigger();
     DemoEntry* e = list->Entry;
@@ -563,7 +563,7 @@ TEST_F(ScreenTest, ALineWithoutColourIsRefusedByTheFramework) {
     delete list;
 }
 
-TEST_F(ScreenTest, ADatabaseErrorOnSaveIsReportedAndTheScreenKeepsItsInput) {
+TEST_F(FrameworkScreenTest, ADatabaseErrorOnSaveIsReportedAndTheScreenKeepsItsInput) {
     DemoList* list = openList();
     list->Act_Edit->trigger();
     DemoEntry* e = list->Entry;
@@ -576,7 +576,7 @@ TEST_F(ScreenTest, ADatabaseErrorOnSaveIsReportedAndTheScreenKeepsItsInput) {
     delete list;
 }
 
-TEST_F(ScreenTest, QuitWithUnsavedChangesOffersToSave) {
+TEST_F(FrameworkScreenTest, QuitWithUnsavedChangesOffersToSave) {
     DemoList* list = openList();
     list->Act_Edit->trigger();
     DemoEntry* e = list->Entry;
@@ -604,7 +604,7 @@ TEST_F(ScreenTest, QuitWithUnsavedChangesOffersToSave) {
     delete list;
 }
 
-TEST_F(ScreenTest, ViewOpensReadOnly) {
+TEST_F(FrameworkScreenTest, ViewOpensReadOnly) {
     DemoList* list = openList();
     list->Act_View->trigger();
     DemoEntry* e = list->Entry;
@@ -616,7 +616,7 @@ TEST_F(ScreenTest, ViewOpensReadOnly) {
 
 // --- pick lists
 
-TEST_F(ScreenTest, PickListSearchesCodeNameAndPinyinAndFillsTheEdit) {
+TEST_F(FrameworkScreenTest, PickListSearchesCodeNameAndPinyinAndFillsTheEdit) {
     QWidget owner;
     TFormPanel panel(&owner);
     TLinkEdit* ck = panel.AddLinkEdit("CK_ID", "仓    库", 4, "CK_NAME");
@@ -637,7 +637,7 @@ TEST_F(ScreenTest, PickListSearchesCodeNameAndPinyinAndFillsTheEdit) {
     EXPECT_FALSE(link.Pick("99"));
 }
 
-TEST_F(ScreenTest, CheckIdValidatesATypedCode) {
+TEST_F(FrameworkScreenTest, CheckIdValidatesATypedCode) {
     db->rules.insert(db->rules.begin(), {"WHERE CK_ID='01'", table({"CK_ID", "CK_NAME"}, {{s("01"), s("总仓")}})});
     db->rules.insert(db->rules.begin(), {"WHERE CK_ID='77'", table({"CK_ID", "CK_NAME"}, {})});
     QWidget owner;
@@ -654,7 +654,7 @@ TEST_F(ScreenTest, CheckIdValidatesATypedCode) {
     EXPECT_EQ(statements(Call::Kind::OpenSql).back(), "SELECT CK_ID,CK_NAME FROM d1007 WHERE CK_ID='77'");
 }
 
-TEST_F(ScreenTest, WarehouseListHonoursRights) {
+TEST_F(FrameworkScreenTest, WarehouseListHonoursRights) {
     G_CHKCK = 1;
     G_UserId = "U'1";
     TFrm_Sys_LINK_CK link(nullptr);
@@ -665,7 +665,7 @@ TEST_F(ScreenTest, WarehouseListHonoursRights) {
               "SELECT * FROM d1007 WHERE CK_ID IN (SELECT CK_ID FROM sys_USER_CK WHERE user_id='U''1') ORDER BY CK_ID");
 }
 
-TEST_F(ScreenTest, StylePickListFillsTheCurrentLine) {
+TEST_F(FrameworkScreenTest, StylePickListFillsTheCurrentLine) {
     DemoList* list = openList();
     list->Act_Add->trigger();
     DemoEntry* e = list->Entry;
@@ -683,7 +683,7 @@ TEST_F(ScreenTest, StylePickListFillsTheCurrentLine) {
 
 // --- report base
 
-TEST_F(ScreenTest, ReportRefreshesItsStatementWithSumsAndCostVisibility) {
+TEST_F(FrameworkScreenTest, ReportRefreshesItsStatementWithSumsAndCostVisibility) {
     db->answer("FROM d1802", table({"WL_ID", "K0", "KC", "CBJ"}, {{s("K0101"), n(2), n(2), 10.0}, {s("K0102"), n(3), n(3), 12.0}}));
     TFrm_Base_Qry report;
     Trecord rec;
@@ -698,7 +698,7 @@ TEST_F(ScreenTest, ReportRefreshesItsStatementWithSumsAndCostVisibility) {
     EXPECT_EQ(report.FuncNo, "255");
     EXPECT_EQ(statements(Call::Kind::OpenSql).back(), "SELECT WL_ID, K0, KC, CBJ FROM d1802");
     EXPECT_DOUBLE_EQ(report.DBGridEh->GetSumValue("KC"), 5);
-    EXPECT_EQ(report.DBGridEh->VisibleTitles(), QStringList({"WL_ID", "K0", "KC"}));
+    EXPECT_EQ(report.DBGridEh->VisibleTitles(), QStringList({"商品编号", "K0", "库存"}));
     report.Act_Locate->setEnabled(true);
     EXPECT_EQ(report.Act_Locate->shortcut(), QKeySequence(Qt::Key_F3));
     EXPECT_EQ(report.Act_Refresh->shortcut(), QKeySequence(Qt::Key_F5));
@@ -706,7 +706,7 @@ TEST_F(ScreenTest, ReportRefreshesItsStatementWithSumsAndCostVisibility) {
 
 // --- screenshots
 
-TEST_F(ScreenTest, ScreenshotsOfListAndEntry) {
+TEST_F(FrameworkScreenTest, ScreenshotsOfListAndEntry) {
     DemoList* list = openList();
     list->show();
     EXPECT_FALSE(qx::saveScreenshot(list, "framework_list").isEmpty());
