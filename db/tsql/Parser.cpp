@@ -1,5 +1,7 @@
 #include "db/tsql/Parser.h"
 
+#include <charconv>
+#include <limits>
 #include <set>
 
 #include "db/tsql/Ast.h"
@@ -321,11 +323,21 @@ private:
         tree.columnDefs.push_back(std::move(column));
     }
 
+    // A whole number written in the text, refused when it has a fraction or is out of range.
+    long long integerOf(const Token& token, long long maximum = std::numeric_limits<long long>::max()) const {
+        long long value = 0;
+        const char* begin = token.text.data();
+        const char* end = begin + token.text.size();
+        const auto [stop, error] = std::from_chars(begin, end, value);
+        if (error != std::errc() || stop != end || value > maximum) fail("expected a whole number near " + describe(token), token);
+        return value;
+    }
+
     long long parseSignedInteger() {
         const bool negative = acceptOp("-");
         const Token& token = take();
         if (token.kind != TokenKind::Number) fail("expected a number near " + describe(token), token);
-        const long long value = std::stoll(token.text);
+        const long long value = integerOf(token);
         return negative ? -value : value;
     }
 
@@ -344,7 +356,7 @@ private:
                 } else {
                     const Token& number = take();
                     if (number.kind != TokenKind::Number) fail("expected a length near " + describe(number), number);
-                    type.params.push_back(std::stoi(number.text));
+                    type.params.push_back(static_cast<int>(integerOf(number, 1000000)));
                 }
             } while (acceptOp(","));
             expectOp(")");
@@ -857,7 +869,7 @@ private:
         if (acceptOp(",")) {
             const Token& style = take();
             if (style.kind != TokenKind::Number) fail("expected a style number near " + describe(style), style);
-            expr->style = std::stoi(style.text);
+            expr->style = static_cast<int>(integerOf(style, 1000));
         }
         expectOp(")");
         return expr;

@@ -743,3 +743,38 @@ TEST_F(TsqlTest, SelectThenDropInOneBatchKeepsTheRows) {
 
 }  // namespace
 }  // namespace qx::tsql::testing
+
+namespace qx::tsql::testing {
+namespace {
+
+// Every cut of a statement either parses or is refused with a TranslationError: no other
+// exception, no crash.
+TEST(TsqlBatch, EveryPrefixParsesOrIsRefusedCleanly) {
+    const std::string statements[] = {
+        "SELECT IDENTITY (INT, 1, 1) AS ID, #kc.k_id, d .wl_name, #kc.kc INTO #zs FROM #kc INNER JOIN d1800 d ON #kc.k_id = d .k_id "
+        "LEFT JOIN #w ON #kc.k_id = #w.k_id WHERE #w.k_id IS NULL ORDER BY #kc.kc DESC;",
+        "SELECT  K_ID AS WL_ID,M + '|' + RIGHT('0'+CONVERT(VARCHAR(2),D),2) AS CK_NAME,SL AS KC FROM (SELECT D.K_ID,convert(char(6),"
+        "M.BDATE,112) AS M,DATEPART([DAY],M.BDATE) AS D, SUM(D.S0 + D.S1) AS SL FROM D8201 M INNER JOIN D8201A D ON M.NOID = D.NOID "
+        "where (M.BDATE>='2026-01-01') GROUP BY D.K_ID, DATEPART([day], M.BDATE), convert(char(6),M.BDATE,112)) T",
+        "exec SYS_M @param=1,@sqltext=' SELECT isnull(D702.VIPID,''<空>'') AS oid FROM d702 ',@x=-1",
+        "CREATE TABLE t (A varchar(10) NOT NULL DEFAULT '', B decimal(18,2) IDENTITY(1,1), CONSTRAINT PK PRIMARY KEY (A))",
+        "UPDATE sys_CO SET CK_END_DATE = (SELECT DATEADD(m, - 1, DATEADD(mm, DATEDIFF(mm, 0, (select CK_END_DATE from sys_CO)), 0))) "
+        "DELETE d1801imp where (j+k)=0 AND x NOT LIKE '[^a]%' ESCAPE '!' AND y NOT BETWEEN 1 AND 2 AND z NOT IN (1, 2) "
+        "AND CASE WHEN a IS NOT NULL THEN 1 ELSE 0 END = 1",
+        "SELECT TOP 99999999999999999999999 CONVERT(varchar(99999999999), x, 1.5) FROM t",
+    };
+    for (const auto& statement : statements) {
+        for (std::size_t length = 0; length <= statement.size(); ++length) {
+            const std::string prefix = statement.substr(0, length);
+            try {
+                parseBatch(prefix);
+            } catch (const TranslationError&) {
+            } catch (const std::exception& e) {
+                ADD_FAILURE() << "unexpected " << e.what() << " for: " << prefix;
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace qx::tsql::testing
