@@ -3,6 +3,7 @@
 
 #include <sqlite3.h>
 #include <unicode/ucol.h>
+#include <unicode/uscript.h>
 #include <unicode/utypes.h>
 
 #include <algorithm>
@@ -26,8 +27,9 @@
 namespace qx::tsql {
 namespace {
 
-// SQL Server (Chinese_PRC_CI_AS) compares text case- and width-insensitively, ignores trailing
-// blanks and sorts Chinese by pinyin: an ICU "zh" collator at secondary strength does the same.
+// SQL Server's Chinese case-insensitive collation compares text case- and width-insensitively,
+// ignores trailing blanks and sorts Chinese by pinyin after Latin letters: an ICU "zh" collator
+// at secondary strength with Latin reordered first does the same.
 // Codes made of ASCII letters and digits only, by far the most compared values, take a fast
 // path that orders them exactly as that collator does.
 class TextCollation {
@@ -37,6 +39,10 @@ public:
         collator_ = ucol_open("zh", &status);
         if (U_FAILURE(status)) throw qx::db::Error(std::string("cannot open the text collation: ") + u_errorName(status));
         ucol_setStrength(collator_, UCOL_SECONDARY);
+        // The "zh" tailoring puts Han before Latin; SQL Server sorts Latin letters first.
+        const int32_t latinFirst[] = {USCRIPT_LATIN, USCRIPT_HAN};
+        ucol_setReorderCodes(collator_, latinFirst, 2, &status);
+        if (U_FAILURE(status)) throw qx::db::Error(std::string("cannot order the text collation: ") + u_errorName(status));
     }
     ~TextCollation() { ucol_close(collator_); }
     TextCollation(const TextCollation&) = delete;

@@ -656,6 +656,10 @@ TEST_F(TsqlTest, ChineseTextSortsByPinyinAndWidthIsIgnored) {
     EXPECT_EQ(db.run("SELECT CK_NAME FROM d1007 WHERE CK_ID LIKE 'C%' ORDER BY CK_NAME"), "李四\n王五\n张三");
     EXPECT_EQ(db.run("SELECT CK_ID FROM d1007 WHERE CK_NAME='ｈｅａｄ'"), "A1");
     EXPECT_EQ(db.run("SELECT COUNT(*) FROM d1007 WHERE CK_ID>'a1' AND CK_ID<'C2 '"), "2");
+    // Latin letters sort before Chinese, so a range up to 'ZZZZZZ' leaves Chinese codes out
+    db.run("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('仓1', 'x') INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('zz', 'y')");
+    EXPECT_EQ(db.run("SELECT CK_ID FROM d1007 WHERE (CK_ID>='') and (CK_ID<='ZZZZZZ') AND CK_ID NOT LIKE 'C%' ORDER BY CK_ID"), "A1\nB2\nzz");
+    EXPECT_EQ(db.run("SELECT MAX(CK_ID) FROM d1007"), "仓1");
 }
 
 }  // namespace
