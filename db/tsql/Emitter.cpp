@@ -796,7 +796,7 @@ private:
                 if (i) text += ", ";
                 const Expr& e = *q.orderBy[i].expr;
                 if (single) {
-                    std::string term = expr(e, *singleScope);
+                    std::string term = orderTermBySelectList(q.cores[0], e, *singleScope);
                     if (e.kind != ExprKind::Column && typeOf(e, *singleScope) == SqlType::Text) term = withCollation(term, e);
                     text += term;
                 } else {
@@ -819,6 +819,24 @@ private:
             for (std::size_t i = 0; i < columns.size(); ++i) types[i] = higherPrecedence(types[i], columns[i].type);
         }
         return types;
+    }
+
+    // SQL Server reads an unqualified ORDER BY name as a column of the select list first
+    // (also an unaliased one, as in "SELECT D1007.CK_ID … ORDER BY CK_ID"), then as a column of
+    // the tables; SQLite only knows aliases and would call the name ambiguous.
+    std::string orderTermBySelectList(const SelectCore& c, const Expr& e, const Scope& scope) {
+        if (e.kind != ExprKind::Column || e.name.parts.size() != 1) return expr(e, scope);
+        const SelectItem* match = nullptr;
+        for (const auto& item : c.items) {
+            const bool named = item.alias ? equalsIgnoreCase(*item.alias, e.name.last())
+                                          : item.expr->kind == ExprKind::Column && equalsIgnoreCase(item.expr->name.last(), e.name.last());
+            if (!named) continue;
+            if (match) return expr(e, scope);  // named twice: leave it to the engine
+            match = &item;
+        }
+        if (!match) return expr(e, scope);
+        if (match->alias) return d_.quoteIdentifier(*match->alias);
+        return expr(*match->expr, scope);
     }
 
     // A compound SELECT orders by its result columns: map a column name to its position.

@@ -782,3 +782,15 @@ TEST(TsqlBatch, EveryPrefixParsesOrIsRefusedCleanly) {
 
 }  // namespace
 }  // namespace qx::tsql::testing
+
+namespace qx::tsql::testing {
+namespace {
+
+TEST_F(TsqlTest, OrderByNameOfAnUnaliasedSelectColumn) {
+    db.run("INSERT INTO d1802 (WL_ID, CK_ID) VALUES ('K101', 'B2') INSERT INTO d1802 (WL_ID, CK_ID) VALUES ('K102', 'A1')");
+    EXPECT_EQ(db.run("SELECT d1802.WL_ID, d1007.CK_ID FROM d1802 INNER JOIN d1007 ON d1007.CK_ID=d1802.CK_ID ORDER BY CK_ID"), "K102|A1\nK101|B2");
+    EXPECT_EQ(db.run("SELECT d1802.WL_ID AS W, d1007.CK_ID FROM d1802 INNER JOIN d1007 ON d1007.CK_ID=d1802.CK_ID ORDER BY W DESC"), "K102|A1\nK101|B2");
+}
+
+}  // namespace
+}  // namespace qx::tsql::testing
