@@ -23,6 +23,8 @@ public:
     virtual std::string tableQualifier(const Name& name) const = 0;
     virtual std::string createTableHead(const Name& name) const = 0;          // "CREATE TABLE x"
     virtual std::string dropTableIfExists(const Name& name) const = 0;
+    // The hidden column that identifies a row (DELETE … FROM joins select rows by it).
+    virtual std::string rowIdentifier() const = 0;
     virtual std::string createIndexHead(bool unique, const Name& index, const Name& table) const = 0;
 
     // Column types of CREATE TABLE; text columns carry the SQL Server-like collation.

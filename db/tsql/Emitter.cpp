@@ -784,7 +784,7 @@ private:
             std::string branch = core(c, scope, targets, skipIdentity, single ? nullptr : &unionTypes);
             if (c.top && !single) {
                 // TOP limits its own branch; SQLite only allows LIMIT on the whole compound.
-                branch = "SELECT * FROM (" + branch + d_.limit(topCount(c, scope)) + ")";
+                branch = "SELECT * FROM (" + branch + d_.limit(topCount(c, scope)) + ") AS " + d_.quoteIdentifier("top_" + std::to_string(i + 1));
             }
             if (i) text += setOps[static_cast<int>(q.ops[i - 1])];
             text += branch;
@@ -1011,7 +1011,8 @@ private:
             qualifier = scope.sources.front().qualifier;
             from = d_.tableReference(tree.target) + ", " + from;
         }
-        std::string text = "DELETE FROM " + d_.tableReference(table) + " WHERE rowid IN (SELECT " + qualifier + ".rowid FROM " + from;
+        const std::string row = d_.rowIdentifier();
+        std::string text = "DELETE FROM " + d_.tableReference(table) + " WHERE " + row + " IN (SELECT " + qualifier + "." + row + " FROM " + from;
         if (tree.where) text += " WHERE " + expr(*tree.where, scope);
         return text + ")";
     }

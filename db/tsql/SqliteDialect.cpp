@@ -33,6 +33,7 @@ public:
     }
     std::string createTableHead(const Name& name) const override { return "CREATE TABLE " + tableReference(name); }
     std::string dropTableIfExists(const Name& name) const override { return "DROP TABLE IF EXISTS " + tableReference(name); }
+    std::string rowIdentifier() const override { return "rowid"; }
     std::string createIndexHead(bool unique, const Name& index, const Name& table) const override {
         // An index of a temp table lives in the temp schema; the table is then named unqualified.
         std::string head = unique ? "CREATE UNIQUE INDEX " : "CREATE INDEX ";
