@@ -773,11 +773,16 @@ QString TDBGridEh::DumpText() const {
     return lines.join('\n') + '\n';
 }
 
+QWidget* TDBGridEh::openEditor() const {
+    // Cell editors live on the viewport; the one shown is the open one.
+    for (QWidget* w : viewport()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (w->isVisible()) return w;
+    return nullptr;
+}
+
 void TDBGridEh::CommitEdit() {
     if (state() != QAbstractItemView::EditingState) return;
-    QWidget* editor = indexWidget(currentIndex());
-    if (!editor) editor = QApplication::focusWidget();
-    if (editor && isAncestorOf(editor)) {
+    if (QWidget* editor = openEditor()) {
         commitData(editor);
         QTableView::closeEditor(editor, QAbstractItemDelegate::NoHint);
     }
@@ -785,8 +790,7 @@ void TDBGridEh::CommitEdit() {
 
 void TDBGridEh::CancelEdit() {
     if (state() != QAbstractItemView::EditingState) return;
-    QWidget* editor = QApplication::focusWidget();
-    if (editor && isAncestorOf(editor)) QTableView::closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
+    if (QWidget* editor = openEditor()) QTableView::closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
 }
 
 void TDBGridEh::EditField(const AnsiString& fieldName) {

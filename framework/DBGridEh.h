@@ -185,6 +185,7 @@ private:
     void applyColumnGeometry();
     void updateFrozenView();
     int visualColumnOf(const TColumnEh* column) const;
+    QWidget* openEditor() const;
 
     TClientDataSet* dataSet_ = nullptr;
     std::vector<std::unique_ptr<TColumnEh>> columns_;

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QHeaderView>
 #include <QTemporaryDir>
+#include <QPainter>
 #include <QTest>
 
 #include "framework/DBGridEh.h"
@@ -133,6 +134,21 @@ TEST_F(FrameworkGridTest, CellHookSeesTheDrawnRowAndSetsColoursAndText) {
     EXPECT_EQ(grid.DisplayedRows()[0][4], "");  // S2 = 0 blanked
     EXPECT_EQ(grid.DisplayedRows()[0][2], "3");
     EXPECT_EQ(ds.RecNo(), 3);  // drawing does not move the cursor
+}
+
+TEST_F(FrameworkGridTest, DrawHookPaintsCellsOfTheDrawnRow) {
+    QStringList drawn;
+    grid.OnDrawColumnCell = [&](QPainter* painter, const QRect& rect, TColumnEh* column, const TCellParams& p) {
+        if (column->FieldName != "K_ID") return false;
+        drawn << ds.FieldByName("COL_NAME")->AsString() + ":" + p.Text;
+        painter->fillRect(rect, Qt::yellow);
+        return true;
+    };
+    grid.show();
+    grid.grab();
+    EXPECT_TRUE(drawn.contains("红色:K01"));
+    EXPECT_TRUE(drawn.contains("黑色:K01"));
+    EXPECT_TRUE(drawn.contains("红色:K02"));
 }
 
 TEST_F(FrameworkGridTest, BlankZeroColumnOption) {

@@ -604,6 +604,22 @@ TEST_F(FrameworkScreenTest, QuitWithUnsavedChangesOffersToSave) {
     delete list;
 }
 
+TEST_F(FrameworkScreenTest, EscapeQuitsTheEntryAndClosesAnEditorFirst) {
+    DemoList* list = openList();
+    list->Act_Edit->trigger();
+    DemoEntry* e = list->Entry;
+    TDBGridEh* grid = e->DBGridEh;
+    grid->EditField("S0");
+    ASSERT_TRUE(grid->Editing());
+    e->Act_Quit->trigger();  // what Escape runs
+    EXPECT_FALSE(grid->Editing());
+    EXPECT_TRUE(e->isVisible());
+    EXPECT_EQ(e->Act_Quit->shortcut(), QKeySequence(Qt::Key_Escape));
+    QTest::keyClick(e, Qt::Key_Escape);
+    EXPECT_FALSE(e->isVisible());
+    delete list;
+}
+
 TEST_F(FrameworkScreenTest, ViewOpensReadOnly) {
     DemoList* list = openList();
     list->Act_View->trigger();
