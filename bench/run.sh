@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# Runs the benchmarks of a build and prints the figures:
+#   bench/run.sh BUILD_DIR
+# The bridge benchmark needs the demo shop at scale 10; it is made once (qxck-demo) and kept
+# in $QXCK_BENCH_DB (default: the temp folder).
+set -euo pipefail
+
+build="${1:?usage: bench/run.sh BUILD_DIR}"
+bin="$build/bin"
+db="${QXCK_BENCH_DB:-${TMPDIR:-/tmp}/qxck-bench-scale10.db}"
+export QXCK_BENCH_DB="$db"
+
+if [ ! -f "$db" ]; then
+    echo "bench: creating the scale-10 demo shop in $db"
+    "$bin/qxck-demo" --db "$db" --scale 10 --seed 1 --end 2026-06-30
+fi
+
+out="$(mktemp -d)"
+trap 'rm -rf "$out"' EXIT
+
+run() {  # run BENCHMARK NAME MIN_TIME: JSON into $out/NAME.json, console output only on failure
+    "$bin/$1" --benchmark_min_time="$3" --benchmark_out="$out/$2.json" --benchmark_out_format=json >"$out/$2.log" 2>&1 ||
+        { cat "$out/$2.log" >&2; exit 1; }
+}
+run bench_translate translate 0.2
+run bench_bridge bridge 1
+
+python3 - "$out/translate.json" "$out/bridge.json" <<'PY'
+import json, sys
+
+def load(path):
+    return {b["name"]: b for b in json.load(open(path))["benchmarks"]}
+
+def us(b):
+    scale = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}[b["time_unit"]]
+    return b["cpu_time"] * scale
+
+translate, bridge = load(sys.argv[1]), load(sys.argv[2])
+print("Translation per statement (CPU µs):")
+for name, b in sorted(translate.items()):
+    if name.startswith("translate/"):
+        print(f"  {name[len('translate/'):]:<28} {us(b):8.1f}")
+corpus = bridge.get("translate/corpus")
+if corpus:
+    print(f"  {'whole corpus, per statement':<28} {corpus['per_statement'] * 1e6:8.1f}   ({int(corpus['statements'])} statements)")
+print("Bridged (T-SQL through the translator) vs hand-written SQLite, scale-10 demo shop (CPU ms):")
+for name, b in sorted(bridge.items()):
+    if name.startswith("bridged/"):
+        report = name[len("bridged/"):]
+        n = bridge["native/" + report]
+        print(f"  {report:<20} bridged {us(b)/1e3:8.2f}   hand-written {us(n)/1e3:8.2f}   ratio {us(b)/us(n):5.2f}   rows {int(b['rows'])}")
+PY
