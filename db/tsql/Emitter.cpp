@@ -32,11 +32,13 @@ struct Scope {
 struct OutputColumn {
     std::string name;
     SqlType type = SqlType::Unknown;
+    int scale = -1;  // decimal places of a DECIMAL/MONEY value; -1 when not a decimal
 };
 
 struct Resolution {
     const Source* source = nullptr;
     SqlType type = SqlType::Unknown;
+    int scale = -1;
     bool local = false;
 };
 
@@ -188,7 +190,7 @@ private:
                 auto columns = outputColumns(*ref.derived, scope.parent, &complete);
                 if (complete) {
                     std::vector<CatalogColumn> list;
-                    for (auto& c : columns) list.push_back({c.name, c.type});
+                    for (auto& c : columns) list.push_back({c.name, c.type, false, c.scale});
                     source.columns = std::move(list);
                 }
                 scope.sources.push_back(std::move(source));
@@ -226,10 +228,15 @@ private:
         return CatalogColumn{std::string(column)};
     }
 
-    static std::optional<SqlType> columnType(const Source& source, std::string_view column) {
-        if (!source.columns) return std::nullopt;
+    static const CatalogColumn* findColumn(const Source& source, std::string_view column) {
+        if (!source.columns) return nullptr;
         for (const auto& c : *source.columns)
-            if (equalsIgnoreCase(c.name, column)) return c.type;
+            if (equalsIgnoreCase(c.name, column)) return &c;
+        return nullptr;
+    }
+
+    static std::optional<SqlType> columnType(const Source& source, std::string_view column) {
+        if (const CatalogColumn* c = findColumn(source, column)) return c->type;
         return std::nullopt;
     }
 
@@ -241,15 +248,19 @@ private:
                 const Source* source = findSource(*s, name.parts[name.parts.size() - 2]);
                 if (!source) continue;
                 result.source = source;
-                result.type = columnType(*source, name.last()).value_or(SqlType::Unknown);
+                if (const CatalogColumn* c = findColumn(*source, name.last())) {
+                    result.type = c->type;
+                    result.scale = c->scale;
+                }
                 result.local = local;
                 return result;
             }
             const std::size_t count = std::min(s->visible, s->sources.size());
             for (std::size_t i = 0; i < count; ++i) {
-                if (auto type = columnType(s->sources[i], name.last())) {
+                if (const CatalogColumn* c = findColumn(s->sources[i], name.last())) {
                     result.source = &s->sources[i];
-                    result.type = *type;
+                    result.type = c->type;
+                    result.scale = c->scale;
                     result.local = local;
                     return result;
                 }
@@ -365,8 +376,10 @@ private:
                 result = std::move(columns);
             } else {
                 // SQL Server types a union column by the highest type of its branches
-                for (std::size_t c = 0; c < result.size() && c < columns.size(); ++c)
+                for (std::size_t c = 0; c < result.size() && c < columns.size(); ++c) {
                     result[c].type = higherPrecedence(result[c].type, columns[c].type);
+                    result[c].scale = std::max(result[c].scale, columns[c].scale);
+                }
             }
         }
         return result;
@@ -383,7 +396,7 @@ private:
                         if (complete) *complete = false;
                         continue;
                     }
-                    for (const auto& c : *source.columns) result.push_back({c.name, c.type});
+                    for (const auto& c : *source.columns) result.push_back({c.name, c.type, c.scale});
                 }
                 continue;
             }
@@ -391,9 +404,74 @@ private:
             if (item.alias) column.name = *item.alias;
             else if (e.kind == ExprKind::Column) column.name = e.name.last();
             column.type = typeOf(e, scope);
+            if (column.type == SqlType::Real) column.scale = decimalScale(e, scope).value_or(-1);
             result.push_back(std::move(column));
         }
         return result;
+    }
+
+    // Decimal places SQL Server keeps for a DECIMAL/MONEY expression (exact arithmetic:
+    // + and - keep the larger scale, * adds them); nullopt for floats, divisions and the rest.
+    // Integers count as scale 0.
+    std::optional<int> decimalScale(const Expr& e, const Scope& scope) {
+        switch (e.kind) {
+            case ExprKind::Number: {
+                if (e.text.find_first_of("eE") != std::string::npos) return std::nullopt;
+                const auto dot = e.text.find('.');
+                return dot == std::string::npos ? 0 : static_cast<int>(e.text.size() - dot - 1);
+            }
+            case ExprKind::Column: {
+                const Resolution r = resolve(e.name, scope);
+                if (r.type == SqlType::Integer) return 0;
+                if (r.scale >= 0) return r.scale;
+                return std::nullopt;
+            }
+            case ExprKind::Unary:
+                if (e.text == "-" || e.text == "+") return decimalScale(*e.args[0], scope);
+                return std::nullopt;
+            case ExprKind::Binary: {
+                if (e.text != "+" && e.text != "-" && e.text != "*") return std::nullopt;
+                const auto l = decimalScale(*e.args[0], scope), r = decimalScale(*e.args[1], scope);
+                if (!l || !r) return std::nullopt;
+                return e.text == "*" ? *l + *r : std::max(*l, *r);
+            }
+            case ExprKind::Function: {
+                const std::string name = toUpper(e.name.last());
+                if (name == "COUNT") return 0;
+                if ((name == "SUM" || name == "MIN" || name == "MAX" || name == "ABS" || name == "ISNULL" || name == "ROUND") && !e.args.empty())
+                    return decimalScale(*e.args[0], scope);
+                return std::nullopt;
+            }
+            case ExprKind::Case: {
+                int scale = 0;
+                for (std::size_t i = 1; i < e.args.size(); i += 2) {
+                    auto branch = decimalScale(*e.args[i], scope);
+                    if (!branch) return std::nullopt;
+                    scale = std::max(scale, *branch);
+                }
+                if (e.elseExpr) {
+                    auto branch = decimalScale(*e.elseExpr, scope);
+                    if (!branch) return std::nullopt;
+                    scale = std::max(scale, *branch);
+                }
+                return scale;
+            }
+            case ExprKind::Convert:
+                if (e.type.scale() >= 0) return e.type.scale();
+                if (e.type.sqlType() == SqlType::Integer) return 0;
+                return std::nullopt;
+            default: return std::nullopt;
+        }
+    }
+
+    // Decimal arithmetic is exact in SQL Server; SQLite computes it in binary floating point.
+    // Rounding a REAL result to the places SQL Server would keep removes the float noise
+    // (10.1 - 3.3 is 6.8, not 6.799999999999999).
+    std::string exactDecimal(const std::string& value, const Expr& e, const Scope& scope) {
+        if (typeOf(e, scope) != SqlType::Real) return value;
+        const auto scale = decimalScale(e, scope);
+        if (!scale || *scale <= 0) return value;
+        return d_.round(value, *scale);
     }
 
     // ---------------------------------------------------------------- values
@@ -546,7 +624,9 @@ private:
         }
         // SQL Server refuses to divide by zero where SQLite would quietly give NULL
         if (e.text == "/" || e.text == "%") return d_.divide(expr(l, scope), expr(r, scope), e.text == "%");
-        return "(" + expr(l, scope) + " " + e.text + " " + expr(r, scope) + ")";
+        const std::string text = "(" + expr(l, scope) + " " + e.text + " " + expr(r, scope) + ")";
+        if (e.text == "+" || e.text == "-" || e.text == "*") return exactDecimal(text, e, scope);
+        return text;
     }
 
     std::string caseExpr(const Expr& e, const Scope& scope) {
@@ -670,6 +750,7 @@ private:
         text += ")";
         // SQL Server averages integers as integers
         if (name == "AVG" && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer) return "CAST(" + text + " AS INTEGER)";
+        if (name == "SUM") return exactDecimal(text, e, scope);
         return text;
     }
 

@@ -794,3 +794,21 @@ TEST_F(TsqlTest, OrderByNameOfAnUnaliasedSelectColumn) {
 
 }  // namespace
 }  // namespace qx::tsql::testing
+
+namespace qx::tsql::testing {
+namespace {
+
+TEST_F(TsqlTest, DecimalArithmeticIsExact) {
+    db.run("CREATE TABLE L (A decimal(18,2), B decimal(18,2), Q int, F float)"
+           " INSERT INTO L VALUES (10.1, 3.3, 3, 10.1) INSERT INTO L VALUES (0.1, 0.2, 1, 0.1) INSERT INTO L VALUES (0.1, 0.2, 1, 0.1)");
+    // compared with the literal: equal only when no float noise is left
+    EXPECT_EQ(db.run("SELECT (A-B) = 6.8, (A*Q) = 30.3, (A+B) = 13.4 FROM L WHERE Q=3"), "1|1|1");
+    EXPECT_EQ(db.run("SELECT SUM(A+B) = 14.0, SUM(A) = 10.3 FROM L"), "1|1");
+    EXPECT_EQ(db.run("SELECT SUM(A) = 30.9 FROM (SELECT A FROM L UNION ALL SELECT A FROM L UNION ALL SELECT A FROM L) T"), "1");
+    EXPECT_EQ(db.run("SELECT T.X = 33.33 FROM (SELECT A*B AS X FROM L WHERE Q=3) T"), "1");
+    // float columns keep float arithmetic, as in SQL Server
+    EXPECT_EQ(db.run("SELECT TOP 1 (F+B) = 0.3, (A+B) = 0.3 FROM L WHERE Q=1"), "0|1");
+}
+
+}  // namespace
+}  // namespace qx::tsql::testing
