@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
@@ -290,6 +291,15 @@ private:
 class GridDelegate : public QStyledItemDelegate {
 public:
     explicit GridDelegate(TDBGridEh* grid) : QStyledItemDelegate(grid), grid_(grid) {}
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
+        // Text cells take no more than their column holds.
+        if (auto* line = qobject_cast<QLineEdit*>(editor))
+            if (TField* f = grid_->Columns(index.column())->Field(); f && f->DataType == ftString && f->Size > 0)
+                line->setMaxLength(f->Size);
+        return editor;
+    }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         TColumnEh* column = grid_->Columns(index.column());

@@ -32,6 +32,10 @@
 class TDBGridEh;
 class QLabel;
 
+// A colour written the way the module's screens write colours: 0xBBGGRR (0xFFFF80 is a light
+// cyan: blue FF, green FF, red 80).
+inline QColor TColorToQColor(unsigned int bgr) { return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF); }
+
 enum TFooterValueType { fvtNon, fvtSum, fvtCount, fvtAvg, fvtStaticText, fvtFieldValue };
 
 struct QX_FRAMEWORK_EXPORT TColumnFooterEh {

@@ -62,7 +62,14 @@ void setToday(const QDate& date) { fixedToday() = date; }
 
 // ---------------------------------------------------------------- TFrm_Base
 
-TFrm_Base::TFrm_Base(QWidget* Owner) : QDialog(Owner) { setSizeGripEnabled(true); }
+TFrm_Base::TFrm_Base(QWidget* Owner) : QDialog(Owner) {
+    setSizeGripEnabled(true);
+    // Screens created by a screen (entry screens, filters, details) work for the same function.
+    if (auto* owner = dynamic_cast<TFrm_Base*>(Owner)) {
+        FuncNo = owner->FuncNo;
+        Tag = owner->Tag;
+    }
+}
 
 void TFrm_Base::EnsureObjectName() {
     // Named like the screen variable of its class: TQXCK201 -> "QXCK201".

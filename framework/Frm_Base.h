@@ -75,8 +75,10 @@ public:
     explicit TFrm_Base(QWidget* Owner = nullptr);
     ~TFrm_Base() override;
 
-    int Tag = 0;         // the function code (set by the dispatcher)
-    AnsiString FuncNo;   // the function code as text, first argument of every data operation
+    // The function code (set by the dispatcher) and as text, the first argument of every data
+    // operation. A screen created with a screen as owner starts with the owner's.
+    int Tag = 0;
+    AnsiString FuncNo;
 
     AnsiString Caption() const;
     void SetCaption(const AnsiString& caption);

@@ -8,6 +8,7 @@
 #include "framework/Controls.h"
 #include "framework/DBGridEh.h"
 #include "framework/DataSet.h"
+#include "framework/Frm_Base.h"
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
@@ -17,6 +18,11 @@ TFrm_Sys_LINK::TFrm_Sys_LINK(QWidget* owner, const QString& objectName, const QS
     : QDialog(owner, Qt::Tool) {
     setObjectName(objectName);
     setWindowTitle(caption);
+    for (QWidget* w = owner; w; w = w->parentWidget())
+        if (auto* screen = dynamic_cast<TFrm_Base*>(w); screen && !screen->FuncNo.isEmpty()) {
+            FuncNo = screen->FuncNo;
+            break;
+        }
     data_ = new TClientDataSet(this);
     data_->setObjectName("AdoQry_Link");
     shown_ = new TClientDataSet(this);
@@ -172,7 +178,7 @@ void TFrm_Sys_LINK_CK::init(TClientDataSet* dataSet, TLinkEdit* edit, QWidget* n
                             AnsiString, AnsiString) {
     lines_ = dataSet;
     next_ = nextControl;
-    FuncNo = funcNo.isEmpty() ? QString("0") : funcNo;
+    if (!funcNo.isEmpty()) FuncNo = funcNo;
     // With warehouse rights enforced only the user's warehouses are offered.
     if (G_CHKCK)
         SetSource("d1007", "CK_ID", "CK_NAME",

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QHeaderView>
 #include <QTemporaryDir>
+#include <QLineEdit>
 #include <QPainter>
 #include <QTest>
 
@@ -149,6 +150,27 @@ TEST_F(FrameworkGridTest, DrawHookPaintsCellsOfTheDrawnRow) {
     EXPECT_TRUE(drawn.contains("红色:K01"));
     EXPECT_TRUE(drawn.contains("黑色:K01"));
     EXPECT_TRUE(drawn.contains("红色:K02"));
+}
+
+TEST(FrameworkGridColour, ModuleColoursAreBlueGreenRed) {
+    EXPECT_EQ(TColorToQColor(0xFFFF80), QColor(0x80, 0xFF, 0xFF));
+    EXPECT_EQ(TColorToQColor(0x0000FF), QColor(Qt::red));
+}
+
+TEST_F(FrameworkGridTest, TextEditorsTakeNoMoreThanTheFieldHolds) {
+    TClientDataSet notes;
+    notes.AddField("NOTE", ftString, 100);
+    notes.CreateDataSet();
+    notes.Append();
+    notes.Post();
+    TDBGridEh g;
+    g.SetDataSet(&notes);
+    g.show();
+    g.EditField("NOTE");
+    auto* editor = g.viewport()->findChild<QLineEdit*>();
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->maxLength(), 100);
+    g.CancelEdit();
 }
 
 TEST_F(FrameworkGridTest, BlankZeroColumnOption) {

@@ -391,6 +391,11 @@ TEST_F(FrameworkScreenTest, AddOpensEmptyLinesWithANewNumber) {
     EXPECT_EQ(e->EditMode, "Add");
     EXPECT_EQ(e->Edit1->text(), "N1");
     EXPECT_TRUE(e->Edit1->isEnabled());
+    // Screens a list creates work for the list's function.
+    EXPECT_EQ(e->FuncNo, "201");
+    EXPECT_EQ(list->Filter->FuncNo, "201");
+    EXPECT_EQ(e->StyleLink->FuncNo, "201");
+    for (const auto& c : calls) EXPECT_EQ(c.funcNo, "201");
     EXPECT_TRUE(e->AdoQry_Main->IsEmpty());
     EXPECT_EQ(statements(Call::Kind::OpenSql).back(), QString(kBodySql).replace("%s", "''"));
     // Columns: style, name, unit, colour, sizes (titled from the group), total, price, amount, note.
