@@ -48,6 +48,8 @@ public:
     // A text value stored into or compared with a number: '' is 0, '12' is 12.
     virtual std::string textToNumber(const std::string& value) const = 0;
     virtual std::string round(const std::string& value, int places) const = 0;
+    // A number as text with exactly the given decimal places.
+    virtual std::string fixedPoint(const std::string& value, int places) const = 0;
     virtual std::string ifNull(const std::string& value, const std::string& fallback) const = 0;
     virtual std::string left(const std::string& text, const std::string& count) const = 0;
     virtual std::string right(const std::string& text, const std::string& count) const = 0;

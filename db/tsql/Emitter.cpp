@@ -657,7 +657,13 @@ private:
                 if (!e.type.params.empty()) length = e.type.params[0] < 0 ? 0 : e.type.params[0];
                 if (e.type.name == "TEXT" || e.type.name == "NTEXT") length = 0;
                 std::optional<int> style = e.style;
-                if (!style && typeOf(value, scope) == SqlType::DateTime) style = 120;
+                const SqlType valueType = typeOf(value, scope);
+                if (!style && valueType == SqlType::DateTime) style = 120;
+                if (valueType == SqlType::Real) {
+                    // a DECIMAL(p,s) value is written with its s places: 12.50, not 12.5
+                    if (auto scale = decimalScale(value, scope); scale && *scale > 0)
+                        return d_.toText(d_.fixedPoint(v, *scale), std::nullopt, length, e.type.isFixedChar());
+                }
                 if (style && !dates::formatStyle(dates::DateTime{}, *style) && *style != 0)
                     fail("unsupported CONVERT style " + std::to_string(*style), e.pos);
                 return d_.toText(v, style, length, e.type.isFixedChar());

@@ -100,6 +100,9 @@ public:
     std::string round(const std::string& value, int places) const override {
         return "round(" + value + ", " + std::to_string(places) + ")";
     }
+    std::string fixedPoint(const std::string& value, int places) const override {
+        return "printf('%." + std::to_string(places) + "f', " + value + ")";
+    }
     std::string ifNull(const std::string& value, const std::string& fallback) const override {
         return "ifnull(" + value + ", " + fallback + ")";
     }

@@ -808,6 +808,7 @@ TEST_F(TsqlTest, DecimalArithmeticIsExact) {
     EXPECT_EQ(db.run("SELECT T.X = 33.33 FROM (SELECT A*B AS X FROM L WHERE Q=3) T"), "1");
     // float columns keep float arithmetic, as in SQL Server
     EXPECT_EQ(db.run("SELECT TOP 1 (F+B) = 0.3, (A+B) = 0.3 FROM L WHERE Q=1"), "0|1");
+    EXPECT_EQ(db.run("SELECT CONVERT(varchar(20), A*Q) + '元', CONVERT(varchar(20), F), CONVERT(varchar(20), Q) FROM L WHERE Q=3"), "30.30元|10.1|3");
 }
 
 }  // namespace
