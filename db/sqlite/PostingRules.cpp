@@ -158,13 +158,21 @@ void addStockTriggers(std::vector<std::string>& out) {
                           "SELECT qx_stock_short(NEW.WL_ID, NEW.CK_ID);\n"));
 }
 
+// " AND (OLD.a IS NOT NEW.a OR ...)" for the listed columns; nothing when there are none.
+std::string anyChanged(const std::vector<const char*>& columns) {
+    if (columns.empty()) return {};
+    std::string out;
+    for (const char* c : columns) out += std::string(out.empty() ? "" : " OR ") + "OLD." + c + " IS NOT NEW." + c;
+    return " AND (" + out + ")";
+}
+
 // Heads take their lines with them; documents dated before sys_co.CK_END_DATE are closed.
 void addDocumentTriggers(const DocumentTables& doc, std::vector<std::string>& out) {
     const std::string head = doc.headTable;
     const std::string lines = doc.lineTable;
     const std::string end = "(SELECT max(CK_END_DATE) FROM sys_co)";
-    // Heads of lines dated in the closed period: the closed-period guard first (BEFORE
-    // triggers of SQLite run newest first, so it is created last).
+    // A head's delete removes its lines first, while the head still exists, so that the line
+    // triggers take back what they posted.
     out.push_back(trigger("qx_doc_" + head + "_cascade", "BEFORE DELETE", head, "",
                           "DELETE FROM " + lines + " WHERE NOID=OLD.NOID;\n"));
     auto refuse = [&](const std::string& row, const std::string& table, const std::string& date) {
@@ -174,7 +182,7 @@ void addDocumentTriggers(const DocumentTables& doc, std::vector<std::string>& ou
     out.push_back(trigger("qx_closed_" + head + "_ins", "BEFORE INSERT", head,
                           guarded + "NEW.BDATE < " + end, refuse("NEW", head, "NEW.BDATE")));
     out.push_back(trigger("qx_closed_" + head + "_upd", "BEFORE UPDATE", head,
-                          guarded + "(OLD.BDATE < " + end + " OR NEW.BDATE < " + end + ")",
+                          guarded + "(OLD.BDATE < " + end + " OR NEW.BDATE < " + end + ")" + anyChanged(doc.closedHeadColumns),
                           refuse("OLD", head, "min(OLD.BDATE, ifnull(NEW.BDATE, OLD.BDATE))")));
     out.push_back(trigger("qx_closed_" + head + "_del", "BEFORE DELETE", head, guarded + "OLD.BDATE < " + end,
                           refuse("OLD", head, "OLD.BDATE")));
@@ -184,7 +192,7 @@ void addDocumentTriggers(const DocumentTables& doc, std::vector<std::string>& ou
     out.push_back(trigger("qx_closed_" + lines + "_ins", "BEFORE INSERT", lines,
                           guarded + headDate("NEW") + " < " + end, refuse("NEW", head, headDate("NEW"))));
     out.push_back(trigger("qx_closed_" + lines + "_upd", "BEFORE UPDATE", lines,
-                          guarded + "(" + headDate("OLD") + " < " + end + " OR " + headDate("NEW") + " < " + end + ")",
+                          guarded + "(" + headDate("OLD") + " < " + end + " OR " + headDate("NEW") + " < " + end + ")" + anyChanged(doc.closedLineColumns),
                           refuse("OLD", head, "min(ifnull(" + headDate("OLD") + ",'9'), ifnull(" + headDate("NEW") + ",'9'))")));
     out.push_back(trigger("qx_closed_" + lines + "_del", "BEFORE DELETE", lines,
                           guarded + headDate("OLD") + " < " + end, refuse("OLD", head, headDate("OLD"))));
@@ -282,7 +290,9 @@ const std::vector<PostingRule>& rules() {
 const std::vector<DocumentTables>& documentTables() {
     static const std::vector<DocumentTables> table = {
         {"D8101", "D8101A"}, {"D8102", "D8102A"}, {"D8201", "D8201A"}, {"D8202", "D8202A"},
-        {"D8203", "D8203A"}, {"d8300", "d8300A"}, {"d8301", "d8301A"}, {"D8303", "D8303A"},
+        {"D8203", "D8203A"}, {"d8300", "d8300A"}, {"d8301", "d8301A"},
+        {"D8303", "D8303A", {"NOID", "T", "CK_ID", "CK_ID_IN", "BDATE"},
+         {"NOID", "WL_ID", "K_ID", "CK_ID", "CK_ID_IN", "S0", "S1", "S2", "S3", "S4", "S5", "S6", "S7", "S8", "S9"}},
         {"d712", "d712a"},
     };
     return table;

@@ -37,6 +37,11 @@ const std::vector<PostingRule>& rules();
 struct DocumentTables {
     const char* headTable;
     const char* lineTable;
+    // When set, an update of a closed document is refused only if it changes one of these
+    // columns (what the closed period already counted); other columns stay editable. Used for
+    // the transfer, whose arrival is confirmed, and posted, in the period it arrives in.
+    std::vector<const char*> closedHeadColumns = {};
+    std::vector<const char*> closedLineColumns = {};
 };
 const std::vector<DocumentTables>& documentTables();
 

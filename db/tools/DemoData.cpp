@@ -350,7 +350,9 @@ private:
         };
         const std::vector<User> users = {{"admin", "管理员", "admin", -1},  {"cg01", "采购员", "123456", 0},
                                          {"md01", "南京路店长", "123456", 1}, {"md02", "淮海路店长", "123456", 2},
-                                         {"md03", "徐家汇店长", "123456", 3}, {"md04", "五角场店长", "123456", 4}};
+                                         {"md03", "徐家汇店长", "123456", 3}, {"md04", "五角场店长", "123456", 4},
+                                         // the stocktake summary reads warehouse rights of user "01"
+                                         {"01", "盘点", "123456", -1}};
         for (const auto& u : users) {
             std::string salt;
             for (int i = 0; i < 4; ++i) {

@@ -83,5 +83,18 @@ TEST_F(Guards, DocumentsOfAClosedPeriodCannotBeInsertedChangedOrDeleted) {
     EXPECT_EQ(stock(db, "K101", "ZC"), sizes({0}));
 }
 
+TEST_F(Guards, ATransferOfAClosedMonthMayStillArriveInTheOpenOne) {
+    receive("R1", "K101", "K1", 5, "2026-02-10");
+    db.execute("INSERT INTO D8303(NOID,T,CK_ID,CK_ID_IN,BDATE) VALUES ('T1','1','ZC','MD1','2026-02-27');"
+               "INSERT INTO D8303A  VALUES ('T1','K101','K1','01','ZC','MD1','2','0','0','0','0','0','0','0','0','0',0,0,'1','1','',"
+               "0,0,0,0,0,0,0,0,0,0);");
+    db.execute("update SYS_CO SET CK_END_DATE ='2026-03-01'");
+    db.execute("UPDATE D8303 SET y=1,YDATE='2026-03-02',YNAME='李',y_note='',y_wc='0' WHERE NOID='T1';"
+               "update D8303A  set  y0=2 ,y1=0 ,y2=0 ,y3=0 ,y4=0 ,y5=0 ,y6=0 ,y7=0 ,y8=0 ,y9=0 where (noid='T1') and (wl_id='K101');");
+    EXPECT_EQ(stock(db, "K101", "MD1"), sizes({2}));
+    EXPECT_THROW(db.execute("UPDATE D8303 SET CK_ID_IN='MD2' WHERE NOID='T1'"), db::Error) << "what was sent stays closed";
+    EXPECT_THROW(db.execute("UPDATE D8303A SET S0=1 WHERE NOID='T1'"), db::Error);
+}
+
 }  // namespace
 }  // namespace qx::dbtest
