@@ -638,13 +638,18 @@ private:
             if (operandType == SqlType::Text) operand = withCollation(operand, *e.caseOperand);
             text += " " + operand;
         }
+        // the branches share the highest type among them: a '' beside numbers is 0
+        const SqlType resultType = typeOf(e, scope);
+        auto branch = [&](const Expr& value) {
+            return isNumeric(resultType) || resultType == SqlType::DateTime ? coerced(value, scope, resultType, false) : expr(value, scope);
+        };
         for (std::size_t i = 0; i + 1 < e.args.size(); i += 2) {
             const std::string when = e.caseOperand && (isNumeric(operandType) || operandType == SqlType::DateTime)
                                          ? coerced(*e.args[i], scope, operandType, false)
                                          : expr(*e.args[i], scope);
-            text += " WHEN " + when + " THEN " + expr(*e.args[i + 1], scope);
+            text += " WHEN " + when + " THEN " + branch(*e.args[i + 1]);
         }
-        if (e.elseExpr) text += " ELSE " + expr(*e.elseExpr, scope);
+        if (e.elseExpr) text += " ELSE " + branch(*e.elseExpr);
         return text + " END";
     }
 
@@ -713,7 +718,10 @@ private:
         auto arg = [&](std::size_t i) { return expr(*e.args[i], scope); };
         if (name == "ISNULL") {
             expectArguments(e, 2);
-            return d_.ifNull(arg(0), arg(1));
+            // ISNULL takes the type of its first argument: ISNULL(qty, '') is 0
+            const SqlType type = typeOf(*e.args[0], scope);
+            const bool convert = isNumeric(type) || type == SqlType::DateTime;
+            return d_.ifNull(arg(0), convert ? coerced(*e.args[1], scope, type, false) : arg(1));
         }
         if (name == "LEN") {
             expectArguments(e, 1);

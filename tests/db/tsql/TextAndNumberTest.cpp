@@ -158,5 +158,11 @@ TEST_F(TsqlTest, DecimalArithmeticIsExact) {
     EXPECT_EQ(db.run("SELECT CONVERT(varchar(20), A*Q) + '元', CONVERT(varchar(20), F), CONVERT(varchar(20), Q) FROM L WHERE Q=3"), "30.30元|10.1|3");
 }
 
+TEST_F(TsqlTest, IsNullAndCaseTakeTheTypeSqlServerGivesThem) {
+    EXPECT_EQ(db.run("SELECT ISNULL(NULL + KC, ''), typeof(ISNULL(NULL + KC, '')), CASE WHEN KC > 0 THEN KC ELSE '' END FROM d1800 ORDER BY K_ID"),
+              "0|integer|3\n0|integer|0");
+    EXPECT_EQ(db.run("SELECT ISNULL(NULL + WL_NAME, '') FROM d1800 WHERE K_ID='K1'"), "");
+}
+
 }  // namespace
 }  // namespace qx::tsql::testing
