@@ -286,7 +286,11 @@ private:
             case ExprKind::String: return SqlType::Text;
             case ExprKind::Null:
             case ExprKind::Star: return SqlType::Unknown;
-            case ExprKind::Column: return resolve(e.name, scope).type;
+            case ExprKind::Column: {
+                const Resolution r = resolve(e.name, scope);
+                if (!r.source && e.name.parts.size() == 1 && equalsIgnoreCase(e.name.last(), "CURRENT_TIMESTAMP")) return SqlType::DateTime;
+                return r.type;
+            }
             case ExprKind::Unary: return e.text == "NOT" ? SqlType::Integer : typeOf(*e.args[0], scope);
             case ExprKind::Binary: {
                 static const std::set<std::string> arithmetic = {"+", "-", "*", "/", "%", "&", "|", "^"};
@@ -528,6 +532,7 @@ private:
             table.parts.push_back(e.name.parts[e.name.parts.size() - 2]);
             return d_.tableQualifier(table) + "." + column;
         }
+        if (equalsIgnoreCase(e.name.last(), "CURRENT_TIMESTAMP")) return d_.currentDateTime();
         return column;
     }
 

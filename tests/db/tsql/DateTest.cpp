@@ -67,6 +67,7 @@ TEST_F(TsqlTest, GetDateIsLocalIsoText) {
     sqlite3_finalize(stmt);
     EXPECT_EQ(now.substr(0, 13), hour);
     db.run("UPDATE D8101 SET EDATE=GETDATE()");
+    EXPECT_EQ(db.run("SELECT CURRENT_TIMESTAMP").substr(0, 13), hour);
 }
 
 TEST_F(TsqlTest, DatesStoredAsIsoTextCompareWithDateOnlyText) {
