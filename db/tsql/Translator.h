@@ -65,7 +65,8 @@ std::vector<Statement> parseBatch(std::string_view tsql);
 
 // SQLite text for one statement, given the catalog as it is right now. A statement may become
 // several SQLite statements (SELECT … INTO becomes DROP/CREATE TEMP/INSERT); they run in order
-// and, when the statement returns rows, the last one yields them.
+// and, when the statement returns rows, the last one yields them. EXEC yields none: the engine
+// runs statement.procedure itself.
 std::vector<std::string> emitSqlite(const Statement& statement, const Catalog& catalog);
 
 // Names and types of the columns a row-returning statement yields, inferred from the syntax
@@ -73,11 +74,14 @@ std::vector<std::string> emitSqlite(const Statement& statement, const Catalog& c
 // Lets the engine type a result's fields even when it has no rows.
 std::vector<CatalogColumn> resultColumns(const Statement& statement, const Catalog& catalog);
 
-// Name of the temp table behind a T-SQL '#name' as the SQLite emitter writes it.
+// Name of the temp table behind a T-SQL '#name' (or '[#name]') as the SQLite emitter writes it:
+// the table of that name in the connection's own "temp" schema.
 std::string sqliteTempTableName(std::string_view tsqlName);
 
 // Registers on a SQLite connection what emitted SQL relies on: the text collation "QX"
-// (case-insensitive, trailing blanks ignored) and the helper functions the emitter calls.
+// (case- and width-insensitive, trailing blanks ignored, Chinese in pinyin order after Latin)
+// and the qx_* helper functions the emitter calls. Call it on every connection before it runs
+// emitted SQL, also when opening an existing database: its tables and views name them.
 void installSqliteRuntime(sqlite3* db);
 
 }  // namespace qx::tsql
