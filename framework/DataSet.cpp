@@ -610,6 +610,7 @@ void TClientDataSet::Delete() {
     if (BeforeDelete) BeforeDelete(this);
     const int row = current_;
     rows_.removeAt(row);
+    modified_ = true;
     current_ = rows_.isEmpty() ? -1 : std::min(row, int(rows_.size()) - 1);
     eof_ = rows_.isEmpty();
     bof_ = rows_.isEmpty();

@@ -149,6 +149,7 @@ public:
     void Cancel();
     void Delete();
     void CheckBrowseMode();  // posts a pending edit
+    // Values written or rows deleted since the last load.
     bool Modified() const { return modified_; }
 
     // --- controls

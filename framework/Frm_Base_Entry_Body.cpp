@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -45,6 +46,15 @@ Tfrm_Base_Entry_Body::Tfrm_Base_Entry_Body(QWidget* Owner) : TFrm_Base_Panel(Own
     for (QAction* a : {Act_Save, Act_AddLine, Act_DeleteLine, Act_Print, Act_Quit}) ToolBar->addAction(a);
 
     DBGridEh->OnAdvance = [this](bool backwards) { moveToNextCell(backwards); };
+    DBGridEh->OnKeyDown = [this](QKeyEvent* event, bool& handled) {
+        // Down on the last line starts a new one (when this one has its style).
+        if (event->key() != Qt::Key_Down || ReadOnlyMode || !AdoQry_Main->Active() || AdoQry_Main->IsEmpty()) return;
+        if (AdoQry_Main->CurrentRow() != AdoQry_Main->RecordCount() - 1) return;
+        TField* style = AdoQry_Main->FindField(StyleField);
+        if (!style || style->AsString().trimmed().isEmpty()) return;
+        handled = true;
+        Act_AddLineExecute(Act_AddLine);
+    };
     DBGridEh->OnGetCellParams = [this](TColumnEh* c, TCellParams& p) { DBGridEhColorLine(c, p); };
     DBGridEh->OnTitleClick = [this](TColumnEh*) { ColumnClick(); };
     DBGridEh->OnCellButtonClick = [this](TColumnEh* c) {
@@ -74,6 +84,9 @@ Tfrm_Base_Entry_Body::Tfrm_Base_Entry_Body(QWidget* Owner) : TFrm_Base_Panel(Own
     };
     ColorLink->OnPicked = [this](const QString& code, const QString& name) {
         qx::guard([&] { setLineColor(code, name); });
+        // Picked: the quantities come next.
+        if (isVisible())
+            QMetaObject::invokeMethod(this, [this] { DBGridEh->EditField(firstSizeField()); }, Qt::QueuedConnection);
     };
     resize(1000, 640);
 }
@@ -147,9 +160,12 @@ void Tfrm_Base_Entry_Body::WL_IDBTNClick(QObject*, bool& Handled) {
 void Tfrm_Base_Entry_Body::showdw(QObject*, bool& Handled) { Handled = false; }
 
 void Tfrm_Base_Entry_Body::AdoQry_MainBeforePost(TDataSet* ds) {
-    // Numbers left empty are 0, so every value the save writes is a number.
-    for (const QString& name : SplitFields(QtyFields) + SplitFields(PriceFields) + SplitFields(MoneyFields))
-        if (TField* f = ds->FindField(name); f && f->IsNull()) f->SetAsInteger(0);
+    // Numbers left empty are 0, so every value the save writes is a number (a line not started
+    // yet stays untouched).
+    TField* style = ds->FindField(StyleField);
+    if (!style || !style->AsString().trimmed().isEmpty())
+        for (const QString& name : SplitFields(QtyFields) + SplitFields(PriceFields) + SplitFields(MoneyFields))
+            if (TField* f = ds->FindField(name); f && f->IsNull()) f->SetAsInteger(0);
     if (TField* stot = ds->FindField("STOT")) {
         double sum = 0;
         for (int i = 0; i <= 9; ++i)
@@ -251,6 +267,8 @@ void Tfrm_Base_Entry_Body::InitForm(AnsiString Mode, TClientDataSet* Master, boo
     Act_AddLine->setEnabled(!ReadOnly);
     Act_DeleteLine->setEnabled(!ReadOnly);
     applyLocks();
+    // A new document starts on its first line.
+    if (EditMode == "Add" && !ReadOnly && AdoQry_Main->Active() && AdoQry_Main->IsEmpty()) AdoQry_Main->Append();
     if (auto* w = qobject_cast<QLineEdit*>(WarehouseEdit)) CurCkId = w->text();
     for (QWidget* w : Panel_Head->findChildren<QWidget*>()) WatchChanges(w);
     Modified = false;
@@ -317,9 +335,7 @@ void Tfrm_Base_Entry_Body::CheckDateCk(QObject* dateEdit) {
     }
 }
 
-bool Tfrm_Base_Entry_Body::HasChanges() const {
-    return Modified || AdoQry_Main->State() == dsEdit || AdoQry_Main->State() == dsInsert;
-}
+bool Tfrm_Base_Entry_Body::HasChanges() const { return Modified || AdoQry_Main->Modified(); }
 
 // --- lines
 
@@ -455,9 +471,12 @@ void Tfrm_Base_Entry_Body::setLineColor(const QString& code, const QString& name
         if (TField* f = AdoQry_Main->FindField(WlField); f && AdoQry_Main->FindField(StyleField))
             f->SetAsString(AdoQry_Main->FieldByName(StyleField)->AsString() + code.trimmed());
     Modified = true;
-    if (isVisible())
-        if (TColumnEh* first = DBGridEh->ColumnByField("S0"))
-            QMetaObject::invokeMethod(this, [this, first] { DBGridEh->SetCurrentColumn(first); }, Qt::QueuedConnection);
+}
+
+QString Tfrm_Base_Entry_Body::firstSizeField() const {
+    for (int i = 0; i <= 9; ++i)
+        if (TColumnEh* c = DBGridEh->ColumnByField(sizeField(i)); c && c->Visible) return c->FieldName;
+    return StyleField;
 }
 
 void Tfrm_Base_Entry_Body::EnterStyle(const AnsiString& styleCode) {
@@ -501,6 +520,16 @@ void Tfrm_Base_Entry_Body::moveToNextCell(bool backwards) {
     const QModelIndex current = DBGridEh->currentIndex();
     int row = current.isValid() ? current.row() : AdoQry_Main->CurrentRow();
     int pos = editable.indexOf(current.column());
+    // After the style: the colour list decides while it is open; with the colour known the
+    // quantities come next.
+    TColumnEh* here = current.isValid() ? DBGridEh->Columns(current.column()) : nullptr;
+    if (!backwards && here && here->FieldName.compare(StyleField, Qt::CaseInsensitive) == 0) {
+        if (ColorLink->isVisible()) return;
+        TField* color = AdoQry_Main->FindField("COL_ID");
+        TColumnEh* size = DBGridEh->ColumnByField(firstSizeField());
+        if (color && !color->AsString().isEmpty() && size && editable.contains(size->Index()))
+            pos = int(editable.indexOf(size->Index())) - 1;
+    }
     if (backwards) {
         if (pos > 0) --pos;
         else if (row > 0) {

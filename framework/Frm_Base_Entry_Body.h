@@ -18,6 +18,7 @@
 //   void SaveHeadData() override { TFrm_Base_Entry_BodyC::SaveHeadData(); MasterDataSet->...; }
 //
 // Opening (the list calls OpenEntry(mode, its dataset)): EditMode and MasterDataSet are set,
+// ("Add" starts on an empty first line; Down on the last line with a style adds one)
 // the screen's RefreshData runs (the framework's part loads the lines: BodySql with "%s" filled
 // with the quoted key of the master row in "Edit"/"CopyAdd", and with '' in "Add"), the
 // controls named in LockName (comma-separated, case-insensitive) are disabled, Modified is
@@ -136,6 +137,7 @@ protected:
     void setLineColor(const QString& code, const QString& name);
     // STOT (sum of sizes) and the SKU field added to freshly loaded lines.
     void prepareLines();
+    QString firstSizeField() const;  // the first shown size column
     bool columnsBuilt_ = false;
     bool closingAfterSave_ = false;
     QHash<QString, QStringList> styleSizes_;  // size names per style, for this opening

@@ -396,11 +396,40 @@ TEST_F(FrameworkScreenTest, AddOpensEmptyLinesWithANewNumber) {
     EXPECT_EQ(list->Filter->FuncNo, "201");
     EXPECT_EQ(e->StyleLink->FuncNo, "201");
     for (const auto& c : calls) EXPECT_EQ(c.funcNo, "201");
-    EXPECT_TRUE(e->AdoQry_Main->IsEmpty());
+    // It starts on one empty line.
+    EXPECT_EQ(e->AdoQry_Main->RecordCount(), 1);
+    EXPECT_EQ(e->AdoQry_Main->State(), dsInsert);
+    EXPECT_FALSE(e->HasChanges());
     EXPECT_EQ(statements(Call::Kind::OpenSql).back(), QString(kBodySql).replace("%s", "''"));
     // Columns: style, name, unit, colour, sizes (titled from the group), total, price, amount, note.
     EXPECT_EQ(e->DBGridEh->VisibleTitles(),
               QStringList({"款号", "品名", "单位", "颜色", "尺码|S0", "尺码|S1", "尺码|S2", "合计", "进货价", "金额", "备注"}));
+    // Untouched, it quits without a question.
+    e->Act_Quit->trigger();
+    EXPECT_FALSE(e->isVisible());
+    EXPECT_TRUE(sink->messages.empty());
+    delete list;
+}
+
+TEST_F(FrameworkScreenTest, AfterTheStyleTheQuantitiesComeNextAndDownAddsALine) {
+    DemoList* list = openList();
+    list->Act_Add->trigger();
+    DemoEntry* e = list->Entry;
+    TDBGridEh* grid = e->DBGridEh;
+    grid->setFocus();
+    grid->EditField("K_ID");
+    auto* editor = grid->viewport()->findChild<QLineEdit*>();
+    ASSERT_NE(editor, nullptr);
+    editor->setText("K02");  // one colour: taken at once
+    QTest::keyClick(editor, Qt::Key_Return);
+    for (int i = 0; i < 3; ++i) QApplication::processEvents();  // Return commits queued, then moves
+    EXPECT_EQ(e->AdoQry_Main->FieldByName("COL_NAME")->AsString(), "蓝色");
+    EXPECT_EQ(grid->CurrentColumn()->FieldName, "S0");
+    grid->CancelEdit();
+    QTest::keyClick(grid, Qt::Key_Down);
+    EXPECT_EQ(e->AdoQry_Main->RecordCount(), 2);
+    EXPECT_EQ(e->AdoQry_Main->RecNo(), 2);
+    grid->CancelEdit();
     delete list;
 }
 
