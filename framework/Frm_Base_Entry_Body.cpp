@@ -45,6 +45,7 @@ Tfrm_Base_Entry_Body::Tfrm_Base_Entry_Body(QWidget* Owner) : TFrm_Base_Panel(Own
     Act_Save->setShortcuts({QKeySequence(Qt::Key_F2), QKeySequence(Qt::CTRL | Qt::Key_S)});
     for (QAction* a : {Act_Save, Act_AddLine, Act_DeleteLine, Act_Print, Act_Quit}) ToolBar->addAction(a);
 
+    DBGridEh->installEventFilter(this);
     DBGridEh->OnAdvance = [this](bool backwards) { moveToNextCell(backwards); };
     DBGridEh->OnKeyDown = [this](QKeyEvent* event, bool& handled) {
         // Down on the last line starts a new one (when this one has its style).
@@ -267,8 +268,6 @@ void Tfrm_Base_Entry_Body::InitForm(AnsiString Mode, TClientDataSet* Master, boo
     Act_AddLine->setEnabled(!ReadOnly);
     Act_DeleteLine->setEnabled(!ReadOnly);
     applyLocks();
-    // A new document starts on its first line.
-    if (EditMode == "Add" && !ReadOnly && AdoQry_Main->Active() && AdoQry_Main->IsEmpty()) AdoQry_Main->Append();
     if (auto* w = qobject_cast<QLineEdit*>(WarehouseEdit)) CurCkId = w->text();
     for (QWidget* w : Panel_Head->findChildren<QWidget*>()) WatchChanges(w);
     Modified = false;
@@ -645,6 +644,12 @@ void Tfrm_Base_Entry_Body::FormKeyDown(QObject*, int& Key, Qt::KeyboardModifiers
 }
 
 bool Tfrm_Base_Entry_Body::eventFilter(QObject* watched, QEvent* event) {
+    // Entering an empty line grid starts the first line.
+    if (watched == DBGridEh && event->type() == QEvent::FocusIn && !ReadOnlyMode && AdoQry_Main->Active() &&
+        AdoQry_Main->IsEmpty() && isVisible()) {
+        qx::guard([this] { AdoQry_Main->Append(); });
+        QMetaObject::invokeMethod(this, [this] { DBGridEh->EditField(StyleField); }, Qt::QueuedConnection);
+    }
     return TFrm_Base_Panel::eventFilter(watched, event);
 }
 

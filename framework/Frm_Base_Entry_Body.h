@@ -18,7 +18,8 @@
 //   void SaveHeadData() override { TFrm_Base_Entry_BodyC::SaveHeadData(); MasterDataSet->...; }
 //
 // Opening (the list calls OpenEntry(mode, its dataset)): EditMode and MasterDataSet are set,
-// ("Add" starts on an empty first line; Down on the last line with a style adds one)
+// ("Add" opens with no lines; entering the empty line grid starts the first line, Down on the
+// last line with a style adds one)
 // the screen's RefreshData runs (the framework's part loads the lines: BodySql with "%s" filled
 // with the quoted key of the master row in "Edit"/"CopyAdd", and with '' in "Add"), the
 // controls named in LockName (comma-separated, case-insensitive) are disabled, Modified is

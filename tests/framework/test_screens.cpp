@@ -396,7 +396,10 @@ TEST_F(FrameworkScreenTest, AddOpensEmptyLinesWithANewNumber) {
     EXPECT_EQ(list->Filter->FuncNo, "201");
     EXPECT_EQ(e->StyleLink->FuncNo, "201");
     for (const auto& c : calls) EXPECT_EQ(c.funcNo, "201");
-    // It starts on one empty line.
+    EXPECT_TRUE(e->AdoQry_Main->IsEmpty());
+    // Entering the line grid starts the first line; untouched, it is no change.
+    QFocusEvent focusIn(QEvent::FocusIn);
+    QApplication::sendEvent(e->DBGridEh, &focusIn);
     EXPECT_EQ(e->AdoQry_Main->RecordCount(), 1);
     EXPECT_EQ(e->AdoQry_Main->State(), dsInsert);
     EXPECT_FALSE(e->HasChanges());
@@ -416,7 +419,7 @@ TEST_F(FrameworkScreenTest, AfterTheStyleTheQuantitiesComeNextAndDownAddsALine) 
     list->Act_Add->trigger();
     DemoEntry* e = list->Entry;
     TDBGridEh* grid = e->DBGridEh;
-    grid->setFocus();
+    e->Act_AddLine->trigger();
     grid->EditField("K_ID");
     auto* editor = grid->viewport()->findChild<QLineEdit*>();
     ASSERT_NE(editor, nullptr);
