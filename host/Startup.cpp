@@ -1,6 +1,7 @@
 #include "host/Startup.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <cstdio>
@@ -27,7 +28,12 @@ std::shared_ptr<qx::db::Database> openShopDatabase(const QString& path, bool cre
                     .toStdString());
         QDir().mkpath(file.absolutePath());
         std::fprintf(stderr, "Creating the demo shop database %s ...\n", path.toUtf8().constData());
-        const auto summary = qx::demo::createDemoDatabase(path.toStdString(), {});
+        // Built under a temporary name: an interrupted first start leaves no half-filled shop.
+        const QString partial = path + ".part";
+        for (const char* suffix : {"", "-wal", "-shm", "-journal"}) QFile::remove(partial + suffix);
+        const auto summary = qx::demo::createDemoDatabase(partial.toStdString(), {});
+        if (!QFile::rename(partial, path))
+            throw std::runtime_error(QString("无法创建演示数据库 %1").arg(path).toStdString());
         std::fprintf(stderr, "Demo shop ready: %d styles, %d SKUs, %d documents (%s to %s). "
                              "Sign in as admin / admin.\n",
                      summary.styles, summary.skus, summary.documents, summary.firstDate.c_str(),
