@@ -100,11 +100,7 @@ TField::TField(TClientDataSet* dataSet, const AnsiString& name, TFieldType type,
     : FieldName(name), DataType(type), Size(size), DisplayLabel(label.isEmpty() ? name : label),
       FieldKind(kind), dataSet_(dataSet) {}
 
-int TField::Index() const {
-    for (int i = 0; i < dataSet_->FieldCount(); ++i)
-        if (dataSet_->Fields(i) == this) return i;
-    return -1;
-}
+int TField::Index() const { return index_; }
 
 QVariant TField::Value() const {
     const int row = dataSet_->activeRow();
@@ -299,7 +295,7 @@ TClientDataSet::~TClientDataSet() = default;
 TField* TClientDataSet::AddField(const AnsiString& name, TFieldType type, int size, const AnsiString& label,
                                  TFieldKind kind) {
     if (FindField(name)) throw EDatabaseError("字段重复: " + name);
-    fields_.push_back(std::make_unique<TField>(this, name, type, size, label, kind));
+    pushField(std::make_unique<TField>(this, name, type, size, label, kind));
     for (auto& row : rows_) row.resize(int(fields_.size()));
     if (kind == fkCalculated) RefreshCalcFields();
     emit structureChanged();
@@ -308,7 +304,7 @@ TField* TClientDataSet::AddField(const AnsiString& name, TFieldType type, int si
 
 void TClientDataSet::ClearFields() {
     Close();
-    fields_.clear();
+    clearFieldList();
     emit structureChanged();
 }
 
@@ -317,8 +313,24 @@ TField* TClientDataSet::FindField(const AnsiString& name) const {
     return i < 0 ? nullptr : fields_[size_t(i)].get();
 }
 
+TField* TClientDataSet::pushField(std::unique_ptr<TField> field) {
+    field->index_ = int(fields_.size());
+    fieldsByName_.insert(field->FieldName.trimmed().toUpper(), field->index_);
+    fields_.push_back(std::move(field));
+    return fields_.back().get();
+}
+
+void TClientDataSet::clearFieldList() {
+    fields_.clear();
+    fieldsByName_.clear();
+}
+
 int TClientDataSet::FieldIndex(const AnsiString& name) const {
     const QString n = name.trimmed();
+    const auto hit = fieldsByName_.constFind(n.toUpper());
+    if (hit != fieldsByName_.constEnd() && fields_[size_t(*hit)]->FieldName.compare(n, Qt::CaseInsensitive) == 0)
+        return *hit;
+    // A field renamed after it was added is still found.
     for (size_t i = 0; i < fields_.size(); ++i)
         if (fields_[i]->FieldName.compare(n, Qt::CaseInsensitive) == 0) return int(i);
     return -1;
@@ -353,13 +365,13 @@ void TClientDataSet::Open() {
 
 void TClientDataSet::LoadFromResult(const qx::db::ResultSet& result) {
     if (state_ == dsEdit || state_ == dsInsert) Cancel();
-    fields_.clear();
+    clearFieldList();
     for (const auto& c : result.columns) {
         QString name = QString::fromStdString(c.name);
         // Two columns of one name (SELECT a.X, b.X): the second is X_1, as datasets name them.
         QString unique = name;
         for (int n = 1; FindField(unique); ++n) unique = name + "_" + QString::number(n);
-        fields_.push_back(std::make_unique<TField>(this, unique, fromDbType(c.type), c.size, unique, fkData));
+        pushField(std::make_unique<TField>(this, unique, fromDbType(c.type), c.size, unique, fkData));
     }
     rows_.clear();
     rows_.reserve(qsizetype(result.rows.size()));
@@ -758,12 +770,12 @@ void TClientDataSet::LoadFromFile(const QString& fileName) {
     if (error.error != QJsonParseError::NoError || !doc.isObject())
         throw EDatabaseError("文件格式不正确: " + fileName);
     if (state_ == dsEdit || state_ == dsInsert) Cancel();
-    fields_.clear();
+    clearFieldList();
     for (const auto& fv : doc.object()["fields"].toArray()) {
         const QJsonObject o = fv.toObject();
-        fields_.push_back(std::make_unique<TField>(this, o["name"].toString(), typeFromName(o["type"].toString()),
-                                                   o["size"].toInt(), o["label"].toString(),
-                                                   o["calculated"].toBool() ? fkCalculated : fkData));
+        pushField(std::make_unique<TField>(this, o["name"].toString(), typeFromName(o["type"].toString()),
+                                           o["size"].toInt(), o["label"].toString(),
+                                           o["calculated"].toBool() ? fkCalculated : fkData));
     }
     rows_.clear();
     for (const auto& rv : doc.object()["rows"].toArray()) {

@@ -18,6 +18,7 @@
 // for every row after a load, after each change in the edit state and on Post.
 // TDataSetModel shows a dataset in any Qt view (one column per visible field).
 #include <QAbstractTableModel>
+#include <QHash>
 #include <QDateTime>
 #include <QObject>
 #include <QString>
@@ -94,7 +95,9 @@ public:
     QVariant Convert(const QVariant& value) const;
 
 private:
+    friend class TClientDataSet;
     TClientDataSet* dataSet_;
+    int index_ = -1;  // position in the dataset (fields are only appended or replaced whole)
 };
 
 class QX_FRAMEWORK_EXPORT TClientDataSet : public QObject {
@@ -212,8 +215,11 @@ private:
     void requireEditable() const;
     void notifyRow(int row);
     void notifyReset();
+    TField* pushField(std::unique_ptr<TField> field);
+    void clearFieldList();
 
     std::vector<std::unique_ptr<TField>> fields_;
+    QHash<QString, int> fieldsByName_;  // upper-cased names
     QList<QVector<QVariant>> rows_;
     QVector<QVariant> savedRow_;  // the row before Edit, for Cancel
     int current_ = -1;
