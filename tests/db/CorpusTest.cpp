@@ -8,7 +8,6 @@
 #include <sstream>
 
 #include "DbTestSupport.h"
-#include "db/tools/DemoData.h"
 
 namespace qx::dbtest {
 namespace {
@@ -46,27 +45,13 @@ std::vector<CorpusEntry> loadCorpus() {
     return entries;
 }
 
-// The demo shop the corpus's sample values come from, created once per test run.
-const std::string& demoDatabase() {
-    static TempDir dir;
-    static const std::string path = [] {
-        const std::string file = dir.file("corpus-demo.db");
-        demo::Options options;
-        options.seed = 7;
-        options.endDate = "2026-06-30";
-        demo::createDemoDatabase(file, options);
-        return file;
-    }();
-    return path;
-}
-
 class Corpus : public ::testing::TestWithParam<CorpusEntry> {};
 
 TEST_P(Corpus, RunsOnTheDemoShop) {
     const CorpusEntry& entry = GetParam();
     TempDir dir;
     const std::string copy = dir.file("shop.db");
-    std::filesystem::copy_file(demoDatabase(), copy);
+    std::filesystem::copy_file(sharedDemoShop(), copy);  // the demo shop the sample values come from
     auto db = db::openSqlite(copy);
     SCOPED_TRACE("corpus/statements.sql:" + std::to_string(entry.line) + " " + entry.name);
     try {

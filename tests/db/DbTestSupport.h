@@ -10,6 +10,10 @@
 #include <string>
 
 #include "db/Database.h"
+#include "db/tools/DemoData.h"
+
+#include <dlfcn.h>
+#include <sys/stat.h>
 
 namespace qx::dbtest {
 
@@ -114,6 +118,33 @@ inline std::string quotedSizes(const Sizes& s) {
     std::string out;
     for (int i = 0; i < 10; ++i) out += (i ? "," : "") + ("'" + std::to_string(s[i]) + "'");
     return out;
+}
+
+// The demo shop most tests read (seed 7, last business day 2026-06-30), generated once and
+// shared by the test processes of one build: the file name carries the size and time of the
+// library that generated it, so a rebuilt generator or schema makes a new one. Tests copy it
+// before they write.
+inline const std::string& sharedDemoShop() {
+    static const std::string path = [] {
+        Dl_info info{};
+        struct stat library{};
+        dladdr(reinterpret_cast<void*>(&demo::generate), &info);
+        if (!info.dli_fname || stat(info.dli_fname, &library) != 0) throw std::runtime_error("cannot locate libqx_db");
+        const auto dir = std::filesystem::temp_directory_path();
+        const auto file = dir / ("qxck-demo-seed7-" + std::to_string(library.st_size) + "-" +
+                                 std::to_string(static_cast<long long>(library.st_mtime)) + ".db");
+        if (!std::filesystem::exists(file)) {
+            std::random_device rd;
+            const auto partial = dir / ("qxck-demo-partial-" + std::to_string(rd()) + ".db");
+            demo::Options options;
+            options.seed = 7;
+            options.endDate = "2026-06-30";
+            demo::createDemoDatabase(partial.string(), options);
+            std::filesystem::rename(partial, file);  // atomic: parallel test processes may race here
+        }
+        return file.string();
+    }();
+    return path;
 }
 
 }  // namespace qx::dbtest
