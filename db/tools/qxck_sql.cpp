@@ -37,10 +37,16 @@ int main(int argc, char** argv) {
         auto db = qx::db::openSqlite(argv[2]);
         const auto result = db->open(batch);
         std::string out;
-        for (std::size_t c = 0; c < result.columns.size(); ++c) out += (c ? "\t" : "") + result.columns[c].name;
+        for (std::size_t c = 0; c < result.columns.size(); ++c) {
+            if (c) out += '\t';
+            out += result.columns[c].name;
+        }
         if (!result.columns.empty()) out += "\n";
         for (const auto& row : result.rows) {
-            for (std::size_t c = 0; c < row.size(); ++c) out += (c ? "\t" : "") + field(row[c]);
+            for (std::size_t c = 0; c < row.size(); ++c) {
+                if (c) out += '\t';
+                out += field(row[c]);
+            }
             out += "\n";
         }
         std::fwrite(out.data(), 1, out.size(), stdout);
