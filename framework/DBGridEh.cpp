@@ -409,10 +409,10 @@ TDBGridEh::TDBGridEh(QWidget* parent, const QString& objectName) : QTableView(pa
     setAlternatingRowColors(false);
     connect(header_, &QHeaderView::sectionClicked, this, [this](int section) {
         emit titleClicked(section);
-        if (OnTitleClick && section >= 0 && section < ColumnCount()) {
-            TColumnEh* c = Columns(section);
-            qx::guard([&] { OnTitleClick(c); });
-        }
+        if (section < 0 || section >= ColumnCount()) return;
+        TColumnEh* c = Columns(section);
+        if (OnTitleClick) qx::guard([&] { OnTitleClick(c); });
+        else if (SortOnTitleClick) qx::guard([&] { SortByColumn(c); });
     });
     connect(header_, &QHeaderView::sectionResized, this, [this](int logical, int, int size) {
         if (logical >= 0 && logical < ColumnCount()) Columns(logical)->Width = size;
@@ -690,6 +690,15 @@ void TDBGridEh::updateFrozenView() {
     frozenView_->horizontalHeader()->setFixedHeight(header_->height());
     const int left = frameWidth() + (verticalHeader()->isVisible() ? verticalHeader()->width() : 0);
     frozenView_->setGeometry(left, frameWidth(), width, viewport()->height() + header_->height());
+}
+
+void TDBGridEh::SortByColumn(TColumnEh* column) {
+    if (!column || !dataSet_ || !column->Field()) return;
+    const bool ascending = property("qx_sort").toString() != column->FieldName + "+";
+    setProperty("qx_sort", column->FieldName + (ascending ? "+" : "-"));
+    dataSet_->SortBy(column->FieldName, ascending);
+    header_->setSortIndicatorShown(true);
+    header_->setSortIndicator(column->Index(), ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }
 
 void TDBGridEh::SetReadOnly(bool readOnly) {

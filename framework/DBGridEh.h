@@ -154,6 +154,10 @@ public:
     std::function<bool(QPainter* Painter, const QRect& Rect, TColumnEh* Column, const TCellParams& Params)>
         OnDrawColumnCell;
     std::function<void(TColumnEh* Column)> OnTitleClick;
+    // Without an OnTitleClick, a title click sorts the rows by that column (again: descending)
+    // when this is on (reports and details turn it on).
+    bool SortOnTitleClick = false;
+    void SortByColumn(TColumnEh* column);
     std::function<void(TColumnEh* Column)> OnCellButtonClick;  // the "..." of a column's cell
     std::function<void()> OnDblClick;
     // A key pressed in the grid (not while an editor is open). Set handled to keep it.

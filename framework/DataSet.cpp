@@ -433,6 +433,7 @@ void TClientDataSet::Close() {
 
 void TClientDataSet::setCurrent(int row, bool notify) {
     CheckBrowseMode();
+    if (notify && BeforeScroll) BeforeScroll(this);
     const int previous = current_;
     current_ = rows_.isEmpty() ? -1 : std::clamp(row, 0, int(rows_.size()) - 1);
     Q_UNUSED(previous);

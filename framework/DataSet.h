@@ -171,6 +171,7 @@ public:
     TDataSetNotifyEvent AfterInsert;
     TDataSetNotifyEvent BeforeDelete;
     TDataSetNotifyEvent AfterDelete;
+    TDataSetNotifyEvent BeforeScroll;
     TDataSetNotifyEvent AfterScroll;
     TDataSetNotifyEvent AfterOpen;
     TDataSetNotifyEvent OnCalcFields;

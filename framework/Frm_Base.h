@@ -222,6 +222,8 @@ public:
     TClientDataSet* AdoQry_Work;
 };
 
+// Detail forms opened from other screens (drill-downs): a read-only grid over AdoQry_Main
+// (multi-select, copy, sort by title click) between the condition panel and the buttons.
 class QX_FRAMEWORK_EXPORT TFrm_Base_Detail : public TFrm_Base_Dialog {
     Q_OBJECT
 public:
@@ -229,7 +231,8 @@ public:
     // --- virtual operations, in this order
     virtual void RefreshData();
     virtual void SaveData();
-    // Opens the detail for a key of the master dataset (positioned on the chosen row).
+    // Opens the detail for a text its opener passes (a key of the master row, or a mode such as
+    // "ReadOnly") on the master dataset positioned on the chosen row.
     virtual void InitForm(AnsiString Key, TClientDataSet* Master);
     void FormCreate() { TFrm_Base_Dialog::FormCreate(); }
 

@@ -1,6 +1,7 @@
 #include "framework/Frm_Base_Qry.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QLabel>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -17,10 +18,13 @@ TFrm_Base_Qry::TFrm_Base_Qry(QWidget* Owner) : TFrm_Base_Panel(Owner) {
     AdoQry_Main->setObjectName("AdoQry_Main");
     DBGridEh = new TDBGridEh(this, "DBGridEh");
     DBGridEh->SetReadOnly(true);
+    DBGridEh->SetMultiSelect(true);
+    DBGridEh->SortOnTitleClick = true;
     DBGridEh->SetDataSet(AdoQry_Main);
     MainLayout()->addWidget(DBGridEh, 1);
 
     Act_Locate = AddAction("Act_Locate", tr("查询"), QKeySequence(Qt::Key_F3), [this] { Act_LocateExecute(Act_Locate); });
+    Act_Filter = AddAction("Act_Filter", tr("过滤"), {}, [this] { Act_LocateExecute(Act_Filter); });
     Act_Refresh = AddAction("Act_Refresh", tr("刷新"), QKeySequence(Qt::Key_F5), [this] { Act_RefreshExecute(Act_Refresh); });
     Act_Print = AddAction("Act_Print", tr("打印"), QKeySequence(Qt::CTRL | Qt::Key_P), [this] { Act_PrintExecute(Act_Print); });
     Act_Preview = AddAction("Act_Preview", tr("预览"), {}, [this] { Act_PreviewExecute(Act_Preview); });
@@ -88,16 +92,23 @@ void TFrm_Base_Qry::Act_PreviewExecute(QObject*) {
 void TFrm_Base_Qry::Act_ExportExecute(QObject*) { qx::grid::exportCsvWithDialog(DBGridEh, Caption()); }
 void TFrm_Base_Qry::Act_ShowReportExecute(QObject*) { Act_PreviewExecute(Act_ShowReport); }
 void TFrm_Base_Qry::Act_OrderExecute(QObject*) {
-    // Sorts the rows by the current column (ascending, again: descending).
-    TColumnEh* c = DBGridEh->CurrentColumn();
-    if (!c) return;
-    const bool ascending = DBGridEh->property("qx_sort").toString() != c->FieldName + "+";
-    DBGridEh->setProperty("qx_sort", c->FieldName + (ascending ? "+" : "-"));
-    AdoQry_Main->SortBy(c->FieldName, ascending);
+    // The sort dialog over the report's columns.
+    auto* order = new TFrm_Sys_SortOrder(this);
+    order->InitForm(DBGridEh, "");
+    if (TColumnEh* c = DBGridEh->CurrentColumn()) order->Cmb_Field->setCurrentIndex(order->Cmb_Field->findData(c->FieldName));
+    order->ShowModal();
+    order->Release();
 }
 void TFrm_Base_Qry::Act_QuitExecute(QObject*) { close(); }
 void TFrm_Base_Qry::DBGridEhGetCellParams(QObject*, TColumnEh*, TCellParams&) {}
-void TFrm_Base_Qry::DBGridEhDblClick(QObject*) {}
+void TFrm_Base_Qry::DBGridEhDblClick(QObject*) {
+    if (!DetailForm || !AdoQry_Main->Active() || AdoQry_Main->IsEmpty()) return;
+    const QString key = !KeyField.isEmpty() && AdoQry_Main->FindField(KeyField)
+                            ? AdoQry_Main->FieldByName(KeyField)->AsString()
+                            : QString();
+    DetailForm->InitForm(key, AdoQry_Main);
+    DetailForm->ShowModal();
+}
 
 // ---------------------------------------------------------------- TFrm_Base_Outer
 
@@ -107,6 +118,7 @@ TFrm_Base_Outer::TFrm_Base_Outer(QWidget* Owner) : TFrm_Base_Panel(Owner) {
     DBGridEh = new TDBGridEh(this, "DBGridEh");
     DBGridEh->SetReadOnly(true);
     DBGridEh->setSelectionBehavior(QAbstractItemView::SelectRows);
+    DBGridEh->SortOnTitleClick = true;
     DBGridEh->SetDataSet(AdoQry_Main);
     MainLayout()->addWidget(DBGridEh, 1);
     Act_Add = AddAction("Act_Add", tr("新增"), QKeySequence(Qt::Key_Insert), [this] { Act_AddExecute(Act_Add); });

@@ -1,8 +1,8 @@
 #pragma once
 // TFrm_Base_Qry: the report base. Toolbar Act_Locate (F3: the condition dialog, then GetData),
 // Act_Refresh (F5: GetData again), Act_Print, Act_Preview, Act_Export (CSV), Act_ShowReport,
-// Act_Order, Act_Quit; the condition label Lab_Condition above the grid (DBGridEh over
-// AdoQry_Main).
+// Act_Order, Act_Filter, Act_Quit; the condition label Lab_Condition above the grid (DBGridEh
+// over AdoQry_Main, read-only, multi-select, Ctrl+C copies, a title click sorts).
 // TFrm_Base_Outer: a master list (Act_Add, Act_Modify, Act_Delete, Act_Refresh, Act_Print,
 // Act_Export, Act_Quit) over AdoQry_Main / DBGridEh.
 //
@@ -54,10 +54,14 @@ public:
     bool ShowCost = true;
     AnsiString ReportTitle;  // print title (defaults to the caption)
     TFrm_Sys_Filter* FilterForm = nullptr;
+    // The drill-down: a double click on a row calls its InitForm(key of the row (KeyField), the
+    // main dataset positioned on the row) and shows it modally.
+    TFrm_Base_Detail* DetailForm = nullptr;
 
     TClientDataSet* AdoQry_Main;
     TDBGridEh* DBGridEh;
     QAction* Act_Locate;
+    QAction* Act_Filter;  // the condition dialog again (as Act_Locate)
     QAction* Act_Refresh;
     QAction* Act_Print;
     QAction* Act_Preview;

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
@@ -775,6 +777,60 @@ TEST_F(FrameworkScreenTest, ScreenshotsOfListAndEntry) {
     e->AdoQry_Main->Cancel();
     e->Modified = false;
     delete list;
+}
+
+}  // namespace
+
+namespace {
+
+class CountingDetail : public TFrm_Base_Detail {
+public:
+    using TFrm_Base_Detail::TFrm_Base_Detail;
+    void InitForm(AnsiString key, TClientDataSet* master) override {
+        TFrm_Base_Detail::InitForm(key, master);
+        opened << key + "@" + master->FieldByName("WL_ID")->AsString();
+    }
+    QStringList opened;
+};
+
+TEST_F(FrameworkScreenTest, ReportDrillsDownSortsAndOrders) {
+    db->answer("FROM d1802", table({"WL_ID", "KC"}, {{s("K0101"), n(2)}, {s("K0102"), n(7)}, {s("K0103"), n(5)}}));
+    TFrm_Base_Qry report;
+    Trecord rec;
+    rec.FuncCode = 255;
+    report.InitForm(rec);
+    auto* detail = new CountingDetail(&report);
+    report.DetailForm = detail;
+    report.KeyField = "WL_ID";
+    report.QrySql = "SELECT WL_ID, KC FROM d1802";
+    report.Act_Refresh->trigger();
+    report.AdoQry_Main->SetRecNo(2);
+    qx::ui::setModalHandler([](TFrm_Base* d) {
+        d->SetModalResult(mrCancel);
+        return int(mrCancel);
+    });
+    report.DBGridEhDblClick(report.DBGridEh);
+    EXPECT_EQ(detail->opened, QStringList{"K0102@K0102"});
+    EXPECT_EQ(detail->FuncNo, "255");
+    // A title click sorts, again descending.
+    report.DBGridEh->SortByColumn(report.DBGridEh->ColumnByField("KC"));
+    report.AdoQry_Main->First();
+    EXPECT_EQ(report.AdoQry_Main->FieldByName("KC")->AsInteger(), 2);
+    report.DBGridEh->SortByColumn(report.DBGridEh->ColumnByField("KC"));
+    report.AdoQry_Main->First();
+    EXPECT_EQ(report.AdoQry_Main->FieldByName("KC")->AsInteger(), 7);
+    // The sort dialog.
+    qx::ui::setModalHandler([](TFrm_Base* d) {
+        auto* order = dynamic_cast<TFrm_Sys_SortOrder*>(d);
+        if (!order) return int(mrCancel);
+        order->Cmb_Field->setCurrentIndex(order->Cmb_Field->findData("WL_ID"));
+        order->Chk_Desc->setChecked(true);
+        order->btn_ok->click();
+        return order->ModalResult();
+    });
+    report.Act_Order->trigger();
+    report.AdoQry_Main->First();
+    EXPECT_EQ(report.AdoQry_Main->FieldByName("WL_ID")->AsString(), "K0103");
 }
 
 }  // namespace
