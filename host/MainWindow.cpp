@@ -1,6 +1,7 @@
 #include "host/MainWindow.h"
 
 #include <QAction>
+#include <algorithm>
 #include <QApplication>
 #include <QChildEvent>
 #include <QDialog>
@@ -113,7 +114,7 @@ void MainWindow::openFunction(int code) {
 }
 
 void MainWindow::takeInShownScreens() {
-    const auto candidates = watched_.values();
+    const auto candidates = watched_;
     for (QObject* object : candidates) {
         auto* widget = qobject_cast<QWidget*>(object);
         if (!widget || widget->parent() != this) continue;
@@ -136,12 +137,20 @@ bool MainWindow::isScreenCandidate(QWidget* widget) {
 
 void MainWindow::embedScreen(QWidget* screen) {
     if (!screen || tabs_->indexOf(screen) >= 0) return;
-    watched_.remove(screen);
+    unwatch(screen);
     screen->removeEventFilter(this);
     const int index = tabs_->addTab(screen, screen->windowTitle());
     screen->show();
     tabs_->setCurrentIndex(index);
     screen->installEventFilter(this);  // follows its title from now on
+}
+
+bool MainWindow::isWatched(QObject* object) const {
+    return std::any_of(watched_.begin(), watched_.end(), [object](const QPointer<QObject>& w) { return w == object; });
+}
+
+void MainWindow::unwatch(QObject* object) {
+    watched_.removeIf([object](const QPointer<QObject>& w) { return w.isNull() || w == object; });
 }
 
 void MainWindow::childEvent(QChildEvent* event) {
@@ -150,15 +159,15 @@ void MainWindow::childEvent(QChildEvent* event) {
     // The child is still being constructed: decide when it shows itself.
     if (event->child()->isWidgetType()) {
         QObject* child = event->child();
-        watched_.insert(child);
+        watched_.removeAll(nullptr);  // children gone meanwhile
+        watched_.append(child);
         child->installEventFilter(this);
-        connect(child, &QObject::destroyed, this, [this](QObject* gone) { watched_.remove(gone); });
     }
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     auto* widget = qobject_cast<QWidget*>(watched);
-    if (widget && watched_.contains(watched)) {
+    if (widget && isWatched(watched)) {
         if (event->type() == QEvent::Show || event->type() == QEvent::ShowToParent) {
             if (isScreenCandidate(widget) && widget->parent() == this) {
                 // Embedding re-parents the widget; do it once the show has been handled.
@@ -166,7 +175,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
                     if (w && !w->isHidden() && w->parent() == this) embedScreen(w);
                 }, Qt::QueuedConnection);
             } else {
-                watched_.remove(watched);
+                unwatch(watched);
                 watched->removeEventFilter(this);
             }
         }

@@ -4,7 +4,6 @@
 // owned by this window and, once it shows itself, is taken in as a tab.
 #include <QMainWindow>
 #include <QPointer>
-#include <QSet>
 
 #include "host/ModuleLoader.h"
 
@@ -55,7 +54,10 @@ private:
     QLabel* databaseLabel_ = nullptr;
     QLabel* homeText_ = nullptr;
     bool acceptingScreens_ = false;  // false while the window builds its own widgets
-    QSet<QObject*> watched_;         // children that may still show themselves as screens
+    // Children that may still show themselves as screens (guarded: they may go at any time).
+    QList<QPointer<QObject>> watched_;
+    bool isWatched(QObject* object) const;
+    void unwatch(QObject* object);
 };
 
 }  // namespace qx::host

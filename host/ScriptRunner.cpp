@@ -220,7 +220,7 @@ void ScriptRunner::execute(const ScriptCommand& command) {
     else if (verb == "key") key(args);
     else if (verb == "answer") answer(args);
     else if (verb == "grid") selectGrid(args);
-    else if (verb == "row" || verb == "append" || verb == "insert" || verb == "edit" ||
+    else if (verb == "row" || verb == "locate" || verb == "append" || verb == "insert" || verb == "edit" ||
              verb == "cell" || verb == "post" || verb == "cancel" || verb == "delete")
         gridCommand(verb, args);
     else if (verb == "dump") dump(args);
@@ -433,6 +433,14 @@ void ScriptRunner::gridCommand(const QString& verb, const QStringList& args) {
         if (row < 1 || row > count)
             fail(QString("row %1 is not between 1 and %2").arg(args[0]).arg(count));
         qx::guard([&] { ds->SetRecNo(row); });
+        return;
+    }
+    if (verb == "locate") {
+        requireArgs(args, 2, 2, "locate FIELD VALUE");
+        if (!ds->FindField(args[0])) fail(QString("grid %1 has no field '%2'").arg(grid->objectName(), args[0]));
+        bool found = false;
+        qx::guard([&] { found = ds->Locate(args[0], args[1], loCaseInsensitive); });
+        if (!found) fail(QString("no row with %1 = %2 in grid %3").arg(args[0], args[1], grid->objectName()));
         return;
     }
     if (verb == "cell") {

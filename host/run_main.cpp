@@ -1,5 +1,5 @@
 // qxck-run: runs a script against the stock module without a display.
-//   qxck-run --db FILE [--user ID --password PW] [--approval] [--out FILE] SCRIPT
+//   qxck-run --db FILE [--user ID --password PW] [--approval] [--today DATE] [--trace] [--out FILE] SCRIPT
 // The script language is described in ScriptRunner.md. Exit code 0 when every command ran,
 // 1 when one failed (the output says which line and why), 2 when the run could not start.
 #include <QApplication>
@@ -9,6 +9,7 @@
 #include <cstdio>
 
 #include "db/Database.h"
+#include "framework/Frm_Base.h"
 #include "framework/U_dataop.h"
 #include "host/MainWindow.h"
 #include "host/ModuleLoader.h"
@@ -38,6 +39,7 @@ int main(int argc, char** argv) {
     parser.addOption({"user", "Sign in as this user before the script runs.", "id"});
     parser.addOption({"password", "The user's password.", "password"});
     parser.addOption({"approval", "Documents need approval (new documents wait with T=0)."});
+    parser.addOption({"today", "The day the screens take as today (YYYY-MM-DD).", "date"});
     parser.addOption({"trace", "Echo every command before it runs."});
     parser.addOption({"out", "Write the output to this file instead of standard output.", "file"});
     parser.addPositionalArgument("script", "The script file ('-' reads standard input).");
@@ -55,6 +57,12 @@ int main(int argc, char** argv) {
         commands = qx::host::parseScript(QString::fromUtf8(scriptFile.readAll()));
     } catch (const std::exception& e) {
         return fail(QString::fromUtf8(e.what()));
+    }
+
+    if (parser.isSet("today")) {
+        const QDate today = QDate::fromString(parser.value("today"), Qt::ISODate);
+        if (!today.isValid()) return fail(QString("--today %1 is not a date (YYYY-MM-DD)").arg(parser.value("today")));
+        qx::ui::setToday(today);
     }
 
     std::shared_ptr<qx::db::Database> db;

@@ -58,6 +58,10 @@ TEST(RunnerProgram, MissingDatabaseOrRefusedLoginGivesExitCodeTwo) {
 
     qx::test::ShopFixture shop;
     shop.db.reset();
+    run = runProgram({"--db", shop.path(), "--today", "2026-02-30"}, "echo x\n");
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.err.contains("--today 2026-02-30 is not a date")) << run.err.toStdString();
+
     run = runProgram({"--db", shop.path(), "--user", "admin", "--password", "x"}, "echo x\n");
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_TRUE(run.err.contains("用户名或密码错误!")) << run.err.toStdString();

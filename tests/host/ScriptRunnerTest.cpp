@@ -10,6 +10,7 @@
 
 #include "frame/DispatchTesting.h"
 #include "frame/Qxfunc2.h"
+#include "framework/DataSet.h"
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "host/MainWindow.h"
@@ -52,6 +53,7 @@ protected:
         qx::frame::testing::setFactory(901, &qx::frame::screen<qx::test::TQXTESTSET, &qx::test::QXTESTSET>);
     }
     void TearDown() override {
+        window.reset();
         qx::frame::testing::clearFactories();
         qx::dataop::setDatabase(nullptr);
         ResetGlobals();
@@ -61,9 +63,10 @@ protected:
     int run(const QString& script) {
         output.clear();
         QTextStream out(&output);
-        qx::host::MainWindow window(&QXProc2, shop.path());
-        window.show();
-        qx::host::ScriptRunner runner(window, *shop.db, out);
+        // The window outlives the run, so the test can look at the screens the script left.
+        window = std::make_unique<qx::host::MainWindow>(&QXProc2, shop.path());
+        window->show();
+        qx::host::ScriptRunner runner(*window, *shop.db, out);
         runner.setTrace(qEnvironmentVariableIsSet("QXCK_TRACE"));
         const int rc = runner.run(parseScript(script));
         if (qEnvironmentVariableIsSet("QXCK_TRACE")) fprintf(stderr, "%s", output.toUtf8().constData());
@@ -73,6 +76,7 @@ protected:
 
     ShopFixture shop{3, "1,1,6,0"};
     QString output;
+    std::unique_ptr<qx::host::MainWindow> window;
 };
 
 TEST_F(ScriptRunnerTest, RunsAScriptAgainstTheRealEntry) {
@@ -87,6 +91,9 @@ cell CK_ID 09
 cell CK_NAME "新 仓"
 post
 expect rows 4
+locate ck_id 02
+cell CK_NAME 二号仓
+post
 dump sql
 open 901
 expect screen 测试设置
@@ -108,7 +115,12 @@ screenshot %1 main
     EXPECT_TRUE(output.contains("back\n== messages\nquestion: 是否保存设置? -> y\n")) << output.toStdString();
     EXPECT_EQ(qx::test::TQXTESTSET::savedText, "O'Neil 服饰");
     EXPECT_TRUE(qx::test::TQXTESTSET::savedChecked);
-    EXPECT_EQ(qx::test::QXTESTQRY->AdoQry_Main->RecordCount(), 4);
+    TClientDataSet* ds = qx::test::QXTESTQRY->AdoQry_Main;
+    EXPECT_EQ(ds->RecordCount(), 4);
+    ASSERT_TRUE(ds->Locate("CK_ID", "02"));
+    EXPECT_EQ(ds->FieldByName("CK_NAME")->AsString(), "二号仓");
+    ASSERT_TRUE(ds->Locate("CK_ID", "09"));
+    EXPECT_EQ(ds->FieldByName("CK_NAME")->AsString(), "新 仓");
     EXPECT_FALSE(QImage(shot).isNull()) << shot.toStdString();
 }
 
@@ -130,6 +142,12 @@ TEST_F(ScriptRunnerTest, FailingCommandStopsWithItsLine) {
     EXPECT_TRUE(output.contains("error at line 3 (set NoSuchEdit x): no control 'NoSuchEdit'"))
         << output.toStdString();
     EXPECT_FALSE(output.contains("never"));
+}
+
+TEST_F(ScriptRunnerTest, LocatingAMissingRowFails) {
+    EXPECT_EQ(run("login admin admin\nopen 255\nlocate CK_ID 77\n"), 1);
+    EXPECT_TRUE(output.contains("error at line 3 (locate CK_ID 77): no row with CK_ID = 77 in grid DBGridEh"))
+        << output.toStdString();
 }
 
 TEST_F(ScriptRunnerTest, WrongPasswordFails) {
