@@ -148,7 +148,8 @@ public:
         if (!index.isValid()) return fl;
         TColumnEh* c = grid_->Columns(index.column());
         TField* f = c->Field();
-        if (!grid_->readOnly_ && !c->ReadOnly && f && !f->ReadOnly && f->FieldKind == fkData)
+        if (!grid_->readOnly_ && !c->ReadOnly && f && !f->ReadOnly && f->FieldKind == fkData &&
+            (!grid_->CanEditCell || grid_->CanEditCell(index.row(), c)))
             fl |= Qt::ItemIsEditable;
         return fl;
     }

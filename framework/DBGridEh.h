@@ -153,6 +153,8 @@ public:
     // Return true when the cell was painted completely.
     std::function<bool(QPainter* Painter, const QRect& Rect, TColumnEh* Column, const TCellParams& Params)>
         OnDrawColumnCell;
+    // May this cell take typing? (besides the grid's and the column's ReadOnly)
+    std::function<bool(int Row, TColumnEh* Column)> CanEditCell;
     std::function<void(TColumnEh* Column)> OnTitleClick;
     // Without an OnTitleClick, a title click sorts the rows by that column (again: descending)
     // when this is on (reports and details turn it on).

@@ -46,6 +46,12 @@ Tfrm_Base_Entry_Body::Tfrm_Base_Entry_Body(QWidget* Owner) : TFrm_Base_Panel(Own
     for (QAction* a : {Act_Save, Act_AddLine, Act_DeleteLine, Act_Print, Act_Quit}) ToolBar->addAction(a);
 
     DBGridEh->installEventFilter(this);
+    DBGridEh->CanEditCell = [this](int row, TColumnEh* column) {
+        // Columns tagged 1 keep what an order gave the line (its NOID names the order).
+        if (column->Tag != 1) return true;
+        const int source = AdoQry_Main->FieldIndex("NOID");
+        return source < 0 || AdoQry_Main->CellValue(row, source).toString().trimmed().isEmpty();
+    };
     DBGridEh->OnAdvance = [this](bool backwards) { moveToNextCell(backwards); };
     DBGridEh->OnKeyDown = [this](QKeyEvent* event, bool& handled) {
         // Down on the last line starts a new one (when this one has its style).
@@ -275,10 +281,20 @@ void Tfrm_Base_Entry_Body::InitForm(AnsiString Mode, TClientDataSet* Master, boo
 
 void Tfrm_Base_Entry_Body::InitSJ(bool FromStyle) {
     if (!FromStyle) return;
-    // The price of a new line: the style's purchase price, into the shown price field.
+    TClientDataSet* ds = AdoQry_Main;
+    if (TField* tag = ds->FindField("ODJ")) {
+        // Lines sold at the tag price: ODJ is the style's tag price, the discount ZK a percentage
+        // (100 = no discount), the price SJ the tag price until a discount or a hand changes it.
+        tag->SetAsFloat(styleTagPrice_);
+        if (TField* zk = ds->FindField("ZK"); zk && zk->IsNull()) zk->SetAsFloat(100);
+        if (TField* sj = ds->FindField("SJ"); sj && sj->IsNull()) sj->SetAsFloat(styleTagPrice_);
+        return;
+    }
+    // Lines bought at the purchase price: into SJ where the lines have it, else the last price
+    // field of the configuration.
+    TField* price = ds->FindField("SJ");
     const QStringList prices = SplitFields(PriceFields);
-    TField* price = nullptr;
-    for (auto it = prices.rbegin(); it != prices.rend() && !price; ++it) price = AdoQry_Main->FindField(*it);
+    for (auto it = prices.rbegin(); it != prices.rend() && !price; ++it) price = ds->FindField(*it);
     if (price && price->IsNull()) price->SetAsFloat(stylePrice_);
 }
 
@@ -655,9 +671,120 @@ bool Tfrm_Base_Entry_Body::eventFilter(QObject* watched, QEvent* event) {
 
 // ---------------------------------------------------------------- TFrm_Base_Entry_BodyC
 
+TFrm_Sys_PickOrder::TFrm_Sys_PickOrder(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
+    setObjectName("Frm_Sys_PickOrder");
+    SetCaption(tr("选择订单"));
+    AdoQry_Orders = new TClientDataSet(this);
+    AdoQry_Lines = new TClientDataSet(this);
+    DBGridEh_Orders = new TDBGridEh(this, "DBGridEh_Orders");
+    DBGridEh_Orders->SetReadOnly(true);
+    DBGridEh_Orders->setSelectionBehavior(QAbstractItemView::SelectRows);
+    DBGridEh_Orders->SetDataSet(AdoQry_Orders);
+    DBGridEh_Lines = new TDBGridEh(this, "DBGridEh_Lines");
+    DBGridEh_Lines->SetReadOnly(true);
+    DBGridEh_Lines->SetDataSet(AdoQry_Lines);
+    MainLayout()->insertWidget(1, DBGridEh_Orders, 2);
+    MainLayout()->insertWidget(2, DBGridEh_Lines, 1);
+    AdoQry_Orders->AfterScroll = [this](TDataSet*) {
+        qx::guard([this] {
+            if (AdoQry_Orders->IsEmpty()) return;
+            opensql(AdoQry_Lines, FuncNo,
+                    "SELECT D8203A.K_ID, D8203A.COL_ID, D8203A.S0, D8203A.S1, D8203A.S2, D8203A.S3, D8203A.S4, "
+                    "D8203A.S5, D8203A.S6, D8203A.S7, D8203A.S8, D8203A.S9, D8203A.DJ FROM D8203A WHERE D8203A.NOID=" +
+                        QuotedStr(AdoQry_Orders->FieldByName("NOID")->AsString()),
+                    0, 0, {}, {}, false, "1");
+        });
+    };
+    DBGridEh_Orders->OnDblClick = [this] { btn_okClick(DBGridEh_Orders); };
+    resize(640, 480);
+}
+
+void TFrm_Sys_PickOrder::InitForm(const AnsiString& warehouse) {
+    chosen_.clear();
+    opensql(AdoQry_Orders, FuncNo,
+            "SELECT D8203.NOID, D8203.BDATE, D8203.NOTE FROM D8203 WHERE D8203.CK_ID=" + QuotedStr(warehouse.trimmed()) +
+                " ORDER BY D8203.BDATE DESC, D8203.NOID DESC",
+            0, 0, {}, {}, false, "1");
+}
+
+void TFrm_Sys_PickOrder::btn_okClick(QObject* Sender) {
+    TFrm_Base_Dialog::btn_okClick(Sender);
+    if (AdoQry_Orders->IsEmpty()) {
+        DISPINFO(tr("没有可选的订单!"), 5);
+        Abort();
+    }
+    chosen_ = AdoQry_Orders->FieldByName("NOID")->AsString();
+    SetModalResult(mrOk);
+}
+
 TFrm_Base_Entry_BodyC::TFrm_Base_Entry_BodyC(QWidget* Owner) : Tfrm_Base_Entry_Body(Owner) {
     AdoQry_Main->AfterScroll = [this](TDataSet* ds) { AdoQry_MainAfterScroll(ds); };
     DBGridEh->OnDblClick = [this] { DBGridEhDblClick1(DBGridEh); };
+    OrderPicker = new TFrm_Sys_PickOrder(this);
+}
+
+void TFrm_Base_Entry_BodyC::PickOrderLines(const AnsiString& orderNo) {
+    QString sizes, names;
+    for (int i = 0; i <= 9; ++i) {
+        sizes += ", D8203A.S" + QString::number(i);
+        names += ", D1006.M" + QString::number(i);
+    }
+    opensql(AdoQry_Work, FuncNo,
+            "SELECT D8203A.K_ID, D8203A.COL_ID, D1005.COL_NAME, D1800.WL_NAME, D1800.DW_NAME" + sizes +
+                ", D8203A.DJ, D1800.PFJ" + names +
+                " FROM D8203A INNER JOIN D1800 ON D8203A.K_ID = D1800.K_ID INNER JOIN D1005 ON D8203A.COL_ID = "
+                "D1005.COL_ID LEFT OUTER JOIN D1006 ON D1800.M_ID = D1006.M_ID WHERE D8203A.NOID=" +
+                QuotedStr(orderNo),
+            0, 0, {}, {}, false, "1");
+    if (AdoQry_Work->IsEmpty()) {
+        DISPINFO(tr("订单 ") + orderNo + tr(" 没有明细!"), 5);
+        Abort();
+    }
+    TClientDataSet* lines = AdoQry_Main;
+    TClientDataSet* order = AdoQry_Work;
+    auto set = [lines](const QString& name, const QVariant& value) {
+        if (TField* f = lines->FindField(name)) f->SetValue(value);
+    };
+    lines->CheckBrowseMode();
+    lines->DisableControls();
+    try {
+        for (order->First(); !order->Eof(); order->Next()) {
+            lines->Append();
+            const QString style = order->FieldByName("K_ID")->AsString().trimmed();
+            const QString color = order->FieldByName("COL_ID")->AsString().trimmed();
+            set(StyleField, style);
+            set("COL_ID", color);
+            if (!WlField.isEmpty()) set(WlField, style + color);
+            for (const char* name : {"COL_NAME", "WL_NAME", "DW_NAME"}) set(name, order->FieldByName(name)->AsString());
+            double total = 0;
+            for (int i = 0; i <= 9; ++i) {
+                const int q = order->FieldByName(sizeField(i))->AsInteger();
+                total += q;
+                set(sizeField(i), q);
+                set("M" + QString::number(i), order->FieldByName("M" + QString::number(i))->AsString());
+            }
+            set("STOT", total);
+            const double price = order->FieldByName("DJ")->AsFloat();
+            const double tag = order->FieldByName("PFJ")->AsFloat();
+            if (lines->FindField("ODJ")) {
+                set("ODJ", tag);
+                set("OMONEY", total * tag);
+                set("ZK", tag != 0 ? price / tag * 100 : 100);
+            }
+            if (lines->FindField("SJ")) set("SJ", price);
+            else if (!SplitFields(PriceFields).isEmpty()) set(SplitFields(PriceFields).last(), price);
+            if (lines->FindField("SMONEY")) set("SMONEY", total * price);
+            set("NOID", orderNo);
+            lines->Post();
+        }
+    } catch (...) {
+        lines->Cancel();
+        lines->EnableControls();
+        throw;
+    }
+    lines->EnableControls();
+    Modified = true;
+    updateSizeTitles();
 }
 
 void TFrm_Base_Entry_BodyC::AdoQry_MainAfterScroll(TDataSet*) {
@@ -667,9 +794,19 @@ void TFrm_Base_Entry_BodyC::AdoQry_MainAfterScroll(TDataSet*) {
 void TFrm_Base_Entry_BodyC::AdoQry_MainCalcFields(TDataSet*) {}
 
 void TFrm_Base_Entry_BodyC::DBGridEhDblClick1(QObject*) {
+    if (ReadOnlyMode) return;
     TColumnEh* c = DBGridEh->CurrentColumn();
-    if (c && c->FieldName.compare(StyleField, Qt::CaseInsensitive) == 0) {
-        bool handled = false;
-        WL_IDBTNClick(DBGridEh, handled);
+    if (c && (c->FieldName.compare(StyleField, Qt::CaseInsensitive) == 0 ||
+              DBGridEh->ButtonFields.contains(c->FieldName, Qt::CaseInsensitive))) {
+        DBGridEh->OnCellButtonClick(c);
+        return;
     }
+    const QString warehouse = ControlText(WarehouseEdit).trimmed();
+    if (warehouse.isEmpty()) {
+        DISPINFO(tr("请先选择仓库!"), 5);
+        return;
+    }
+    OrderPicker->InitForm(warehouse);
+    if (OrderPicker->ShowModal() != mrOk) return;
+    PickOrderLines(OrderPicker->ChosenOrder());
 }

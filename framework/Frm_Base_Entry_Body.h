@@ -29,7 +29,8 @@
 // d1804's colours of the style (one colour is taken at once); WL_ID = K_ID + COL_ID when the
 // dataset has the field; name, unit and size names come from d1800/d1006; the price from the
 // style's CGJ (InitSJ). Size titles follow the current line ("尺码|{M0..M9}"), size columns after
-// G_CM are hidden. Enter and Tab move to the next editable cell (size cells in order, then price,
+// G_CM are hidden. Columns tagged 1 take no typing on a line taken from an order (a line whose
+// NOID field names its order). Enter and Tab move to the next editable cell (size cells in order, then price,
 // amount, note, then the next line).
 // Saving (Act_SaveExecute): post the pending line, drop empty new lines, AllCheck (false or
 // Abort stops), SaveData, SaveHeadData (the master row in append/edit state; posted after),
@@ -148,6 +149,24 @@ protected:
     QList<QPointer<QWidget>> locked_;
 };
 
+// Lines from an order (订单/补单, D8203) of the document's warehouse: the orders, newest first,
+// with the lines of the current one below; OK takes the current order.
+class QX_FRAMEWORK_EXPORT TFrm_Sys_PickOrder : public TFrm_Base_Dialog {
+    Q_OBJECT
+public:
+    explicit TFrm_Sys_PickOrder(QWidget* Owner = nullptr);
+    void InitForm(const AnsiString& warehouse);
+    void btn_okClick(QObject* Sender) override;
+    AnsiString ChosenOrder() const { return chosen_; }
+    TClientDataSet* AdoQry_Orders;
+    TClientDataSet* AdoQry_Lines;
+    TDBGridEh* DBGridEh_Orders;
+    TDBGridEh* DBGridEh_Lines;
+
+private:
+    AnsiString chosen_;
+};
+
 class QX_FRAMEWORK_EXPORT TFrm_Base_Entry_BodyC : public Tfrm_Base_Entry_Body {
     Q_OBJECT
 public:
@@ -157,5 +176,12 @@ public:
 
     void FormCreate() { Tfrm_Base_Entry_Body::FormCreate(); }
     void AdoQry_MainCalcFields(TDataSet* DataSet);
-    void DBGridEhDblClick1(QObject* Sender);
+    // Double click in the line grid: on the style or colour the goods pick lists, elsewhere the
+    // order picker (lines of an order of the head's warehouse). Virtual: screens refine it.
+    virtual void DBGridEhDblClick1(QObject* Sender);
+    // Appends the lines of an order: style, colour, names, sizes, quantities and prices (the
+    // order's price as SJ; with tag prices ODJ = the style's tag price and ZK the percentage),
+    // the line's NOID field (when it has one) naming the order.
+    void PickOrderLines(const AnsiString& orderNo);
+    TFrm_Sys_PickOrder* OrderPicker;
 };

@@ -834,3 +834,92 @@ TEST_F(FrameworkScreenTest, ReportDrillsDownSortsAndOrders) {
 }
 
 }  // namespace
+
+namespace {
+
+void addOrders(qx::test::FakeDatabase& db) {
+    db.rules.insert(db.rules.begin(),
+                    {"FROM D8203 WHERE D8203.CK_ID='01'",
+                     table({"NOID", "BDATE", "NOTE"}, {{s("O002"), s("2026-03-10"), s("")}, {s("O001"), s("2026-03-01"), s("")}})});
+    db.rules.insert(db.rules.begin(), {"FROM D8203A WHERE", table({"K_ID", "COL_ID", "S0", "S1", "DJ"}, {})});
+    std::vector<std::string> columns = {"K_ID", "COL_ID", "COL_NAME", "WL_NAME", "DW_NAME"};
+    for (int i = 0; i <= 9; ++i) columns.push_back("S" + std::to_string(i));
+    columns.push_back("DJ");
+    columns.push_back("PFJ");
+    for (int i = 0; i <= 9; ++i) columns.push_back("M" + std::to_string(i));
+    std::vector<Value> row = {s("K01"), s("01"), s("红色"), s("衬衫"), s("件"), n(2), n(1)};
+    for (int i = 2; i <= 9; ++i) row.push_back(n(0));
+    row.push_back(9.5);
+    row.push_back(99.0);
+    for (const char* m : {"S", "M", "L"}) row.push_back(s(m));
+    for (int i = 3; i <= 9; ++i) row.push_back(Value{});
+    db.rules.insert(db.rules.begin(), {"INNER JOIN D1800 ON D8203A.K_ID = D1800.K_ID", table(columns, {row})});
+}
+
+TEST_F(FrameworkScreenTest, OrderPickerCopiesTheLinesOfTheChosenOrder) {
+    addOrders(*db);
+    DemoList* list = openList();
+    list->Act_Add->trigger();
+    DemoEntry* e = list->Entry;
+    e->CK_ID->clear();
+    e->DBGridEhDblClick1(e->DBGridEh);
+    EXPECT_EQ(sink->texts().back(), "请先选择仓库!");
+    e->CK_ID->setText("01");
+    qx::ui::setModalHandler([](TFrm_Base* d) {
+        auto* picker = dynamic_cast<TFrm_Sys_PickOrder*>(d);
+        if (!picker) return int(mrCancel);
+        EXPECT_EQ(picker->AdoQry_Orders->RecordCount(), 2);
+        picker->AdoQry_Orders->Locate("NOID", "O001");
+        picker->btn_ok->click();
+        return picker->ModalResult();
+    });
+    e->DBGridEhDblClick1(e->DBGridEh);
+    TClientDataSet* lines = e->AdoQry_Main;
+    ASSERT_EQ(lines->RecordCount(), 1);
+    lines->First();
+    EXPECT_EQ(lines->FieldByName("K_ID")->AsString(), "K01");
+    EXPECT_EQ(lines->FieldByName("COL_NAME")->AsString(), "红色");
+    EXPECT_EQ(lines->FieldByName("wl_id")->AsString(), "K0101");
+    EXPECT_EQ(lines->FieldByName("STOT")->AsInteger(), 3);
+    EXPECT_DOUBLE_EQ(lines->FieldByName("sj")->AsFloat(), 9.5);
+    EXPECT_DOUBLE_EQ(lines->FieldByName("smoney")->AsFloat(), 28.5);
+    EXPECT_EQ(e->DBGridEh->ColumnByField("S1")->Title, "尺码|M");
+    EXPECT_TRUE(e->HasChanges());
+    delete list;
+}
+
+TEST_F(FrameworkScreenTest, ColumnsTaggedOneAreLockedOnLinesFromAnOrder) {
+    DemoList* list = openList();
+    list->Act_Edit->trigger();
+    DemoEntry* e = list->Entry;
+    e->AdoQry_Main->AddField("NOID", ftString, 12);
+    e->AdoQry_Main->First();
+    e->AdoQry_Main->Edit();
+    e->AdoQry_Main->FieldByName("NOID")->SetAsString("O001");
+    e->AdoQry_Main->Post();
+    TColumnEh* price = e->DBGridEh->ColumnByField("sj");
+    price->Tag = 1;
+    auto* model = e->DBGridEh->model();
+    EXPECT_FALSE(model->flags(model->index(0, price->Index())) & Qt::ItemIsEditable);
+    EXPECT_TRUE(model->flags(model->index(1, price->Index())) & Qt::ItemIsEditable);
+    EXPECT_TRUE(model->flags(model->index(0, e->DBGridEh->ColumnByField("S0")->Index())) & Qt::ItemIsEditable);
+    delete list;
+}
+
+TEST_F(FrameworkScreenTest, TagPricedLinesTakeTheStylesTagPrice) {
+    TFrm_Base_Entry_BodyC entry;
+    entry.SetBodyParam("", QString(kBodySql).replace("D8101A.DJ as sj", "D8101A.ODJ, D8101A.ZK, D8101A.DJ as sj"), "", "",
+                       "", "", "", "money,smoney,OMONEY", "dj,sj,ODJ", "S0,S1,S2,STOT,ZK", "", "", "", "K_ID", "wl_id",
+                       "NOID", "");
+    db->answer("D8101A.NOID =''", table({"K_ID", "COL_ID", "COL_NAME", "WL_NAME", "DW_NAME", "S0", "S1", "S2", "ODJ",
+                                         "ZK", "sj", "smoney", "NOTE"},
+                                        {}));
+    std::rotate(db->rules.begin(), db->rules.end() - 1, db->rules.end());  // ahead of the other line rules
+    entry.InitForm("Add", nullptr, true, true, false, 0);
+    entry.EnterStyle("K02");
+    EXPECT_DOUBLE_EQ(entry.AdoQry_Main->FieldByName("ODJ")->AsFloat(), 159);
+    EXPECT_DOUBLE_EQ(entry.AdoQry_Main->FieldByName("ZK")->AsFloat(), 100);
+    EXPECT_DOUBLE_EQ(entry.AdoQry_Main->FieldByName("sj")->AsFloat(), 159);
+}
+
+}  // namespace
