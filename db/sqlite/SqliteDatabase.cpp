@@ -374,8 +374,4 @@ std::string formatDocumentNumber(std::string_view funcNo, std::string_view yymm,
     return std::string(funcNo.substr(0, 3)) + std::string(yymm) + digits;
 }
 
-std::unique_ptr<Database> openSqlite(const std::string& path, bool create) {
-    return std::make_unique<SqliteDatabase>(path, create);
-}
-
 }  // namespace qx::db
