@@ -603,8 +603,13 @@ bool Tfrm_Base_Entry_Body::SaveDocument() {
         throw;
     }
     AdoQry_Main->EnableControls();
-    SaveHeadData();
-    if (MasterDataSet && (MasterDataSet->State() == dsEdit || MasterDataSet->State() == dsInsert)) MasterDataSet->Post();
+    // The document is saved now: a failure to show it in the list is reported, not a failed save.
+    const bool shown = qx::guard([this] {
+        SaveHeadData();
+        if (MasterDataSet && (MasterDataSet->State() == dsEdit || MasterDataSet->State() == dsInsert))
+            MasterDataSet->Post();
+    });
+    if (!shown && MasterDataSet) MasterDataSet->Cancel();
     Modified = false;
     emit saved();
     return true;

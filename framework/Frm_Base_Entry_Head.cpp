@@ -178,6 +178,9 @@ void TFrm_Base_Entry_Head::OpenEntry(const AnsiString& mode, bool readOnly) {
         DISPINFO(tr("请先选择一张单据!"), 5);
         return;
     }
+    // The list receives the saved head: it needs its columns even when no query ran yet.
+    if (AdoQry_Main->FieldCount() == 0 && !HeadSql.trimmed().isEmpty())
+        opensql(AdoQry_Main, FuncNo, HeadSql + " WHERE 1=0", 0, 0, {}, {}, false, "1");
     e->OpenEntry(mode, AdoQry_Main, readOnly);
 }
 

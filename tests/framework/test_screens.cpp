@@ -337,6 +337,7 @@ TEST_F(FrameworkScreenTest, MovingToAnotherHeadLoadsItsLines) {
 }
 
 TEST_F(FrameworkScreenTest, CancelledFilterRunsNoQuery) {
+    db->rules.insert(db->rules.begin(), {"WHERE 1=0", table({"noid", "kh_gys_id", "kg_name", "bdate", "t"}, {})});
     qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
     auto* list = new DemoList;
     Trecord rec;
@@ -920,6 +921,32 @@ TEST_F(FrameworkScreenTest, TagPricedLinesTakeTheStylesTagPrice) {
     EXPECT_DOUBLE_EQ(entry.AdoQry_Main->FieldByName("ODJ")->AsFloat(), 159);
     EXPECT_DOUBLE_EQ(entry.AdoQry_Main->FieldByName("ZK")->AsFloat(), 100);
     EXPECT_DOUBLE_EQ(entry.AdoQry_Main->FieldByName("sj")->AsFloat(), 159);
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(FrameworkScreenTest, AddWithoutAListQueryFirstTakesTheListsColumns) {
+    db->rules.insert(db->rules.begin(), {"WHERE 1=0", table({"noid", "kh_gys_id", "kg_name", "bdate", "t"}, {})});
+    qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
+    auto* list = new DemoList;
+    Trecord rec;
+    rec.FuncCode = 201;
+    list->InitForm(rec);  // filter cancelled: no head query
+    list->Act_Add->trigger();
+    EXPECT_EQ(statements(Call::Kind::OpenSql).front(), QString(kHeadSql) + " WHERE 1=0");
+    DemoEntry* e = list->Entry;
+    e->Act_AddLine->trigger();
+    e->EnterStyle("K02");
+    e->AdoQry_Main->FieldByName("S0")->SetText("1");
+    e->Act_Save->trigger();
+    EXPECT_EQ(db->executed.size(), 1u);
+    EXPECT_FALSE(e->isVisible());
+    EXPECT_EQ(list->AdoQry_Main->RecordCount(), 1);
+    EXPECT_EQ(list->AdoQry_Main->FieldByName("noid")->AsString(), "N1");
+    EXPECT_TRUE(sink->errors().isEmpty());
+    delete list;
 }
 
 }  // namespace
