@@ -35,6 +35,7 @@ TQXCK201_1::TQXCK201_1(QWidget* Owner) : TFrm_Base_Entry_BodyC(Owner) {
     AdoQry_Check = new TClientDataSet(this);
     AdoQry_Check->setObjectName("AdoQry_Check");
     Edit1->installEventFilter(this);
+    BDATE->installEventFilter(this);
     FormCreate();
 }
 
@@ -69,9 +70,12 @@ void TQXCK201_1::FormCreate() {
         edit->OnButtonClick = [this](QObject* sender) { KH_GYS_IDButtonClick(sender); };
 }
 
+// Leaving the number runs its check; leaving the date checks it against the open period.
 bool TQXCK201_1::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == Edit1 && event->type() == QEvent::FocusOut && Edit1->isEnabled() && isVisible())
-        qx::guard([this] { Edit1Exit(Edit1); });
+    if (event->type() == QEvent::FocusOut && isVisible()) {
+        if (watched == Edit1 && Edit1->isEnabled()) qx::guard([this] { Edit1Exit(Edit1); });
+        else if (watched == BDATE && !ReadOnlyMode) qx::guard([this] { CheckDateCk(BDATE); });
+    }
     return TFrm_Base_Entry_BodyC::eventFilter(watched, event);
 }
 

@@ -2,6 +2,7 @@
 // batch character for character, and what the batch leaves in the database.
 #include <sqlite3.h>
 
+#include <QFocusEvent>
 #include <QLabel>
 #include <QTest>
 
@@ -222,6 +223,25 @@ TEST_F(PurchaseEntryTest, TheNumberIsCheckedUnderTheCaptionDispatchNumber) {
     e->Edit1->clear();
     EXPECT_THROW(e->Edit1Exit(e->Edit1), EAbort);
     EXPECT_EQ(sink->texts(), QStringList{"进货单号不能为空!"});
+    delete l;
+}
+
+TEST_F(PurchaseEntryTest, ADateBeforeTheOpenPeriodIsRefusedWhenTheDateIsLeft) {
+    exec("UPDATE sys_co SET CK_END_DATE='2026-03-10'");
+    TQXCK201* l = list();
+    TQXCK201_1* e = add(l);
+    auto leaveDate = [e] {
+        QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+        QApplication::sendEvent(e->BDATE, &out);
+    };
+    e->BDATE->SetText("2026-03-09");
+    leaveDate();
+    EXPECT_EQ(sink->texts(), QStringList{"单据日期不能早于本期开始日期2026-03-10!"});
+    sink->clear();
+    e->BDATE->SetText("2026-03-10");
+    leaveDate();
+    EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
+    e->Modified = false;
     delete l;
 }
 
