@@ -24,42 +24,42 @@ std::unique_ptr<ScreenHandle> createScreen(const FunctionRow& row, QWidget* main
 // Shows the message of a blocked precondition; true when the screen may open.
 bool preconditionHolds(Precondition precondition) {
     switch (precondition) {
-    case Precondition::None:
-        return true;
-    case Precondition::SeveralWarehouses:
-        if (G_CKCOUNT_C != 0) {
-            DISPINFO(kOnlyOneWarehouseMessage, 5);
-            return false;
-        }
-        return true;
-    case Precondition::SeveralWarehousesReadableByUser:
-        // Either flag alone blocks; both lead to the same message.
-        if (G_CKCOUNT_C != 0 || G_CKCOUNT_R != 0) {
-            DISPINFO(kDistributionRightsMessage, 5);
-            return false;
-        }
-        return true;
+        case Precondition::None:
+            return true;
+        case Precondition::SeveralWarehouses:
+            if (G_CKCOUNT_C != 0) {
+                DISPINFO(kOnlyOneWarehouseMessage, 5);
+                return false;
+            }
+            return true;
+        case Precondition::SeveralWarehousesReadableByUser:
+            // Either flag alone blocks; both lead to the same message.
+            if (G_CKCOUNT_C != 0 || G_CKCOUNT_R != 0) {
+                DISPINFO(kDistributionRightsMessage, 5);
+                return false;
+            }
+            return true;
     }
     return false;
 }
 
 void open(ScreenHandle& screen, Pattern pattern, int code, const Trecord& rec) {
     switch (pattern) {
-    case Pattern::Embedded:
-        screen.setTag(code);
-        screen.initForm(rec);
-        return;
-    case Pattern::ModalDialog:
-        screen.setUserParam(rec);
-        screen.initDialog(rec);
-        screen.showModal();  // its result means nothing to the host
-        screen.release();
-        return;
-    case Pattern::ListWithParams:
-        screen.setTag(code);
-        screen.setUserParam(rec);
-        screen.initForm(rec);
-        return;
+        case Pattern::Embedded:
+            screen.setTag(code);
+            screen.initForm(rec);
+            return;
+        case Pattern::ModalDialog:
+            screen.setUserParam(rec);
+            screen.initDialog(rec);
+            screen.showModal();  // its result means nothing to the host
+            screen.release();
+            return;
+        case Pattern::ListWithParams:
+            screen.setTag(code);
+            screen.setUserParam(rec);
+            screen.initForm(rec);
+            return;
     }
 }
 
@@ -85,7 +85,9 @@ void setFactory(int code, TestFactory factory) {
     testFactories()[code] = std::move(factory);
 }
 
-void clearFactories() { testFactories().clear(); }
+void clearFactories() {
+    testFactories().clear();
+}
 
 }  // namespace testing
 }  // namespace qx::frame

@@ -5,10 +5,9 @@
 // Adding a screen is one line: its header in FunctionTable.cpp and, in its row, the factory
 //     screen<TQXCK201, &QXCK201>
 // in place of nullptr. The row already holds the pattern and the precondition.
+#include <QWidget>
 #include <memory>
 #include <span>
-
-#include <QWidget>
 
 #include "framework/U_glo.h"
 

@@ -56,7 +56,9 @@ const std::array kFunctions{
 
 }  // namespace
 
-std::span<const FunctionRow> functionTable() { return kFunctions; }
+std::span<const FunctionRow> functionTable() {
+    return kFunctions;
+}
 
 const FunctionRow* findFunction(int code) {
     const auto row = std::ranges::find(kFunctions, code, &FunctionRow::code);

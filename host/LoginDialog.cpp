@@ -45,7 +45,9 @@ LoginDialog::LoginDialog(qx::db::Database& db, const QString& coName, const QStr
     (user.isEmpty() ? user_ : password_)->setFocus();
 }
 
-QString LoginDialog::userId() const { return user_->text().trimmed(); }
+QString LoginDialog::userId() const {
+    return user_->text().trimmed();
+}
 
 void LoginDialog::tryLogin() {
     try {

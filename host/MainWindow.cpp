@@ -1,7 +1,6 @@
 #include "host/MainWindow.h"
 
 #include <QAction>
-#include <algorithm>
 #include <QApplication>
 #include <QChildEvent>
 #include <QDialog>
@@ -12,6 +11,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "framework/Frm_Base.h"
 #include "framework/U_function.h"
@@ -146,7 +146,8 @@ void MainWindow::embedScreen(QWidget* screen) {
 }
 
 bool MainWindow::isWatched(QObject* object) const {
-    return std::any_of(watched_.begin(), watched_.end(), [object](const QPointer<QObject>& w) { return w == object; });
+    return std::any_of(watched_.begin(), watched_.end(),
+                       [object](const QPointer<QObject>& w) { return w == object; });
 }
 
 void MainWindow::unwatch(QObject* object) {
@@ -171,9 +172,12 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
         if (event->type() == QEvent::Show || event->type() == QEvent::ShowToParent) {
             if (isScreenCandidate(widget) && widget->parent() == this) {
                 // Embedding re-parents the widget; do it once the show has been handled.
-                QMetaObject::invokeMethod(this, [this, w = QPointer<QWidget>(widget)] {
-                    if (w && !w->isHidden() && w->parent() == this) embedScreen(w);
-                }, Qt::QueuedConnection);
+                QMetaObject::invokeMethod(
+                    this,
+                    [this, w = QPointer<QWidget>(widget)] {
+                        if (w && !w->isHidden() && w->parent() == this) embedScreen(w);
+                    },
+                    Qt::QueuedConnection);
             } else {
                 unwatch(watched);
                 watched->removeEventFilter(this);

@@ -13,8 +13,10 @@ QString ModuleLoader::defaultPath() {
 bool ModuleLoader::load(const QString& path) {
     entry_ = nullptr;
     if (!QFileInfo::exists(path)) {
-        error_ = QString("找不到库存模块 %1 (the stock module library is missing; build it or "
-                         "put it beside the program)").arg(path);
+        error_ = QString(
+                     "找不到库存模块 %1 (the stock module library is missing; build it or "
+                     "put it beside the program)")
+                     .arg(path);
         return false;
     }
     library_.setFileName(path);

@@ -60,7 +60,8 @@ QString oneLine(QString text) {
 // character arrives as a key press carrying its text, so any script is fine, not only ASCII.
 void typeText(QWidget* widget, const QString& text) {
     for (const uint codePoint : text.toUcs4()) {
-        const QString character = QString::fromUcs4(reinterpret_cast<const char32_t*>(&codePoint), 1);
+        const QString character =
+            QString::fromUcs4(reinterpret_cast<const char32_t*>(&codePoint), 1);
         const int key = codePoint < 0x80 ? QKeySequence(character)[0].key() : Qt::Key_unknown;
         QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, character);
         QApplication::sendEvent(widget, &press);
@@ -146,7 +147,8 @@ int ScriptRunner::run(std::vector<ScriptCommand> commands) {
     ticker_->setInterval(1);
     connect(ticker_, &QTimer::timeout, this, &ScriptRunner::tick);
     ticker_->start();
-    while (!finished_) QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    while (!finished_)
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     // Dialogs the script left open are closed, so the commands blocked in them can return.
     for (int guardCount = 0; guardCount < 20 && !modalAtStart_.empty(); ++guardCount)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
@@ -168,7 +170,8 @@ void ScriptRunner::tick() {
     modalAtStart_.push_back(QApplication::activeModalWidget());
     if (trace_) {
         // To standard error, at once: a command that hangs is the last one shown.
-        std::fprintf(stderr, "> %d: %s\n", command.line, command.words.join(' ').toUtf8().constData());
+        std::fprintf(stderr, "> %d: %s\n", command.line,
+                     command.words.join(' ').toUtf8().constData());
     }
     // Qt does not re-enter a timer while its timeout runs: a command that blocks in a dialog's
     // event loop needs a timer of its own to drive the lines after it.
@@ -179,8 +182,8 @@ void ScriptRunner::tick() {
     try {
         execute(command);
     } catch (const std::exception& e) {
-        out_ << "error at line " << command.line << " (" << command.words.join(' ') << "): "
-             << QString::fromUtf8(e.what()) << "\n";
+        out_ << "error at line " << command.line << " (" << command.words.join(' ')
+             << "): " << QString::fromUtf8(e.what()) << "\n";
         finish(1);
     }
     nestedTicker.stop();
@@ -194,42 +197,67 @@ void ScriptRunner::finish(int code) {
     ticker_->stop();
     out_.flush();
     // Dialogs still open hold commands blocked in their event loops: close them, innermost first.
-    QMetaObject::invokeMethod(this, [] {
-        for (int i = 0; i < 20; ++i) {
-            QWidget* modal = QApplication::activeModalWidget();
-            if (!modal) break;
-            if (auto* dialog = qobject_cast<QDialog*>(modal)) dialog->reject();
-            else modal->close();
-        }
-    }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this,
+        [] {
+            for (int i = 0; i < 20; ++i) {
+                QWidget* modal = QApplication::activeModalWidget();
+                if (!modal) break;
+                if (auto* dialog = qobject_cast<QDialog*>(modal))
+                    dialog->reject();
+                else
+                    modal->close();
+            }
+        },
+        Qt::QueuedConnection);
 }
 
-void ScriptRunner::fail(const QString& message) const { throw ScriptError(message); }
+void ScriptRunner::fail(const QString& message) const {
+    throw ScriptError(message);
+}
 
 void ScriptRunner::execute(const ScriptCommand& command) {
     currentLine_ = command.line;
     const QString verb = command.words.value(0).toLower();
     const QStringList args = command.words.mid(1);
-    if (verb == "login") login(args);
-    else if (verb == "open") open(args);
-    else if (verb == "screen") selectScreen(args);
-    else if (verb == "set") setText(args);
-    else if (verb == "check") setChecked(args, true);
-    else if (verb == "uncheck") setChecked(args, false);
-    else if (verb == "click") click(args);
-    else if (verb == "key") key(args);
-    else if (verb == "answer") answer(args);
-    else if (verb == "grid") selectGrid(args);
-    else if (verb == "row" || verb == "locate" || verb == "append" || verb == "insert" || verb == "edit" ||
-             verb == "cell" || verb == "post" || verb == "cancel" || verb == "delete")
+    if (verb == "login")
+        login(args);
+    else if (verb == "open")
+        open(args);
+    else if (verb == "screen")
+        selectScreen(args);
+    else if (verb == "set")
+        setText(args);
+    else if (verb == "check")
+        setChecked(args, true);
+    else if (verb == "uncheck")
+        setChecked(args, false);
+    else if (verb == "click")
+        click(args);
+    else if (verb == "key")
+        key(args);
+    else if (verb == "answer")
+        answer(args);
+    else if (verb == "grid")
+        selectGrid(args);
+    else if (verb == "row" || verb == "locate" || verb == "append" || verb == "insert" ||
+             verb == "edit" || verb == "cell" || verb == "post" || verb == "cancel" ||
+             verb == "delete")
         gridCommand(verb, args);
-    else if (verb == "dump") dump(args);
-    else if (verb == "screenshot") screenshot(args);
-    else if (verb == "wait") wait(args);
-    else if (verb == "expect") expect(args);
-    else if (verb == "close") closeScreen();
-    else if (verb == "echo") out_ << args.join(' ') << "\n";
-    else fail(QString("unknown command '%1'").arg(command.words.value(0)));
+    else if (verb == "dump")
+        dump(args);
+    else if (verb == "screenshot")
+        screenshot(args);
+    else if (verb == "wait")
+        wait(args);
+    else if (verb == "expect")
+        expect(args);
+    else if (verb == "close")
+        closeScreen();
+    else if (verb == "echo")
+        out_ << args.join(' ') << "\n";
+    else
+        fail(QString("unknown command '%1'").arg(command.words.value(0)));
 }
 
 // --- what commands work on ----------------------------------------------------------------
@@ -256,7 +284,8 @@ QWidget* ScriptRunner::findControl(const QString& name) const {
     QObject* object = findObject(name);
     auto* widget = qobject_cast<QWidget*>(object);
     if (!widget)
-        fail(QString("no control '%1' on %2 (try: dump controls)").arg(name, describe(currentScreen())));
+        fail(QString("no control '%1' on %2 (try: dump controls)")
+                 .arg(name, describe(currentScreen())));
     return widget;
 }
 
@@ -303,7 +332,8 @@ void ScriptRunner::selectScreen(const QStringList& args) {
             QString(w->metaObject()->className()) == name) {
             selectedScreen_ = w;
             selectedGrid_ = nullptr;
-            if (const int index = main_.tabs()->indexOf(w); index >= 0) main_.tabs()->setCurrentIndex(index);
+            if (const int index = main_.tabs()->indexOf(w); index >= 0)
+                main_.tabs()->setCurrentIndex(index);
             return;
         }
     }
@@ -329,15 +359,20 @@ void ScriptRunner::setText(const QStringList& args) {
         if (edit->isReadOnly()) fail(QString("%1 is read-only").arg(describe(control)));
         edit->setFocus();
         edit->selectAll();
-        if (text.isEmpty()) QTest::keyClick(edit, Qt::Key_Delete);
-        else typeText(edit, text);
+        if (text.isEmpty())
+            QTest::keyClick(edit, Qt::Key_Delete);
+        else
+            typeText(edit, text);
         QFocusEvent leave(QEvent::FocusOut, Qt::TabFocusReason);
         QApplication::sendEvent(edit, &leave);
     } else if (auto* combo = qobject_cast<QComboBox*>(control)) {
         const int index = combo->findText(text);
-        if (index >= 0) combo->setCurrentIndex(index);
-        else if (combo->isEditable()) combo->setCurrentText(text);
-        else fail(QString("%1 has no item '%2'").arg(describe(control), text));
+        if (index >= 0)
+            combo->setCurrentIndex(index);
+        else if (combo->isEditable())
+            combo->setCurrentText(text);
+        else
+            fail(QString("%1 has no item '%2'").arg(describe(control), text));
     } else if (auto* spin = qobject_cast<QSpinBox*>(control)) {
         spin->setValue(text.toInt());
     } else if (auto* dspin = qobject_cast<QDoubleSpinBox*>(control)) {
@@ -362,7 +397,8 @@ void ScriptRunner::setChecked(const QStringList& args, bool checked) {
     }
     auto* button = qobject_cast<QAbstractButton*>(object);
     if (!button || !button->isCheckable())
-        fail(QString("no check box or radio button '%1' on %2").arg(args[0], describe(currentScreen())));
+        fail(QString("no check box or radio button '%1' on %2")
+                 .arg(args[0], describe(currentScreen())));
     if (!button->isEnabled()) fail(QString("%1 is disabled").arg(describe(button)));
     if (button->isChecked() != checked) button->click();  // as a user's click: signals run
     if (button->isChecked() != checked)
@@ -395,7 +431,8 @@ void ScriptRunner::click(const QStringList& args) {
 void ScriptRunner::key(const QStringList& args) {
     requireArgs(args, 1, 2, "key KEY [CONTROL]");
     const QKeySequence sequence = QKeySequence::fromString(args[0]);
-    if (sequence.isEmpty()) fail(QString("'%1' is not a key (F3, Return, Ctrl+S ...)").arg(args[0]));
+    if (sequence.isEmpty())
+        fail(QString("'%1' is not a key (F3, Return, Ctrl+S ...)").arg(args[0]));
     QWidget* target = args.size() > 1 ? findControl(args[1]) : nullptr;
     if (!target) {
         QWidget* screen = currentScreen();
@@ -437,10 +474,13 @@ void ScriptRunner::gridCommand(const QString& verb, const QStringList& args) {
     }
     if (verb == "locate") {
         requireArgs(args, 2, 2, "locate FIELD VALUE");
-        if (!ds->FindField(args[0])) fail(QString("grid %1 has no field '%2'").arg(grid->objectName(), args[0]));
+        if (!ds->FindField(args[0]))
+            fail(QString("grid %1 has no field '%2'").arg(grid->objectName(), args[0]));
         bool found = false;
         qx::guard([&] { found = ds->Locate(args[0], args[1], loCaseInsensitive); });
-        if (!found) fail(QString("no row with %1 = %2 in grid %3").arg(args[0], args[1], grid->objectName()));
+        if (!found)
+            fail(QString("no row with %1 = %2 in grid %3")
+                     .arg(args[0], args[1], grid->objectName()));
         return;
     }
     if (verb == "cell") {
@@ -459,12 +499,18 @@ void ScriptRunner::gridCommand(const QString& verb, const QStringList& args) {
     }
     requireArgs(args, 0, 0, "append|insert|edit|post|cancel|delete");
     qx::guard([&] {
-        if (verb == "append") ds->Append();
-        else if (verb == "insert") ds->Insert();
-        else if (verb == "edit") ds->Edit();
-        else if (verb == "post") ds->Post();
-        else if (verb == "cancel") ds->Cancel();
-        else if (verb == "delete") ds->Delete();
+        if (verb == "append")
+            ds->Append();
+        else if (verb == "insert")
+            ds->Insert();
+        else if (verb == "edit")
+            ds->Edit();
+        else if (verb == "post")
+            ds->Post();
+        else if (verb == "cancel")
+            ds->Cancel();
+        else if (verb == "delete")
+            ds->Delete();
     });
 }
 
@@ -504,15 +550,15 @@ void ScriptRunner::dumpMessages() {
     for (size_t i = messagesShown_; i < sink_->messages.size(); ++i) {
         const qx::ui::Message& m = sink_->messages[i];
         switch (m.kind) {
-        case qx::ui::Message::Kind::Info:
-            out_ << "message: " << oneLine(m.text) << "\n";
-            break;
-        case qx::ui::Message::Kind::Question:
-            out_ << "question: " << oneLine(m.text) << " -> " << (m.answer ? "y" : "n") << "\n";
-            break;
-        case qx::ui::Message::Kind::Error:
-            out_ << "error: " << oneLine(m.text) << "\n";
-            break;
+            case qx::ui::Message::Kind::Info:
+                out_ << "message: " << oneLine(m.text) << "\n";
+                break;
+            case qx::ui::Message::Kind::Question:
+                out_ << "question: " << oneLine(m.text) << " -> " << (m.answer ? "y" : "n") << "\n";
+                break;
+            case qx::ui::Message::Kind::Error:
+                out_ << "error: " << oneLine(m.text) << "\n";
+                break;
         }
     }
     messagesShown_ = sink_->messages.size();
@@ -523,15 +569,16 @@ void ScriptRunner::dumpSql() {
     for (size_t i = callsShown_; i < calls_.size(); ++i) {
         const qx::dataop::Call& c = calls_[i];
         switch (c.kind) {
-        case qx::dataop::Call::Kind::OpenSql:
-            out_ << "opensql " << c.funcNo << ": " << oneLine(c.sql) << "\n";
-            break;
-        case qx::dataop::Call::Kind::ExecSql:
-            out_ << "ExecSql " << c.funcNo << " " << c.noid << " " << c.mode << ": " << oneLine(c.sql) << "\n";
-            break;
-        case qx::dataop::Call::Kind::GetNOID:
-            out_ << "GetNOID " << c.funcNo << "\n";
-            break;
+            case qx::dataop::Call::Kind::OpenSql:
+                out_ << "opensql " << c.funcNo << ": " << oneLine(c.sql) << "\n";
+                break;
+            case qx::dataop::Call::Kind::ExecSql:
+                out_ << "ExecSql " << c.funcNo << " " << c.noid << " " << c.mode << ": "
+                     << oneLine(c.sql) << "\n";
+                break;
+            case qx::dataop::Call::Kind::GetNOID:
+                out_ << "GetNOID " << c.funcNo << "\n";
+                break;
         }
     }
     callsShown_ = calls_.size();
@@ -543,14 +590,16 @@ void ScriptRunner::dumpControls() {
     for (QObject* object : screen->findChildren<QObject*>()) {
         const QString name = object->objectName();
         if (name.isEmpty() || name.startsWith("qt_")) continue;
-        const bool interesting = qobject_cast<QAction*>(object) || qobject_cast<QAbstractButton*>(object) ||
-                                 qobject_cast<QLineEdit*>(object) || qobject_cast<QComboBox*>(object) ||
-                                 qobject_cast<QAbstractSpinBox*>(object) || qobject_cast<TDBGridEh*>(object) ||
-                                 qobject_cast<QLabel*>(object) || qobject_cast<QPlainTextEdit*>(object) ||
-                                 qobject_cast<QTextEdit*>(object);
+        const bool interesting =
+            qobject_cast<QAction*>(object) || qobject_cast<QAbstractButton*>(object) ||
+            qobject_cast<QLineEdit*>(object) || qobject_cast<QComboBox*>(object) ||
+            qobject_cast<QAbstractSpinBox*>(object) || qobject_cast<TDBGridEh*>(object) ||
+            qobject_cast<QLabel*>(object) || qobject_cast<QPlainTextEdit*>(object) ||
+            qobject_cast<QTextEdit*>(object);
         if (!interesting) continue;
         out_ << name << " " << object->metaObject()->className();
-        if (auto* action = qobject_cast<QAction*>(object)) out_ << " \"" << action->text() << "\"";
+        if (auto* action = qobject_cast<QAction*>(object))
+            out_ << " \"" << action->text() << "\"";
         else if (auto* button = qobject_cast<QAbstractButton*>(object)) {
             out_ << " \"" << button->text() << "\"";
             if (button->isCheckable()) out_ << (button->isChecked() ? " [x]" : " [ ]");
@@ -564,7 +613,8 @@ void ScriptRunner::dumpControls() {
 
 void ScriptRunner::screenshot(const QStringList& args) {
     requireArgs(args, 1, 2, "screenshot FILE.png [main]");
-    QWidget* target = (args.size() == 2 && args[1] == "main") ? static_cast<QWidget*>(&main_) : currentScreen();
+    QWidget* target =
+        (args.size() == 2 && args[1] == "main") ? static_cast<QWidget*>(&main_) : currentScreen();
     const QFileInfo file(args[0]);
     QDir().mkpath(file.absolutePath());
     if (!target->isVisible()) target->show();
@@ -594,15 +644,18 @@ void ScriptRunner::expect(const QStringList& args) {
     } else if (what == "rows") {
         requireArgs(args, 2, 2, "expect rows N");
         const int rows = currentGrid()->DisplayedRows().size();
-        if (rows != args[1].toInt()) fail(QString("grid has %1 rows, expected %2").arg(rows).arg(args[1]));
+        if (rows != args[1].toInt())
+            fail(QString("grid has %1 rows, expected %2").arg(rows).arg(args[1]));
     } else if (what == "text") {
         requireArgs(args, 3, 3, "expect text CONTROL TEXT");
         const QString actual = controlText(findControl(args[1]));
-        if (actual != args[2]) fail(QString("%1 shows \"%2\", expected \"%3\"").arg(args[1], actual, args[2]));
+        if (actual != args[2])
+            fail(QString("%1 shows \"%2\", expected \"%3\"").arg(args[1], actual, args[2]));
     } else if (what == "screen") {
         requireArgs(args, 2, 2, "expect screen TITLE");
         const QString title = currentScreen()->windowTitle();
-        if (title != args[1]) fail(QString("the current screen is \"%1\", expected \"%2\"").arg(title, args[1]));
+        if (title != args[1])
+            fail(QString("the current screen is \"%1\", expected \"%2\"").arg(title, args[1]));
     } else {
         fail(QString("expect message|rows|text|screen, not '%1'").arg(args[0]));
     }

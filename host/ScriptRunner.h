@@ -23,7 +23,7 @@ class Database;
 namespace qx::ui {
 class ScriptedMessageSink;
 class MessageSink;
-}
+}  // namespace qx::ui
 
 namespace qx::host {
 

@@ -23,7 +23,8 @@ QString text(const Value& v) {
 long long number(const Value& v) {
     if (const auto* i = std::get_if<std::int64_t>(&v)) return *i;
     if (const auto* d = std::get_if<double>(&v)) return static_cast<long long>(*d);
-    if (const auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s).toLongLong();
+    if (const auto* s = std::get_if<std::string>(&v))
+        return QString::fromStdString(*s).toLongLong();
     return 0;
 }
 
@@ -44,7 +45,8 @@ QStringList companyOptions(const QString& param) {
 int lastSizePositionInUse(qx::db::Database& db) {
     for (int position = 9; position > 0; --position) {
         const QString m = QString("M%1").arg(position);
-        const QString sql = QString("SELECT COUNT(*) FROM d1006 WHERE LTRIM(RTRIM(ISNULL(%1,''))) <> ''").arg(m);
+        const QString sql =
+            QString("SELECT COUNT(*) FROM d1006 WHERE LTRIM(RTRIM(ISNULL(%1,''))) <> ''").arg(m);
         if (number(scalar(db, sql)) > 0) return position;
     }
     return 0;
@@ -71,7 +73,8 @@ std::optional<QString> checkLogin(qx::db::Database& db, const QString& userId,
 
 void signIn(qx::db::Database& db, const QString& userId, const SessionOptions& options) {
     const QString user = QuotedStr(userId.trimmed());
-    const ResultSet who = db.open(("SELECT USER_ID, USER_NAME FROM sys_user WHERE USER_ID=" + user).toStdString());
+    const ResultSet who =
+        db.open(("SELECT USER_ID, USER_NAME FROM sys_user WHERE USER_ID=" + user).toStdString());
     if (who.rows.empty()) throw qx::db::Error("no user " + userId.toStdString() + " in sys_user");
     G_UserId = text(who.rows[0][0]);
     G_UserName = text(who.rows[0][1]);
@@ -86,14 +89,17 @@ void signIn(qx::db::Database& db, const QString& userId, const SessionOptions& o
     const long long warehouses = number(scalar(db, "SELECT COUNT(*) FROM d1007"));
     G_CKCOUNT_C = warehouses <= 1;
     // The warehouses the user may read and write: his rights rows when rights are enforced.
-    const QString granted = " FROM d1007 INNER JOIN sys_user_ck ON d1007.CK_ID = sys_user_ck.CK_ID"
-                            " WHERE sys_user_ck.USER_ID=" + user;
+    const QString granted =
+        " FROM d1007 INNER JOIN sys_user_ck ON d1007.CK_ID = sys_user_ck.CK_ID"
+        " WHERE sys_user_ck.USER_ID=" +
+        user;
     long long readable = warehouses;
     long long writable = warehouses;
     QString firstWritable = "SELECT CK_ID, CK_NAME FROM d1007 ORDER BY CK_ID";
     if (G_CHKCK) {
         readable = number(scalar(db, "SELECT COUNT(DISTINCT d1007.CK_ID)" + granted));
-        writable = number(scalar(db, "SELECT COUNT(DISTINCT d1007.CK_ID)" + granted + " AND sys_user_ck.W <> 0"));
+        writable = number(
+            scalar(db, "SELECT COUNT(DISTINCT d1007.CK_ID)" + granted + " AND sys_user_ck.W <> 0"));
         firstWritable = "SELECT d1007.CK_ID, d1007.CK_NAME" + granted +
                         " AND sys_user_ck.W <> 0 ORDER BY d1007.CK_ID";
     }

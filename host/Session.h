@@ -5,9 +5,9 @@
 //   G_UserId, G_UserName   sys_user.USER_ID, USER_NAME of the signed-in user
 //   G_CoName               sys_co.CO
 //   G_CHKCK                sys_co.param position 3 (warehouse rights per user): on unless "0"
-//   GKH4_2                 sys_co.param position 34 (free barcodes kept per SKU and size): on if "1"
-//   G_CKCOUNT_C            at most one warehouse in d1007
-//   G_CKCOUNT_R            fewer than two warehouses readable by the user (with rights enforced:
+//   GKH4_2                 sys_co.param position 34 (free barcodes kept per SKU and size): on if
+//   "1" G_CKCOUNT_C            at most one warehouse in d1007 G_CKCOUNT_R            fewer than two
+//   warehouses readable by the user (with rights enforced:
 //                          the user's sys_user_ck rows, else every warehouse)
 //   G_CKCOUNT_W            at most one warehouse writable by the user (rows with W <> 0)
 //   G_ckid, G_CkName       the first writable warehouse of the user by code (every warehouse

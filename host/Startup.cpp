@@ -34,8 +34,9 @@ std::shared_ptr<qx::db::Database> openShopDatabase(const QString& path, bool cre
         const auto summary = qx::demo::createDemoDatabase(partial.toStdString(), {});
         if (!QFile::rename(partial, path))
             throw std::runtime_error(QString("无法创建演示数据库 %1").arg(path).toStdString());
-        std::fprintf(stderr, "Demo shop ready: %d styles, %d SKUs, %d documents (%s to %s). "
-                             "Sign in as admin / admin.\n",
+        std::fprintf(stderr,
+                     "Demo shop ready: %d styles, %d SKUs, %d documents (%s to %s). "
+                     "Sign in as admin / admin.\n",
                      summary.styles, summary.skus, summary.documents, summary.firstDate.c_str(),
                      summary.lastDate.c_str());
     }
@@ -44,7 +45,8 @@ std::shared_ptr<qx::db::Database> openShopDatabase(const QString& path, bool cre
     try {
         return std::shared_ptr<qx::db::Database>(qx::db::openSqlite(path.toStdString(), false));
     } catch (const std::exception& e) {
-        throw std::runtime_error(QString("无法打开数据库 %1: %2").arg(path, QString::fromUtf8(e.what())).toStdString());
+        throw std::runtime_error(
+            QString("无法打开数据库 %1: %2").arg(path, QString::fromUtf8(e.what())).toStdString());
     }
 }
 

@@ -32,8 +32,9 @@ int main(int argc, char** argv) {
     QCommandLineParser parser;
     parser.setApplicationDescription("QX_CK: warehouse and stock management of a garment shop.");
     parser.addHelpOption();
-    parser.addOption({"db", "The shop database (SQLite file). Default: the demo shop at " +
-                                qx::host::defaultDatabasePath() + ", created on first start.",
+    parser.addOption({"db",
+                      "The shop database (SQLite file). Default: the demo shop at " +
+                          qx::host::defaultDatabasePath() + ", created on first start.",
                       "file"});
     parser.addOption({"user", "User code to preset in the login dialog.", "id"});
     parser.addOption({"approval", "Documents need approval (new documents wait with T=0)."});
@@ -56,9 +57,11 @@ int main(int argc, char** argv) {
     try {
         const auto co = db->open("SELECT CO FROM sys_co");
         if (!co.rows.empty())
-            if (const auto* s = std::get_if<std::string>(&co.rows[0][0])) coName = QString::fromStdString(*s);
+            if (const auto* s = std::get_if<std::string>(&co.rows[0][0]))
+                coName = QString::fromStdString(*s);
     } catch (const std::exception& e) {
-        return fail(QString("数据库 %1 不是有效的店铺数据库: %2").arg(path, QString::fromUtf8(e.what())));
+        return fail(
+            QString("数据库 %1 不是有效的店铺数据库: %2").arg(path, QString::fromUtf8(e.what())));
     }
 
     qx::host::LoginDialog login(*db, coName, parser.value("user"));

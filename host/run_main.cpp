@@ -1,5 +1,6 @@
 // qxck-run: runs a script against the stock module without a display.
-//   qxck-run --db FILE [--user ID --password PW] [--approval] [--today DATE] [--trace] [--out FILE] SCRIPT
+//   qxck-run --db FILE [--user ID --password PW] [--approval] [--today DATE] [--trace] [--out FILE]
+//   SCRIPT
 // The script language is described in ScriptRunner.md. Exit code 0 when every command ran,
 // 1 when one failed (the output says which line and why), 2 when the run could not start.
 #include <QApplication>
@@ -33,7 +34,8 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("qxck-run");
 
     QCommandLineParser parser;
-    parser.setApplicationDescription("Runs a QX_CK script (see ScriptRunner.md) on a shop database.");
+    parser.setApplicationDescription(
+        "Runs a QX_CK script (see ScriptRunner.md) on a shop database.");
     parser.addHelpOption();
     parser.addOption({"db", "The shop database (SQLite file).", "file"});
     parser.addOption({"user", "Sign in as this user before the script runs.", "id"});
@@ -50,7 +52,8 @@ int main(int argc, char** argv) {
 
     QFile scriptFile(parser.positionalArguments().first());
     const bool fromStdin = scriptFile.fileName() == "-";
-    if (!(fromStdin ? scriptFile.open(stdin, QIODevice::ReadOnly) : scriptFile.open(QIODevice::ReadOnly)))
+    if (!(fromStdin ? scriptFile.open(stdin, QIODevice::ReadOnly)
+                    : scriptFile.open(QIODevice::ReadOnly)))
         return fail(QString("cannot read the script %1").arg(scriptFile.fileName()));
     std::vector<qx::host::ScriptCommand> commands;
     try {
@@ -61,7 +64,9 @@ int main(int argc, char** argv) {
 
     if (parser.isSet("today")) {
         const QDate today = QDate::fromString(parser.value("today"), Qt::ISODate);
-        if (!today.isValid()) return fail(QString("--today %1 is not a date (YYYY-MM-DD)").arg(parser.value("today")));
+        if (!today.isValid())
+            return fail(
+                QString("--today %1 is not a date (YYYY-MM-DD)").arg(parser.value("today")));
         qx::ui::setToday(today);
     }
 
@@ -89,7 +94,8 @@ int main(int argc, char** argv) {
     const qx::host::SessionOptions options{.approval = parser.isSet("approval")};
     if (parser.isSet("user")) {
         try {
-            if (const auto failure = qx::host::checkLogin(*db, parser.value("user"), parser.value("password")))
+            if (const auto failure =
+                    qx::host::checkLogin(*db, parser.value("user"), parser.value("password")))
                 return fail(*failure);
             qx::host::signIn(*db, parser.value("user"), options);
         } catch (const std::exception& e) {

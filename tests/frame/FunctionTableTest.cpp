@@ -20,9 +20,9 @@ std::string screenOf(int code) {
 TEST(FunctionTable, HoldsExactlyTheCodesOfTheMenu) {
     std::set<int> codes;
     for (const auto& row : qx::frame::functionTable()) codes.insert(row.code);
-    EXPECT_EQ(codes, (std::set<int>{201, 202, 203, 204, 211, 212, 213, 214, 215, 217, 218, 219,
-                                    235, 241, 242, 252, 253, 254, 255, 256, 263, 273, 281, 282,
-                                    283, 297, 299, 704, 901, 932}));
+    EXPECT_EQ(codes, (std::set<int>{201, 202, 203, 204, 211, 212, 213, 214, 215, 217,
+                                    218, 219, 235, 241, 242, 252, 253, 254, 255, 256,
+                                    263, 273, 281, 282, 283, 297, 299, 704, 901, 932}));
     EXPECT_EQ(qx::frame::functionTable().size(), codes.size()) << "one row per code";
 }
 
@@ -47,7 +47,7 @@ TEST(FunctionTable, NumberingDiffersFromTheScreenUnits) {
 TEST(FunctionTable, PatternsAndPreconditions) {
     for (const auto& row : qx::frame::functionTable()) {
         const bool modal = row.code == 242 || row.code == 901 || row.code == 932;
-        const Pattern expected = modal              ? Pattern::ModalDialog
+        const Pattern expected = modal             ? Pattern::ModalDialog
                                  : row.code == 704 ? Pattern::ListWithParams
                                                    : Pattern::Embedded;
         EXPECT_EQ(row.pattern, expected) << row.code;

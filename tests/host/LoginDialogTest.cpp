@@ -20,7 +20,8 @@ TEST(LoginDialog, WrongPasswordKeepsTheDialogOpenWithTheMessage) {
     EXPECT_TRUE(dialog.isVisible());
     EXPECT_EQ(dialog.result(), QDialog::Rejected);
     EXPECT_EQ(dialog.findChild<QLabel*>("LoginError")->text(), "用户名或密码错误!");
-    EXPECT_TRUE(dialog.findChild<QLineEdit*>("PASSWORD")->text().isEmpty()) << "cleared for the next try";
+    EXPECT_TRUE(dialog.findChild<QLineEdit*>("PASSWORD")->text().isEmpty())
+        << "cleared for the next try";
 }
 
 TEST(LoginDialog, RightPasswordAcceptsWithTheUser) {

@@ -75,7 +75,8 @@ TEST_F(MainWindowTest, StatusBarShowsUserWarehouseAndDatabase) {
 }
 
 TEST_F(MainWindowTest, EmbeddedScreensBecomeTabsAndTwoOpensGiveTwoTabs) {
-    qx::frame::testing::setFactory(255, &qx::frame::screen<qx::test::TQXTESTQRY, &qx::test::QXTESTQRY>);
+    qx::frame::testing::setFactory(255,
+                                   &qx::frame::screen<qx::test::TQXTESTQRY, &qx::test::QXTESTQRY>);
     MainWindow window(&QXProc2, "shop.db");
     window.show();
     window.actionFor(255)->trigger();
@@ -106,7 +107,9 @@ TEST_F(MainWindowTest, EmbeddedScreensBecomeTabsAndTwoOpensGiveTwoTabs) {
 
 TEST_F(MainWindowTest, PlainWidgetShownDuringTheCallIsTakenInAsATab) {
     struct Handle final : qx::frame::ScreenHandle {
-        explicit Handle(QWidget* owner) : widget(new QWidget(owner)) { widget->setWindowTitle("普通窗口"); }
+        explicit Handle(QWidget* owner) : widget(new QWidget(owner)) {
+            widget->setWindowTitle("普通窗口");
+        }
         void setTag(int) override {}
         void setUserParam(const Trecord&) override {}
         void initForm(const Trecord&) override { widget->show(); }
@@ -115,9 +118,10 @@ TEST_F(MainWindowTest, PlainWidgetShownDuringTheCallIsTakenInAsATab) {
         void release() override {}
         QWidget* widget;
     };
-    qx::frame::testing::setFactory(297, [](QWidget* owner) -> std::unique_ptr<qx::frame::ScreenHandle> {
-        return std::make_unique<Handle>(owner);
-    });
+    qx::frame::testing::setFactory(297,
+                                   [](QWidget* owner) -> std::unique_ptr<qx::frame::ScreenHandle> {
+                                       return std::make_unique<Handle>(owner);
+                                   });
     MainWindow window(&QXProc2, "shop.db");
     window.openFunction(297);
     ASSERT_EQ(window.screens().size(), 1);
@@ -134,13 +138,15 @@ TEST_F(MainWindowTest, ScreenErrorsAreReportedNotThrown) {
         void showModal() override {}
         void release() override {}
     };
-    qx::frame::testing::setFactory(201, [](QWidget* owner) -> std::unique_ptr<qx::frame::ScreenHandle> {
-        return std::make_unique<Failing>(owner);
-    });
+    qx::frame::testing::setFactory(201,
+                                   [](QWidget* owner) -> std::unique_ptr<qx::frame::ScreenHandle> {
+                                       return std::make_unique<Failing>(owner);
+                                   });
     MainWindow window(&QXProc2, "shop.db");
     EXPECT_NO_THROW(window.openFunction(201));
     ASSERT_EQ(sink->errors().size(), 1);
-    EXPECT_TRUE(sink->errors()[0].contains("no such table: d9999")) << sink->errors()[0].toStdString();
+    EXPECT_TRUE(sink->errors()[0].contains("no such table: d9999"))
+        << sink->errors()[0].toStdString();
 }
 
 }  // namespace

@@ -14,11 +14,14 @@ namespace {
 
 using qx::host::ModuleLoader;
 
-QString binDir() { return QDir(qx::test::binaryDir()).filePath("bin"); }
+QString binDir() {
+    return QDir(qx::test::binaryDir()).filePath("bin");
+}
 
 TEST(ModuleLoader, FindsQXProc2ByNameAndCallsIt) {
     ModuleLoader loader;
-    ASSERT_TRUE(loader.load(QDir(binDir()).filePath("libqx_ck.so"))) << loader.error().toStdString();
+    ASSERT_TRUE(loader.load(QDir(binDir()).filePath("libqx_ck.so")))
+        << loader.error().toStdString();
     ASSERT_NE(loader.entry(), nullptr);
 
     ResetGlobals();
@@ -37,7 +40,8 @@ TEST(ModuleLoader, FindsQXProc2ByNameAndCallsIt) {
     rec.FuncCode = 217;
     loader.entry()(rec, &mainForm);
     ASSERT_EQ(sink->messages.size(), 1u);
-    EXPECT_EQ(sink->messages[0].text, "系统检测到您只登记一个仓库,调拔功能必须存在多个仓库方可使用!");
+    EXPECT_EQ(sink->messages[0].text,
+              "系统检测到您只登记一个仓库,调拔功能必须存在多个仓库方可使用!");
     EXPECT_TRUE(mainForm.findChildren<QWidget*>().isEmpty());
     ResetGlobals();
 }

@@ -25,7 +25,8 @@ ProgramRun runProgram(const QStringList& args, const QString& script) {
     file.write(script.toUtf8());
     file.close();
     QProcess process;
-    process.start(QDir(qx::test::binaryDir()).filePath("bin/qxck-run"), QStringList(args) << scriptPath);
+    process.start(QDir(qx::test::binaryDir()).filePath("bin/qxck-run"), QStringList(args)
+                                                                            << scriptPath);
     EXPECT_TRUE(process.waitForFinished(60000));
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
@@ -34,27 +35,32 @@ ProgramRun runProgram(const QStringList& args, const QString& script) {
 TEST(RunnerProgram, RunsAScriptThroughTheLoadedModule) {
     qx::test::ShopFixture shop(1, "1,1,6,0");
     shop.db.reset();  // the program opens the file itself
-    const ProgramRun run = runProgram({"--db", shop.path(), "--user", "admin", "--password", "admin"},
-                               "open 216\nopen 217\ndump messages\necho done\n");
+    const ProgramRun run =
+        runProgram({"--db", shop.path(), "--user", "admin", "--password", "admin"},
+                   "open 216\nopen 217\ndump messages\necho done\n");
     EXPECT_EQ(run.exitCode, 0) << run.out.toStdString() << run.err.toStdString();
     EXPECT_EQ(run.out,
-              "== messages\nmessage: 系统检测到您只登记一个仓库,调拔功能必须存在多个仓库方可使用!\ndone\n")
+              "== messages\nmessage: "
+              "系统检测到您只登记一个仓库,调拔功能必须存在多个仓库方可使用!\ndone\n")
         << run.err.toStdString();
 }
 
 TEST(RunnerProgram, FailingLineGivesExitCodeOne) {
     qx::test::ShopFixture shop;
     shop.db.reset();
-    const ProgramRun run = runProgram({"--db", shop.path()}, "login admin admin\nclick NoSuchButton\n");
+    const ProgramRun run =
+        runProgram({"--db", shop.path()}, "login admin admin\nclick NoSuchButton\n");
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.out.contains("error at line 2 (click NoSuchButton): no button or action 'NoSuchButton'"))
+    EXPECT_TRUE(run.out.contains(
+        "error at line 2 (click NoSuchButton): no button or action 'NoSuchButton'"))
         << run.out.toStdString();
 }
 
 TEST(RunnerProgram, MissingDatabaseOrRefusedLoginGivesExitCodeTwo) {
     ProgramRun run = runProgram({"--db", "/nonexistent/shop.db"}, "echo x\n");
     EXPECT_EQ(run.exitCode, 2);
-    EXPECT_TRUE(run.err.contains("数据库文件不存在: /nonexistent/shop.db")) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains("数据库文件不存在: /nonexistent/shop.db"))
+        << run.err.toStdString();
 
     qx::test::ShopFixture shop;
     shop.db.reset();

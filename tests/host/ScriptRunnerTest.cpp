@@ -36,7 +36,8 @@ TEST(ScriptParsing, SplitsWordsAndKeepsQuotedTextTogether) {
 }
 
 TEST(ScriptParsing, SkipsCommentsAndBlankLinesAndKeepsLineNumbers) {
-    const auto commands = parseScript("# a comment\n\nlogin admin admin\n  # indented comment\nopen 201\n");
+    const auto commands =
+        parseScript("# a comment\n\nlogin admin admin\n  # indented comment\nopen 201\n");
     ASSERT_EQ(commands.size(), 2u);
     EXPECT_EQ(commands[0].line, 3);
     EXPECT_EQ(commands[0].words, (QStringList{"login", "admin", "admin"}));
@@ -49,8 +50,10 @@ protected:
     void SetUp() override {
         ResetGlobals();
         qx::dataop::setDatabase(shop.db);
-        qx::frame::testing::setFactory(255, &qx::frame::screen<qx::test::TQXTESTQRY, &qx::test::QXTESTQRY>);
-        qx::frame::testing::setFactory(901, &qx::frame::screen<qx::test::TQXTESTSET, &qx::test::QXTESTSET>);
+        qx::frame::testing::setFactory(
+            255, &qx::frame::screen<qx::test::TQXTESTQRY, &qx::test::QXTESTQRY>);
+        qx::frame::testing::setFactory(
+            901, &qx::frame::screen<qx::test::TQXTESTSET, &qx::test::QXTESTSET>);
     }
     void TearDown() override {
         window.reset();
@@ -69,7 +72,8 @@ protected:
         qx::host::ScriptRunner runner(*window, *shop.db, out);
         runner.setTrace(qEnvironmentVariableIsSet("QXCK_TRACE"));
         const int rc = runner.run(parseScript(script));
-        if (qEnvironmentVariableIsSet("QXCK_TRACE")) fprintf(stderr, "%s", output.toUtf8().constData());
+        if (qEnvironmentVariableIsSet("QXCK_TRACE"))
+            fprintf(stderr, "%s", output.toUtf8().constData());
         out.flush();
         return rc;
     }
@@ -105,14 +109,18 @@ click btn_ok
 echo back
 dump messages
 screenshot %1 main
-)").arg(shot));
+)")
+                           .arg(shot));
     EXPECT_EQ(rc, 0) << output.toStdString();
     EXPECT_TRUE(output.contains("signed in as admin 系统管理员\n")) << output.toStdString();
     EXPECT_TRUE(output.contains("== grid DBGridEh of QXTESTQRY: 3 rows\n")) << output.toStdString();
-    EXPECT_TRUE(output.contains("1: 01 | 仓库1\n2: 02 | 仓库2\n3: 03 | 仓库3\n")) << output.toStdString();
-    EXPECT_TRUE(output.contains("== sql\nopensql 255: SELECT CK_ID, CK_NAME FROM d1007 ORDER BY CK_ID\n"))
+    EXPECT_TRUE(output.contains("1: 01 | 仓库1\n2: 02 | 仓库2\n3: 03 | 仓库3\n"))
         << output.toStdString();
-    EXPECT_TRUE(output.contains("back\n== messages\nquestion: 是否保存设置? -> y\n")) << output.toStdString();
+    EXPECT_TRUE(
+        output.contains("== sql\nopensql 255: SELECT CK_ID, CK_NAME FROM d1007 ORDER BY CK_ID\n"))
+        << output.toStdString();
+    EXPECT_TRUE(output.contains("back\n== messages\nquestion: 是否保存设置? -> y\n"))
+        << output.toStdString();
     EXPECT_EQ(qx::test::TQXTESTSET::savedText, "O'Neil 服饰");
     EXPECT_TRUE(qx::test::TQXTESTSET::savedChecked);
     TClientDataSet* ds = qx::test::QXTESTQRY->AdoQry_Main;
@@ -132,7 +140,8 @@ dump messages
 expect message 系统检测到您只登记一个仓库,调拔功能必须存在多个仓库方可使用!
 )");
     EXPECT_EQ(rc, 0) << output.toStdString();
-    EXPECT_TRUE(output.contains("== messages\nmessage: 系统检测到您只登记一个仓库,调拔功能必须存在多个仓库方可使用!\n"))
+    EXPECT_TRUE(output.contains(
+        "== messages\nmessage: 系统检测到您只登记一个仓库,调拔功能必须存在多个仓库方可使用!\n"))
         << output.toStdString();
 }
 
@@ -146,7 +155,8 @@ TEST_F(ScriptRunnerTest, FailingCommandStopsWithItsLine) {
 
 TEST_F(ScriptRunnerTest, LocatingAMissingRowFails) {
     EXPECT_EQ(run("login admin admin\nopen 255\nlocate CK_ID 77\n"), 1);
-    EXPECT_TRUE(output.contains("error at line 3 (locate CK_ID 77): no row with CK_ID = 77 in grid DBGridEh"))
+    EXPECT_TRUE(output.contains(
+        "error at line 3 (locate CK_ID 77): no row with CK_ID = 77 in grid DBGridEh"))
         << output.toStdString();
 }
 

@@ -81,7 +81,7 @@ TEST_F(SessionTest, OneWarehouseBlocksTransfersAndDistribution) {
 }
 
 TEST_F(SessionTest, EnforcedRightsCountTheUsersWarehouses) {
-    ShopFixture shop(3, "");  // an empty option list reads as all ticked: rights enforced
+    ShopFixture shop(3, "");       // an empty option list reads as all ticked: rights enforced
     shop.grant("clerk", "02", 0);  // read only
     shop.grant("clerk", "03", 1);
     signIn(*shop.db, "clerk");

@@ -22,14 +22,20 @@ public:
         addUser("clerk", "店员", "c1erk", "secret");
         for (int i = 1; i <= warehouses; ++i)
             exec(QString("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('0%1', '仓库%1')").arg(i));
-        exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3, M4) VALUES ('01', '服装', 'S', 'M', 'L', 'XL', '2XL')");
-        exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3, M4, M5, M6) VALUES ('02', '裤装', '26', '27', '28', '29', '30', '31', '32')");
+        exec(
+            "INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3, M4) VALUES ('01', '服装', 'S', 'M', "
+            "'L', 'XL', '2XL')");
+        exec(
+            "INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3, M4, M5, M6) VALUES ('02', '裤装', "
+            "'26', '27', '28', '29', '30', '31', '32')");
     }
 
     void exec(const QString& sql) { db->execute(sql.toStdString()); }
 
-    void addUser(const QString& id, const QString& name, const QString& salt, const QString& password) {
-        exec(QString("INSERT INTO sys_user (USER_ID, USER_NAME, PWD_SALT, PWD_HASH) VALUES ('%1', '%2', '%3', '%4')")
+    void addUser(const QString& id, const QString& name, const QString& salt,
+                 const QString& password) {
+        exec(QString("INSERT INTO sys_user (USER_ID, USER_NAME, PWD_SALT, PWD_HASH) VALUES ('%1', "
+                     "'%2', '%3', '%4')")
                  .arg(id, name, salt, qx::host::passwordHash(salt, password)));
     }
 

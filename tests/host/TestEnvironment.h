@@ -9,12 +9,14 @@
 namespace qx::test {
 
 inline QString binaryDir() {
-    if (qEnvironmentVariableIsEmpty("QXCK_BINARY_DIR")) qputenv("QXCK_BINARY_DIR", QByteArray(QXCK_TEST_BINARY_DIR));
+    if (qEnvironmentVariableIsEmpty("QXCK_BINARY_DIR"))
+        qputenv("QXCK_BINARY_DIR", QByteArray(QXCK_TEST_BINARY_DIR));
     return qEnvironmentVariable("QXCK_BINARY_DIR");
 }
 
 inline QString sourceDir() {
-    if (qEnvironmentVariableIsEmpty("QXCK_SOURCE_DIR")) qputenv("QXCK_SOURCE_DIR", QByteArray(QXCK_TEST_SOURCE_DIR));
+    if (qEnvironmentVariableIsEmpty("QXCK_SOURCE_DIR"))
+        qputenv("QXCK_SOURCE_DIR", QByteArray(QXCK_TEST_SOURCE_DIR));
     return qEnvironmentVariable("QXCK_SOURCE_DIR");
 }
 
