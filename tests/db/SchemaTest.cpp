@@ -1,0 +1,86 @@
+// The table definitions: tables the module inserts into without a column list have exactly
+// the listed columns in the listed order; quantities default to 0.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "DbTestSupport.h"
+
+namespace qx::dbtest {
+namespace {
+
+std::vector<std::string> columnsOf(db::Database& db, const std::string& table) {
+    std::vector<std::string> names;
+    for (const auto& c : db.open("SELECT * FROM " + table + " WHERE 1=0").columns) names.push_back(c.name);
+    return names;
+}
+
+std::vector<std::string> withSizes(std::vector<std::string> head, const std::string& prefix, std::vector<std::string> tail) {
+    for (int i = 0; i < 10; ++i) head.push_back(prefix + std::to_string(i));
+    head.insert(head.end(), tail.begin(), tail.end());
+    return head;
+}
+
+TEST(Schema, PositionalInsertTablesHaveExactlyTheirColumnsInOrder) {
+    Shop shop;
+    auto& db = *shop.db;
+    const std::vector<std::string> key = {"NOID", "WL_ID", "K_ID", "COL_ID", "CK_ID"};
+    EXPECT_EQ(columnsOf(db, "D8101A"), withSizes(key, "S", {"DJ", "MONEY", "NOTE"}));
+    EXPECT_EQ(columnsOf(db, "D8102A"), withSizes(key, "S", {"DJ", "MONEY", "SJ", "SMONEY", "NOTE"}));
+    EXPECT_EQ(columnsOf(db, "D8202A"), withSizes(key, "S", {"DJ", "MONEY", "SJ", "SMONEY", "NOTE"}));
+    EXPECT_EQ(columnsOf(db, "d8300A"), withSizes(key, "S", {"DJ", "MONEY", "NOTE"}));
+    EXPECT_EQ(columnsOf(db, "d8301A"), withSizes(key, "S", {"DJ", "MONEY", "NOTE"}));
+    auto transfer = withSizes({"NOID", "WL_ID", "K_ID", "COL_ID", "CK_ID", "CK_ID_IN"}, "S", {"DJ", "MONEY", "SJ", "SMONEY", "NOTE"});
+    EXPECT_EQ(columnsOf(db, "D8303A"), withSizes(transfer, "Y", {}));
+    EXPECT_EQ(columnsOf(db, "D8303A").size(), 31u);
+    EXPECT_EQ(columnsOf(db, "d1801"), (std::vector<std::string>{"WL_ID", "K_ID", "COL_ID"}));
+    EXPECT_EQ(columnsOf(db, "d1804"), (std::vector<std::string>{"K_ID", "COL_ID"}));
+    EXPECT_EQ(columnsOf(db, "sys_user_ck"), (std::vector<std::string>{"USER_ID", "CK_ID", "W"}));
+    EXPECT_EQ(columnsOf(db, "d704"), (std::vector<std::string>{"CK_ID", "I", "T", "FA", "CLA", "CLAZK", "F1", "F2", "F3", "BDATE", "EDATE"}));
+}
+
+TEST(Schema, EveryTableTheModuleNamesExists) {
+    Shop shop;
+    for (const char* table :
+         {"d1004", "d1005", "d1006", "d1007", "d1008", "d1009", "d1010", "d1011", "d1101", "d1102", "d1103", "d1800", "d1801",
+          "d1802", "d1803", "d1804", "d1805", "d1809", "d1801imp", "d702", "d704", "d704a", "d712", "d712a", "d631", "d641", "d701",
+          "d703", "d713", "D8101", "D8101A", "D8102", "D8102A", "D8201", "D8201A", "D8202", "D8202A", "D8203", "D8203A", "d8300",
+          "d8300A", "d8301", "d8301A", "D8303", "D8303A", "sys_co", "sys_user", "sys_user_ck", "sys_group", "sys_web", "sys_log_iud",
+          "sys_log_err", "sys_log_login", "sys_back", "V1809", "V_D8303A", "V_CHECKKC", "v_D712"})
+        EXPECT_NO_THROW(shop.db->open(std::string("SELECT * FROM ") + table + " WHERE 1=0")) << table;
+    for (const char* column : {"D8303A.CK_ID_IN", "D1007.G1", "D1006.BS9", "d1800.DYEAR", "d1800.JJ", "d1800.VIPF", "d1800.TMI"}) {
+        const std::string name(column);
+        const auto dot = name.find('.');
+        EXPECT_NO_THROW(shop.db->open("SELECT " + name.substr(dot + 1) + " FROM " + name.substr(0, dot) + " WHERE 1=0")) << column;
+    }
+}
+
+TEST(Schema, StockRowsInsertedWithOnlyTheirKeyStartAtZero) {
+    Shop shop;
+    shop.db->execute("INSERT INTO D1802 (WL_ID, CK_ID,CHECK_KC) VALUES ('K101','ZC',0)");
+    auto r = shop.db->open("SELECT K0+K1+K2+K3+K4+K5+K6+K7+K8+K9, KC, B0+B9, BEGIN_SL, BEGIN_MONEY FROM D1802");
+    ASSERT_EQ(r.rows.size(), 1u);
+    for (const auto& v : r.rows[0]) EXPECT_EQ(integer(v), 0);
+}
+
+TEST(Tools, QxckSqlPrintsTheResultSetAsTabSeparatedText) {
+    Shop shop;
+    const std::string path = shop.db->location();
+    shop.db.reset();
+    const std::string command = std::string("echo \"SELECT CK_ID, CK_NAME FROM D1007 WHERE CK_ID<>'ZC' ORDER BY CK_ID\" | ") +
+                                QXCK_SQL_TOOL + " --db " + path;
+    FILE* pipe = popen(command.c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    std::string out;
+    char buffer[256];
+    while (fgets(buffer, sizeof buffer, pipe)) out += buffer;
+    EXPECT_EQ(pclose(pipe), 0);
+    EXPECT_EQ(out, "CK_ID\tCK_NAME\nMD1\t一店\nMD2\t二店\n");
+    const std::string failing = std::string("echo 'SELECT * FROM nosuch' | ") + QXCK_SQL_TOOL + " --db " + path + " 2>/dev/null";
+    EXPECT_EQ(WEXITSTATUS(system(failing.c_str())), 1);
+}
+
+}  // namespace
+}  // namespace qx::dbtest
