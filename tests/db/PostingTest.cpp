@@ -7,7 +7,7 @@
 namespace qx::dbtest {
 namespace {
 
-struct LineSpec {
+struct DocLine {
     std::string sku, style, colour;
     Sizes qty;
 };
@@ -19,25 +19,25 @@ std::string receiptHead(const std::string& table, const std::string& noid, int t
 }
 
 // Purchase receipt lines, positional as the entry screen writes them.
-std::string receiptLine(const std::string& noid, const LineSpec& l, const std::string& ck) {
+std::string receiptLine(const std::string& noid, const DocLine& l, const std::string& ck) {
     return "INSERT INTO D8101A  VALUES ('" + noid + "','" + l.sku + "','" + l.style + "','" + l.colour + "','" + ck + "'," +
            quotedSizes(l.qty) + ",'10','100','');";
 }
 
-std::string receipt(const std::string& noid, int t, const std::string& ck, const std::vector<LineSpec>& lines) {
+std::string receipt(const std::string& noid, int t, const std::string& ck, const std::vector<DocLine>& lines) {
     std::string batch = receiptHead("D8101", noid, t, ck);
     for (const auto& l : lines) batch += receiptLine(noid, l, ck);
     return batch;
 }
 
-std::string sale(const std::string& noid, int t, const std::string& ck, const LineSpec& l) {
+std::string sale(const std::string& noid, int t, const std::string& ck, const DocLine& l) {
     return receiptHead("D8201", noid, t, ck) +
            "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9, SJ, SMONEY, ZK, ODJ, "
            "OMONEY, NOTE, DJ, MONEY) VALUES ('" + noid + "','" + l.sku + "','" + l.style + "','" + l.colour + "','" + ck + "'," +
            quotedSizes(l.qty) + ",'50','50','100','50','50','','20','20');";
 }
 
-std::string transfer(const std::string& noid, int t, const std::string& out, const std::string& in, const LineSpec& l) {
+std::string transfer(const std::string& noid, int t, const std::string& out, const std::string& in, const DocLine& l) {
     return "INSERT INTO D8303(NOID,T,CK_ID,CK_ID_IN,BDATE,STRPARAM1,USER_ID, NOTE)  VALUES ('" + noid + "','" + std::to_string(t) +
            "','" + out + "','" + in + "','2026-05-11','','admin','')" + "INSERT INTO D8303A  VALUES ('" + noid + "','" + l.sku + "','" +
            l.style + "','" + l.colour + "','" + out + "','" + in + "'," + quotedSizes(l.qty) + ",0,0,'50','100','',0,0,0,0,0,0,0,0,0,0);";
