@@ -23,7 +23,7 @@ AnsiString TQXCK201::HeadQuery() {
            "INNER JOIN d1103 ON d8101.kh_gys_id = d1103.kh_gys_id INNER JOIN sys_user ON d8101.user_id = "
            "sys_user.user_id INNER JOIN d1007 ON d8101.ck_id = d1007.ck_id INNER JOIN d1011 ON d8101.send_id = "
            "d1011.send_id INNER JOIN d1101 ON d8101.yw_id = d1101.yw_id  INNER JOIN " +
-           qx::documents::warehouseRightsJoin("d1007") + " D1010 ON D8101.JY_ID = D1010.JY_ID ";
+           qx::documents::warehouseRightsJoin("d1007") + "  D1010 ON D8101.JY_ID = D1010.JY_ID ";
 }
 
 TQXCK201::TQXCK201(QWidget* Owner) : TFrm_Base_Entry_Head(Owner) {
