@@ -38,7 +38,6 @@ std::string sizeSum(const std::string& prefix, const char* name) {
     return "(" + joined(kSizes, "+", [&](int i) { return "ifnull(" + column(prefix, name, i) + ",0)"; }) + ")";
 }
 
-std::string signText(int sign) { return sign < 0 ? "-" : "+"; }
 
 // ---- SQLite trigger texts ------------------------------------------------------------------
 
@@ -63,46 +62,52 @@ std::string styleCheckFlag(const PostingRule& rule, const std::string& row) {
            ".WL_ID),0)";
 }
 
-// Statements that post one line row (factor +1) or take it back (factor -1).
+// " ON CONFLICT ... DO UPDATE": a movement into an existing stock row adds its quantities; into a
+// missing one the INSERT creates the row (with the style's CHECK_KC) holding them.
+std::string addToExistingRow() {
+    return " ON CONFLICT (WL_ID, CK_ID) DO UPDATE SET " +
+           joined(kSizes, ", ", [](int i) { return sized("K", i) + "=K" + std::to_string(i) + "+excluded.K" + std::to_string(i); });
+}
+
+std::string sizeColumns() {
+    return joined(kSizes, ", ", [](int i) { return sized("K", i); });
+}
+
+// The statement that posts one line row (factor +1) or takes it back (factor -1).
 std::string postLine(const PostingRule& rule, const std::string& row, int factor) {
     const int sign = rule.sign * factor;
     const std::string wh = warehouseOf(rule, row);
     const std::string eff = effectiveFor(rule, row);
-    std::string out;
+    auto quantity = [&](int i) {
+        return std::string(sign < 0 ? "-" : "") + "ifnull(" + column(row + ".", rule.quantity, i) + ",0)";
+    };
     if (factor > 0) {
-        out += "INSERT INTO d1802 (WL_ID, CK_ID, CHECK_KC) SELECT " + row + ".WL_ID, " + wh + ", " +
-               styleCheckFlag(rule, row) + " WHERE " + eff + " AND " + wh + " IS NOT NULL AND NOT EXISTS " +
-               "(SELECT 1 FROM d1802 k WHERE k.WL_ID=" + row + ".WL_ID AND k.CK_ID=" + wh + ");\n";
+        return "INSERT INTO d1802 (WL_ID, CK_ID, CHECK_KC, " + sizeColumns() + ") SELECT " + row + ".WL_ID, " + wh + ", " +
+               styleCheckFlag(rule, row) + ", " + joined(kSizes, ", ", quantity) + " WHERE " + eff + " AND " + wh +
+               " IS NOT NULL" + addToExistingRow() + ";\n";
     }
-    out += "UPDATE d1802 SET " + joined(kSizes, ", ", [&](int i) {
-        return sized("K", i) + "=K" + std::to_string(i) + signText(sign) + "ifnull(" +
-               column(row + ".", rule.quantity, i) + ",0)";
-    });
-    out += " WHERE WL_ID=" + row + ".WL_ID AND CK_ID=" + wh + " AND " + eff + ";\n";
-    return out;
+    return "UPDATE d1802 SET " + joined(kSizes, ", ", [&](int i) { return sized("K", i) + "=K" + std::to_string(i) + "+" + quantity(i); }) +
+           " WHERE WL_ID=" + row + ".WL_ID AND CK_ID=" + wh + " AND " + eff + ";\n";
 }
 
-// Statements that post (factor +1) or take back (factor -1) every line of the head row `head`,
-// provided `condition` (on the head row) holds.
+// The statement that posts (factor +1) or takes back (factor -1) every line of the head row
+// `head`, provided `condition` (on the head row) holds.
 std::string postDocument(const PostingRule& rule, const std::string& head, int factor, const std::string& condition) {
     const int sign = rule.sign * factor;
     const std::string wh = rule.warehouseOnHead ? head + "." + rule.warehouse : std::string("l.") + rule.warehouse;
-    std::string out;
+    auto total = [&](int i) {
+        return std::string(sign < 0 ? "-" : "") + "sum(ifnull(" + column("l.", rule.quantity, i) + ",0))";
+    };
+    const std::string lines = std::string(" FROM ") + rule.lineTable + " l WHERE " + condition + " AND l.NOID=" + head + ".NOID";
     if (factor > 0) {
-        out += std::string("INSERT INTO d1802 (WL_ID, CK_ID, CHECK_KC) SELECT l.WL_ID, ") + wh + ", max(" +
-               styleCheckFlag(rule, "l") + ") FROM " + rule.lineTable + " l WHERE " + condition + " AND l.NOID=" +
-               head + ".NOID AND " + wh + " IS NOT NULL AND NOT EXISTS (SELECT 1 FROM d1802 k WHERE k.WL_ID=l.WL_ID AND k.CK_ID=" +
-               wh + ") GROUP BY l.WL_ID, " + wh + ";\n";
+        return "INSERT INTO d1802 (WL_ID, CK_ID, CHECK_KC, " + sizeColumns() + ") SELECT l.WL_ID, " + wh + ", max(" +
+               styleCheckFlag(rule, "l") + "), " + joined(kSizes, ", ", total) + lines + " AND " + wh +
+               " IS NOT NULL GROUP BY l.WL_ID, " + wh + addToExistingRow() + ";\n";
     }
-    out += "UPDATE d1802 SET " + joined(kSizes, ", ", [&](int i) {
-        return sized("K", i) + "=K" + std::to_string(i) + signText(sign) + sized("m.Q", i);
-    });
-    out += std::string(" FROM (SELECT l.WL_ID AS WL_ID, ") + wh + " AS CK_ID, " + joined(kSizes, ", ", [&](int i) {
-        return "sum(ifnull(" + column("l.", rule.quantity, i) + ",0)) AS Q" + std::to_string(i);
-    });
-    out += std::string(" FROM ") + rule.lineTable + " l WHERE " + condition + " AND l.NOID=" + head +
-           ".NOID GROUP BY l.WL_ID, " + wh + ") m WHERE d1802.WL_ID=m.WL_ID AND d1802.CK_ID=m.CK_ID;\n";
-    return out;
+    return "UPDATE d1802 SET " + joined(kSizes, ", ", [&](int i) { return sized("K", i) + "=K" + std::to_string(i) + "+" + sized("m.Q", i); }) +
+           " FROM (SELECT l.WL_ID AS WL_ID, " + wh + " AS CK_ID, " +
+           joined(kSizes, ", ", [&](int i) { return total(i) + " AS Q" + std::to_string(i); }) + lines + " GROUP BY l.WL_ID, " + wh +
+           ") m WHERE d1802.WL_ID=m.WL_ID AND d1802.CK_ID=m.CK_ID;\n";
 }
 
 std::string headEffective(const PostingRule& rule, const std::string& head) {
