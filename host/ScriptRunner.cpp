@@ -271,10 +271,23 @@ QWidget* ScriptRunner::currentScreen() const {
     return &main_;
 }
 
+// Whether an object belongs to the screen itself rather than to a window of its own inside it
+// (a pick list or a filter dialog the screen keeps as a child).
+static bool belongsTo(const QObject* object, const QWidget* screen) {
+    for (const QObject* o = object; o && o != screen; o = o->parent()) {
+        const auto* w = qobject_cast<const QWidget*>(o);
+        if (w && w != object && w->isWindow()) return false;
+    }
+    return true;
+}
+
 QObject* ScriptRunner::findObject(const QString& name) const {
     QWidget* screen = currentScreen();
     if (screen->objectName() == name) return screen;
-    if (QObject* found = screen->findChild<QObject*>(name)) return found;
+    const auto found = screen->findChildren<QObject*>(name);
+    for (QObject* object : found)
+        if (belongsTo(object, screen)) return object;
+    if (!found.isEmpty()) return found.first();
     // Menu actions and the main window's own widgets.
     if (QObject* found = main_.findChild<QObject*>(name)) return found;
     return nullptr;
@@ -293,7 +306,9 @@ TDBGridEh* ScriptRunner::currentGrid() const {
     QWidget* screen = currentScreen();
     if (selectedGrid_ && screen->isAncestorOf(selectedGrid_)) return selectedGrid_;
     // The grid that has the focus, else the screen's first grid.
-    const auto grids = screen->findChildren<TDBGridEh*>();
+    QList<TDBGridEh*> grids;
+    for (TDBGridEh* grid : screen->findChildren<TDBGridEh*>())
+        if (belongsTo(grid, screen)) grids << grid;
     for (TDBGridEh* grid : grids)
         if (grid->hasFocus()) return grid;
     if (grids.isEmpty()) fail(QString("no grid on %1").arg(describe(screen)));
@@ -589,7 +604,7 @@ void ScriptRunner::dumpControls() {
     out_ << "== controls of " << describe(screen) << " \"" << screen->windowTitle() << "\"\n";
     for (QObject* object : screen->findChildren<QObject*>()) {
         const QString name = object->objectName();
-        if (name.isEmpty() || name.startsWith("qt_")) continue;
+        if (name.isEmpty() || name.startsWith("qt_") || !belongsTo(object, screen)) continue;
         const bool interesting =
             qobject_cast<QAction*>(object) || qobject_cast<QAbstractButton*>(object) ||
             qobject_cast<QLineEdit*>(object) || qobject_cast<QComboBox*>(object) ||
