@@ -13,14 +13,14 @@ namespace {
 
 constexpr int kSizes = 10;
 
-// A quantity column of size position i, e.g. column("l.", "S", 3) → "l.S3".
-// "K" and 3 → "K3".
+// A name of size position i: sized("K", 3) → "K3".
 std::string sized(std::string_view prefix, int i) {
     std::string out(prefix);
     out += static_cast<char>('0' + i);
     return out;
 }
 
+// A quantity column of size position i of a row: column("l.", "S", 3) → "l.S3".
 std::string column(const std::string& prefix, const char* name, int i) {
     return prefix + name + std::to_string(i);
 }
@@ -37,7 +37,6 @@ std::string joined(int count, const std::string& separator, auto&& item) {
 std::string sizeSum(const std::string& prefix, const char* name) {
     return "(" + joined(kSizes, "+", [&](int i) { return "ifnull(" + column(prefix, name, i) + ",0)"; }) + ")";
 }
-
 
 // ---- SQLite trigger texts ------------------------------------------------------------------
 
