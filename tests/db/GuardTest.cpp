@@ -43,6 +43,15 @@ TEST_F(Guards, CheckedStockMayNotGoBelowZeroAndNothingOfTheBatchIsKept) {
     EXPECT_EQ(stock(db, "K201", "ZC"), sizes({0})) << "selling exactly the stock is fine";
 }
 
+TEST_F(Guards, ASaleOfACheckedStyleWithNoStockRowIsRefused) {
+    EXPECT_THROW(db.execute(saleBatch("S1", "K202", "K2", 1)), db::Error);
+    EXPECT_EQ(stock(db, "K202", "ZC")[0], -1) << "no stock row was left behind";
+    EXPECT_THROW(db.execute("INSERT INTO D712 (NOID, BDATE, CK_ID) VALUES ('P1','2026-05-12','MD1');"
+                            "INSERT INTO D712A (NOID, WL_ID, S0) VALUES ('P1','K201',1);"),
+                 db::Error)
+        << "point of sale: the style comes from the SKU";
+}
+
 TEST_F(Guards, UncheckedStockMayGoNegative) {
     db.execute(saleBatch("S1", "K101", "K1", 3));
     EXPECT_EQ(stock(db, "K101", "ZC"), sizes({-3}));
