@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QChildEvent>
+#include <QCloseEvent>
 #include <QDialog>
 #include <QLabel>
 #include <QMenu>
@@ -188,6 +189,22 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
         if (index >= 0) tabs_->setTabText(index, widget->windowTitle());
     }
     return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    for (QWidget* screen : screens()) {
+        const QPointer<QWidget> alive(screen);
+        if (!screen->close()) {
+            event->ignore();
+            tabs_->setCurrentWidget(screen);
+            return;
+        }
+        if (alive && tabs_->indexOf(screen) >= 0) {
+            tabs_->removeTab(tabs_->indexOf(screen));
+            screen->deleteLater();
+        }
+    }
+    QMainWindow::closeEvent(event);
 }
 
 void MainWindow::closeTab(int index) {

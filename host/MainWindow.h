@@ -35,6 +35,8 @@ public:
 
 protected:
     void childEvent(QChildEvent* event) override;
+    // Closes every screen first; a screen that refuses (unsaved input) keeps the window open.
+    void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

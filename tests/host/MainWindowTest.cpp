@@ -150,3 +150,33 @@ TEST_F(MainWindowTest, ScreenErrorsAreReportedNotThrown) {
 }
 
 }  // namespace
+
+namespace {
+
+// A screen that refuses to close while it holds unsaved input.
+class TQXTESTBUSY : public TFrm_Base_Qry {
+public:
+    explicit TQXTESTBUSY(QWidget* owner) : TFrm_Base_Qry(owner) { SetCaption("未保存"); }
+    bool busy = true;
+
+protected:
+    bool FormCloseQuery() override { return !busy; }
+};
+TQXTESTBUSY* QXTESTBUSY = nullptr;
+
+TEST_F(MainWindowTest, ClosingTheWindowAsksEveryScreenFirst) {
+    qx::frame::testing::setFactory(255, &qx::frame::screen<TQXTESTBUSY, &QXTESTBUSY>);
+    MainWindow window(&QXProc2, "shop.db");
+    window.show();
+    window.openFunction(255);
+    ASSERT_EQ(window.screens().size(), 1);
+    EXPECT_FALSE(window.close()) << "the screen holds unsaved input";
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(window.screens().size(), 1);
+
+    QXTESTBUSY->busy = false;
+    EXPECT_TRUE(window.close());
+    EXPECT_TRUE(window.screens().isEmpty());
+}
+
+}  // namespace
