@@ -202,6 +202,33 @@ void addDocumentTriggers(const DocumentTables& doc, std::vector<std::string>& ou
                           guarded + headDate("OLD") + " < " + end, refuse("OLD", head, headDate("OLD"))));
 }
 
+// Movements dated by a head column other than BDATE (a transfer's arrival, YDATE) are closed
+// with the period of that date: a confirmed arrival dated before sys_co.CK_END_DATE cannot be
+// taken back, re-dated, re-addressed or recounted, and none can be confirmed into it.
+void addPostingDateGuards(const PostingRule& rule, std::vector<std::string>& out) {
+    if (std::string_view(rule.dateColumn) == "BDATE" || !rule.effectiveFlag) return;
+    const std::string end = "(SELECT max(CK_END_DATE) FROM sys_co)";
+    const std::string flag = rule.effectiveFlag, date = rule.dateColumn;
+    auto closedMovement = [&](const std::string& row) {
+        return "(ifnull(" + row + "." + flag + ",0)=1 AND " + row + "." + date + " < " + end + ")";
+    };
+    auto refuse = [&](const std::string& noid, const std::string& at) {
+        return std::string("SELECT qx_closed_period('") + rule.headTable + "', " + noid + ", " + at + ", " + end + ");\n";
+    };
+    std::string headChanged = "OLD." + flag + " IS NOT NEW." + flag + " OR OLD." + date + " IS NOT NEW." + date;
+    if (rule.warehouseOnHead) headChanged += std::string(" OR OLD.") + rule.warehouse + " IS NOT NEW." + rule.warehouse;
+    out.push_back(trigger(std::string("qx_closed_") + rule.id + "_head", "BEFORE UPDATE", rule.headTable,
+                          "qx_guarded() AND (" + closedMovement("OLD") + " OR " + closedMovement("NEW") + ") AND (" + headChanged + ")",
+                          refuse("OLD.NOID", "min(ifnull(OLD." + date + ",'9'), ifnull(NEW." + date + ",'9'))")));
+    std::string lineChanged = "OLD.WL_ID IS NOT NEW.WL_ID";
+    if (!rule.warehouseOnHead) lineChanged += std::string(" OR OLD.") + rule.warehouse + " IS NOT NEW." + rule.warehouse;
+    for (int i = 0; i < kSizes; ++i) lineChanged += " OR " + column("OLD.", rule.quantity, i) + " IS NOT " + column("NEW.", rule.quantity, i);
+    const std::string head = std::string("(SELECT h.") + date + " FROM " + rule.headTable + " h WHERE h.NOID=OLD.NOID AND ifnull(h." +
+                             flag + ",0)=1)";
+    out.push_back(trigger(std::string("qx_closed_") + rule.id + "_line", "BEFORE UPDATE", rule.lineTable,
+                          "qx_guarded() AND " + head + " < " + end + " AND (" + lineChanged + ")", refuse("OLD.NOID", head)));
+}
+
 // ---- T-SQL view texts ------------------------------------------------------------------------
 
 std::string movementSelect(const PostingRule& rule, const MovementKind& kind, int part) {
@@ -307,6 +334,7 @@ std::vector<std::string> sqliteTriggerStatements() {
     addStockTriggers(out);
     for (const auto& rule : rules()) addPostingTriggers(rule, out);
     for (const auto& doc : documentTables()) addDocumentTriggers(doc, out);
+    for (const auto& rule : rules()) addPostingDateGuards(rule, out);
     return out;
 }
 

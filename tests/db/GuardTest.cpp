@@ -103,6 +103,12 @@ TEST_F(Guards, ATransferOfAClosedMonthMayStillArriveInTheOpenOne) {
     EXPECT_EQ(stock(db, "K101", "MD1"), sizes({2}));
     EXPECT_THROW(db.execute("UPDATE D8303 SET CK_ID_IN='MD2' WHERE NOID='T1'"), db::Error) << "what was sent stays closed";
     EXPECT_THROW(db.execute("UPDATE D8303A SET S0=1 WHERE NOID='T1'"), db::Error);
+
+    db.execute("update SYS_CO SET CK_END_DATE ='2026-04-01'");
+    EXPECT_THROW(db.execute("UPDATE D8303 SET y=0 WHERE NOID='T1'"), db::Error) << "the arrival of March is closed now";
+    EXPECT_THROW(db.execute("update D8303A  set  y0=1 where (noid='T1') and (wl_id='K101');"), db::Error);
+    EXPECT_EQ(stock(db, "K101", "MD1"), sizes({2}));
+    db.execute("UPDATE D8303 SET y_note='已核对' WHERE NOID='T1'");  // remarks stay editable
 }
 
 }  // namespace
