@@ -49,12 +49,10 @@ public:
 
     TClientDataSet* ds() const { return grid_->dataSet_; }
 
-    int rowCount(const QModelIndex& parent = {}) const override {
-        return parent.isValid() || !ds() ? 0 : ds()->RecordCount();
-    }
-    int columnCount(const QModelIndex& parent = {}) const override {
-        return parent.isValid() ? 0 : grid_->ColumnCount();
-    }
+    // The rows the view knows: updated only through the model's own signals, so the view never
+    // sees a count it was not told about (a dataset with disabled controls changes silently).
+    int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : shownRows_; }
+    int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : shownColumns_; }
 
     // The text a cell shows before the cell hook sees it.
     QString baseText(int row, const TColumnEh* column) const {
@@ -93,7 +91,8 @@ public:
     }
 
     QVariant data(const QModelIndex& index, int role) const override {
-        if (!ds() || !index.isValid()) return {};
+        if (!ds() || !index.isValid() || index.row() >= ds()->RecordCount() || index.column() >= grid_->ColumnCount())
+            return {};
         TColumnEh* column = grid_->Columns(index.column());
         switch (role) {
             case Qt::DisplayRole: return params(index.row(), column).Text;
@@ -120,14 +119,22 @@ public:
 
     bool setData(const QModelIndex& index, const QVariant& value, int role) override {
         if (role != Qt::EditRole || !ds()) return false;
+        if (index.column() >= grid_->ColumnCount() || index.row() >= ds()->RecordCount()) return false;
         TColumnEh* column = grid_->Columns(index.column());
         TField* f = column->Field();
         if (!f) return false;
+        // An editor closing with the text it was given changes nothing.
+        if (value.toString() == f->FormatValue(ds()->CellValue(index.row(), f->Index()), {})) {
+            lastEditFailed = false;
+            return true;
+        }
+        inSetData = true;
         lastEditFailed = !qx::guard([&] {
             if (ds()->CurrentRow() != index.row()) ds()->SetRecNo(index.row() + 1);
             ds()->Edit();
             f->SetText(value.toString());
         });
+        inSetData = false;
         return !lastEditFailed;
     }
 
@@ -145,7 +152,7 @@ public:
 
     Qt::ItemFlags flags(const QModelIndex& index) const override {
         Qt::ItemFlags fl = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
-        if (!index.isValid()) return fl;
+        if (!index.isValid() || index.column() >= grid_->ColumnCount()) return fl;
         TColumnEh* c = grid_->Columns(index.column());
         TField* f = c->Field();
         if (!grid_->readOnly_ && !c->ReadOnly && f && !f->ReadOnly && f->FieldKind == fkData &&
@@ -156,26 +163,53 @@ public:
 
     void reset() {
         beginResetModel();
+        shownColumns_ = grid_->ColumnCount();
+        shownRows_ = ds() ? ds()->RecordCount() : 0;
         endResetModel();
     }
     void rowChanged(int row) {
+        if (row < 0 || row >= shownRows_) return;
         // Whole rows: footers, duplicates and hooks may depend on any cell.
         emit dataChanged(index(row, 0), index(row, std::max(0, columnCount() - 1)));
         if (row + 1 < rowCount()) emit dataChanged(index(row + 1, 0), index(row + 1, std::max(0, columnCount() - 1)));
     }
     void rowInserted(int row) {
+        if (!ds() || ds()->RecordCount() != shownRows_ + 1 || row > shownRows_) {
+            reset();
+            return;
+        }
         beginInsertRows({}, row, row);
+        ++shownRows_;
         endInsertRows();
     }
     void rowRemoved(int row) {
+        if (!ds() || ds()->RecordCount() != shownRows_ - 1 || row >= shownRows_) {
+            reset();
+            return;
+        }
         beginRemoveRows({}, row, row);
+        --shownRows_;
         endRemoveRows();
     }
-    void columnsReset() { reset(); }
+    // Titles, visibility or formats changed: the same columns, no reset (the view keeps its
+    // current cell and editor); added or removed columns: a reset.
+    void columnsChanged() {
+        const int n = grid_->ColumnCount();
+        if (n != shownColumns_) {
+            reset();
+            return;
+        }
+        if (n == 0) return;
+        emit headerDataChanged(Qt::Horizontal, 0, n - 1);
+        if (rowCount() > 0) emit dataChanged(index(0, 0), index(rowCount() - 1, n - 1));
+    }
 
     bool lastEditFailed = false;
+    bool inSetData = false;  // a cell editor is writing through the field
 
 private:
+    int shownColumns_ = 0;
+    int shownRows_ = 0;
     TDBGridEh* grid_;
 };
 
@@ -425,7 +459,18 @@ TDBGridEh::TDBGridEh(QWidget* parent, const QString& objectName) : QTableView(pa
     });
 }
 
-TDBGridEh::~TDBGridEh() = default;
+TDBGridEh::~TDBGridEh() { ClearHooks(); }
+
+void TDBGridEh::ClearHooks() {
+    OnGetCellParams = nullptr;
+    OnDrawColumnCell = nullptr;
+    OnTitleClick = nullptr;
+    OnCellButtonClick = nullptr;
+    OnDblClick = nullptr;
+    OnKeyDown = nullptr;
+    OnAdvance = nullptr;
+    CanEditCell = nullptr;
+}
 
 void TDBGridEh::SetDataSet(TClientDataSet* dataSet) {
     for (const auto& c : dataSetConnections_) disconnect(c);
@@ -438,6 +483,9 @@ void TDBGridEh::SetDataSet(TClientDataSet* dataSet) {
         });
         dataSetConnections_ << connect(dataSet_, &TClientDataSet::dataReset, this, [this] { modelReset(); });
         dataSetConnections_ << connect(dataSet_, &TClientDataSet::rowChanged, this, [this](int row) {
+            // The row changed under an open editor (a pick list, a script, a setter writing other
+            // cells): the dataset is the truth, the editor's old text must not be written back.
+            if (!model_->inSetData && Editing() && currentIndex().row() == row) CancelEdit();
             model_->rowChanged(row);
             footer_->update();
         });
@@ -446,6 +494,7 @@ void TDBGridEh::SetDataSet(TClientDataSet* dataSet) {
             footer_->update();
         });
         dataSetConnections_ << connect(dataSet_, &TClientDataSet::rowRemoved, this, [this](int row) {
+            if (Editing() && currentIndex().row() == row) CancelEdit();
             model_->rowRemoved(row);
             footer_->update();
         });
@@ -471,8 +520,8 @@ void TDBGridEh::syncFromDataSet(int row) {
     if (syncing_ || !dataSet_) return;
     syncing_ = true;
     if (row >= 0 && row < model_->rowCount()) {
-        int col = currentIndex().isValid() ? currentIndex().column() : -1;
-        if (col < 0 || isColumnHidden(col)) {
+        int col = currentIndex().isValid() ? currentIndex().column() : lastColumn_;
+        if (col < 0 || col >= ColumnCount() || isColumnHidden(col)) {
             col = 0;
             while (col < ColumnCount() && isColumnHidden(col)) ++col;
         }
@@ -491,6 +540,7 @@ void TDBGridEh::syncFromDataSet(int row) {
 
 void TDBGridEh::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTableView::currentChanged(current, previous);
+    if (current.isValid()) lastColumn_ = current.column();
     if (syncing_ || !dataSet_ || !current.isValid()) return;
     if (current.row() != dataSet_->CurrentRow()) {
         syncing_ = true;
@@ -572,7 +622,7 @@ void TDBGridEh::RebuildColumns() {
 }
 
 void TDBGridEh::ColumnsChanged() {
-    model_->columnsReset();
+    model_->columnsChanged();
     applyColumnGeometry();
     bool anyFooter = false;
     for (const auto& c : columns_) anyFooter = anyFooter || c->Footer.ValueType != fvtNon;
@@ -704,7 +754,7 @@ void TDBGridEh::SortByColumn(TColumnEh* column) {
 
 void TDBGridEh::SetReadOnly(bool readOnly) {
     readOnly_ = readOnly;
-    model_->columnsReset();
+    model_->columnsChanged();
     if (dataSet_) syncFromDataSet(dataSet_->CurrentRow());
 }
 

@@ -148,7 +148,9 @@ public:
     TColumnEh* CurrentColumn() const;
     void SetCurrentColumn(TColumnEh* column);
 
-    // --- hooks
+    // --- hooks (screens set them; a screen's destructor clears them with ClearHooks, since they
+    // call into the screen)
+    void ClearHooks();
     std::function<void(TColumnEh* Column, TCellParams& Params)> OnGetCellParams;
     // Return true when the cell was painted completely.
     std::function<bool(QPainter* Painter, const QRect& Rect, TColumnEh* Column, const TCellParams& Params)>
@@ -207,5 +209,6 @@ private:
     bool readOnly_ = false;
     bool footerVisible_ = false;
     bool syncing_ = false;
+    int lastColumn_ = -1;  // the column of the current cell, kept across model resets
     QList<QMetaObject::Connection> dataSetConnections_;
 };

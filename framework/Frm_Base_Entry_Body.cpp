@@ -815,3 +815,13 @@ void TFrm_Base_Entry_BodyC::DBGridEhDblClick1(QObject*) {
     if (OrderPicker->ShowModal() != mrOk) return;
     PickOrderLines(OrderPicker->ChosenOrder());
 }
+
+Tfrm_Base_Entry_Body::~Tfrm_Base_Entry_Body() {
+    // The hooks call into this screen, which is going: nothing may run them from here on.
+    DBGridEh->ClearHooks();
+    AdoQry_Main->AfterScroll = nullptr;
+    AdoQry_Main->BeforePost = nullptr;
+    for (int i = 0; i < AdoQry_Main->FieldCount(); ++i) AdoQry_Main->Fields(i)->OnSetText = nullptr;
+    StyleLink->OnPicked = nullptr;
+    ColorLink->OnPicked = nullptr;
+}

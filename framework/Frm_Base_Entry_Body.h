@@ -48,6 +48,7 @@ class QX_FRAMEWORK_EXPORT Tfrm_Base_Entry_Body : public TFrm_Base_Panel {
     Q_OBJECT
 public:
     explicit Tfrm_Base_Entry_Body(QWidget* Owner = nullptr);
+    ~Tfrm_Base_Entry_Body() override;
 
     // --- virtual operations, in this order
     virtual void DBGridEhColorLine(TColumnEh* Column, TCellParams& Params);

@@ -219,3 +219,11 @@ void TFrm_Base_Entry_Head::Act_PreviewExecute(QObject*) { qx::grid::preview(DBGr
 void TFrm_Base_Entry_Head::Act_ExportExecute(QObject*) { qx::grid::exportCsvWithDialog(DBGridEh, Caption()); }
 void TFrm_Base_Entry_Head::Act_QuitExecute(QObject*) { close(); }
 void TFrm_Base_Entry_Head::DBGridEhGetCellParams(QObject*, TColumnEh*, TCellParams&) {}
+
+TFrm_Base_Entry_Head::~TFrm_Base_Entry_Head() {
+    // The hooks call into this screen, which is going: nothing may run them from here on.
+    DBGridEh->ClearHooks();
+    DBGridEh_Detail->ClearHooks();
+    AdoQry_Main->AfterScroll = nullptr;
+    AdoQry_Detail->AfterScroll = nullptr;
+}

@@ -33,6 +33,7 @@ class QX_FRAMEWORK_EXPORT TFrm_Base_Entry_Head : public TFrm_Base_Panel {
     Q_OBJECT
 public:
     explicit TFrm_Base_Entry_Head(QWidget* Owner = nullptr);
+    ~TFrm_Base_Entry_Head() override;
 
     // --- virtual operations, in this order
     virtual void GetData();  // runs the head query with the condition

@@ -168,3 +168,13 @@ void TFrm_Base_Outer::Act_PrintExecute(QObject*) { qx::grid::printWithDialog(DBG
 void TFrm_Base_Outer::Act_ExportExecute(QObject*) { qx::grid::exportCsvWithDialog(DBGridEh, Caption()); }
 void TFrm_Base_Outer::Act_QuitExecute(QObject*) { close(); }
 void TFrm_Base_Outer::DBGridEhGetCellParams(QObject*, TColumnEh*, TCellParams&) {}
+
+TFrm_Base_Qry::~TFrm_Base_Qry() {
+    // The hooks call into this screen, which is going: nothing may run them from here on.
+    DBGridEh->ClearHooks();
+}
+
+TFrm_Base_Outer::~TFrm_Base_Outer() {
+    // The hooks call into this screen, which is going: nothing may run them from here on.
+    DBGridEh->ClearHooks();
+}

@@ -28,6 +28,7 @@ class QX_FRAMEWORK_EXPORT TFrm_Base_Qry : public TFrm_Base_Panel {
     Q_OBJECT
 public:
     explicit TFrm_Base_Qry(QWidget* Owner = nullptr);
+    ~TFrm_Base_Qry() override;
 
     // --- virtual operations, in this order
     virtual void GetData();
@@ -78,6 +79,7 @@ class QX_FRAMEWORK_EXPORT TFrm_Base_Outer : public TFrm_Base_Panel {
     Q_OBJECT
 public:
     explicit TFrm_Base_Outer(QWidget* Owner = nullptr);
+    ~TFrm_Base_Outer() override;
 
     // --- virtual operations, in this order
     virtual void GetData();  // opens HeadSql (+ " WHERE " + Condition) into AdoQry_Main

@@ -950,3 +950,53 @@ TEST_F(FrameworkScreenTest, AddWithoutAListQueryFirstTakesTheListsColumns) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(FrameworkScreenTest, MovingBetweenLinesKeepsTheColumn) {
+    DemoList* list = openList();
+    list->Act_Edit->trigger();
+    DemoEntry* e = list->Entry;
+    TDBGridEh* grid = e->DBGridEh;
+    grid->setCurrentIndex(grid->model()->index(0, grid->ColumnByField("S2")->Index()));
+    QTest::keyClick(grid, Qt::Key_Down);  // the size titles change with the line
+    EXPECT_EQ(e->AdoQry_Main->RecNo(), 2);
+    EXPECT_EQ(grid->ColumnByField("S0")->Title, "尺码|28");
+    EXPECT_EQ(grid->CurrentColumn()->FieldName, "S2");
+    delete list;
+}
+
+}  // namespace
+
+namespace {
+TEST_F(FrameworkScreenTest, TwoLinesTypedThroughTheGridStayTwoLines) {
+    db->rules.insert(db->rules.begin(), {"d1804.K_ID='K02' AND (d1804.COL_ID='03'", table({"COL_ID", "COL_NAME"}, {{s("03"), s("蓝色")}})});
+    DemoList* list = openList();
+    list->Act_Add->trigger();
+    DemoEntry* e = list->Entry;
+    auto type = [e](const QString& field, const QString& text) {
+        auto* model = e->DBGridEh->model();
+        return model->setData(model->index(e->AdoQry_Main->CurrentRow(), e->DBGridEh->ColumnByField(field)->Index()), text, Qt::EditRole);
+    };
+    e->Act_AddLine->trigger();
+    e->EnterStyle("K01");
+    e->EnterColor("02");
+    EXPECT_TRUE(type("S0", "3"));
+    EXPECT_TRUE(type("S1", "2"));
+    e->AdoQry_Main->CheckBrowseMode();
+    e->Act_AddLine->trigger();
+    EXPECT_EQ(e->AdoQry_Main->RecNo(), 2);
+    e->EnterStyle("K02");
+    EXPECT_EQ(e->AdoQry_Main->RecNo(), 2);
+    e->EnterColor("03");
+    EXPECT_EQ(e->AdoQry_Main->RecNo(), 2);
+    EXPECT_TRUE(type("S1", "4"));
+    e->AdoQry_Main->CheckBrowseMode();
+    ASSERT_EQ(e->AdoQry_Main->RecordCount(), 2);
+    e->AdoQry_Main->First();
+    EXPECT_EQ(e->AdoQry_Main->FieldByName("K_ID")->AsString(), "K01");
+    e->Modified = false;
+    e->AdoQry_Main->EmptyDataSet();
+    delete list;
+}
+}  // namespace
