@@ -20,6 +20,14 @@
 
 namespace {
 
+// The offscreen platform warns about every window feature it lacks; none of it concerns a script.
+void quietPlatformNotes(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (type == QtWarningMsg && (message.startsWith("This plugin does not support") ||
+                                 message.startsWith("QStandardPaths: XDG_RUNTIME_DIR not set")))
+        return;
+    std::fprintf(stderr, "%s\n", qFormatLogMessage(type, context, message).toUtf8().constData());
+}
+
 int fail(const QString& message) {
     std::fprintf(stderr, "qxck-run: %s\n", message.toUtf8().constData());
     return 2;
@@ -30,6 +38,7 @@ int fail(const QString& message) {
 int main(int argc, char** argv) {
     // No display needed: the offscreen platform, unless the caller chose one.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(quietPlatformNotes);
     QApplication app(argc, argv);
     QApplication::setApplicationName("qxck-run");
 
