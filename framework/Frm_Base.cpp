@@ -9,7 +9,9 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QHash>
 #include <QRegularExpression>
+#include <QStyle>
 #include <QToolBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -261,6 +263,19 @@ QAction* TFrm_Base_Common::AddAction(const QString& name, const QString& caption
                                      std::function<void()> handler) {
     auto* action = new QAction(caption, this);
     action->setObjectName(name);
+    // The usual actions carry the style's usual pictures.
+    static const QHash<QString, QStyle::StandardPixmap> icons = {
+        {"Act_Add", QStyle::SP_FileIcon},           {"Act_CopyAdd", QStyle::SP_FileLinkIcon},
+        {"Act_Edit", QStyle::SP_FileDialogDetailedView}, {"Act_Modify", QStyle::SP_FileDialogDetailedView},
+        {"Act_Delete", QStyle::SP_TrashIcon},       {"Act_View", QStyle::SP_FileDialogInfoView},
+        {"Act_Filter", QStyle::SP_FileDialogContentsView}, {"Act_Locate", QStyle::SP_FileDialogContentsView},
+        {"Act_Refresh", QStyle::SP_BrowserReload},  {"Act_Print", QStyle::SP_DialogSaveButton},
+        {"Act_Preview", QStyle::SP_FileDialogListView}, {"Act_Export", QStyle::SP_DriveFDIcon},
+        {"Act_Save", QStyle::SP_DialogSaveButton},  {"Act_Quit", QStyle::SP_DialogCloseButton},
+        {"Act_AddLine", QStyle::SP_ArrowDown},      {"Act_DeleteLine", QStyle::SP_DialogDiscardButton},
+        {"Act_Order", QStyle::SP_ArrowUp},
+    };
+    if (auto it = icons.find(name); it != icons.end()) action->setIcon(style()->standardIcon(*it));
     if (!shortcut.isEmpty()) {
         action->setShortcut(shortcut);
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
