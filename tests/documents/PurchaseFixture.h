@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QTemporaryDir>
 #include <functional>
 #include <ostream>
@@ -132,11 +133,25 @@ protected:
         return model->setData(model->index(e->AdoQry_Main->CurrentRow(), column->Index()), text, Qt::EditRole);
     }
 
+    // The cell editor the grid has open, if any.
+    static QLineEdit* openEditor(TDBGridEh* grid) {
+        if (!grid->Editing()) return nullptr;
+        for (QLineEdit* candidate : grid->viewport()->findChildren<QLineEdit*>())
+            if (candidate->isVisible()) return candidate;
+        return nullptr;
+    }
+
     // A new line: style, colour, then quantities by size position and optionally the price.
     void addLine(TQXCK201_1* e, const QString& style, const QString& colour, const std::vector<QString>& sizes,
                  const QString& price = {}) {
         e->Act_AddLine->trigger();
-        e->EnterStyle(style);
+        // The new line's style cell is open for typing: the code is typed there and confirmed.
+        if (QLineEdit* editor = openEditor(e->DBGridEh)) {
+            editor->setText(style);
+            e->DBGridEh->CommitEdit();
+        } else {
+            e->EnterStyle(style);
+        }
         e->EnterColor(colour);
         for (size_t i = 0; i < sizes.size(); ++i)
             if (!sizes[i].isEmpty()) EXPECT_TRUE(typeCell(e, "S" + QString::number(i), sizes[i]));

@@ -301,9 +301,11 @@ TEST_F(PurchaseEntryTest, TheAmountSetterIsDetachedWhileItWrites) {
     // While the setter writes the amount, the amount's own setter is not attached.
     e->AdoQry_Main->FieldByName("S0")->SetText("4");
     EXPECT_TRUE(static_cast<bool>(amount->OnSetText));  // attached again afterwards
+    const TFieldSetTextEvent attached = amount->OnSetText;
     amount->OnSetText = [&](TField*, const AnsiString&) { reentered = true; };
     e->SetFloatText(e->AdoQry_Main->FieldByName("S1"), "1");
     EXPECT_FALSE(reentered);
+    amount->OnSetText = attached;
     EXPECT_DOUBLE_EQ(amount->AsFloat(), 50);
     e->AdoQry_Main->Cancel();
     e->Modified = false;
