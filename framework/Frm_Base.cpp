@@ -18,6 +18,7 @@
 
 #include "framework/DBGridEh.h"
 #include "framework/LinkForms.h"
+#include "framework/Settings.h"
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 
@@ -318,6 +319,17 @@ void TFrm_Base_Dialog::btn_okClick(QObject*) {
     if (!CheckAll()) Abort();
     Condition.clear();
     Description.clear();
+    SaveProps();
+}
+
+void TFrm_Base_Dialog::RestoreProps() {
+    EnsureObjectName();
+    if (!StoredProps.isEmpty()) qx::settings::loadControls(this, StoredProps);
+}
+
+void TFrm_Base_Dialog::SaveProps() {
+    EnsureObjectName();
+    if (!StoredProps.isEmpty()) qx::settings::saveControls(this, StoredProps);
 }
 
 void TFrm_Base_Dialog::btn_cancelClick(QObject*) { SetModalResult(mrCancel); }
@@ -334,7 +346,10 @@ TFrm_Sys_Filter::TFrm_Sys_Filter(QWidget* Owner) : TFrm_Base_Condition(Owner) {
     SetCaption(tr("条件"));
 }
 
-void TFrm_Sys_Filter::InitForm() { GetData(); }
+void TFrm_Sys_Filter::InitForm() {
+    GetData();
+    RestoreProps();
+}
 
 void TFrm_Sys_Filter::FormKeyDown(QObject*, int& Key, Qt::KeyboardModifiers) {
     switch (Key) {

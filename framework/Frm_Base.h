@@ -190,6 +190,12 @@ public:
 
     AnsiString Condition;    // SQL condition without WHERE
     AnsiString Description;  // shown above the owner's grid
+    // Names of controls whose values the dialog keeps between runs of the program, in the
+    // company's INI file (section = the dialog's name): restored by RestoreProps (filters do it
+    // in InitForm), saved when the dialog is confirmed.
+    QStringList StoredProps;
+    void RestoreProps();
+    void SaveProps();
 
     QVBoxLayout* MainLayout() const { return main_; }
     TFormPanel* Panel_Condition;  // the dialog's controls

@@ -8,12 +8,14 @@
 #include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "framework/Frm_Base_Entry_Body.h"
 #include "framework/Frm_Base_Entry_Head.h"
 #include "framework/Frm_Base_Qry.h"
 #include "framework/Screenshot.h"
+#include "framework/Settings.h"
 #include "tests/framework/FakeDatabase.h"
 
 namespace {
@@ -999,4 +1001,27 @@ TEST_F(FrameworkScreenTest, TwoLinesTypedThroughTheGridStayTwoLines) {
     e->AdoQry_Main->EmptyDataSet();
     delete list;
 }
+}  // namespace
+
+namespace {
+
+TEST_F(FrameworkScreenTest, FilterOptionsSurviveARestart) {
+    QTemporaryDir dir;
+    qx::settings::setProgramFolder(dir.path());
+    G_CoName = "示范服装店";
+    {
+        DemoFilter filter(nullptr);
+        filter.StoredProps = {"KH_ID"};
+        filter.InitForm();
+        filter.KH_ID->setText("G07");
+        filter.btn_ok->click();
+    }
+    DemoFilter again(nullptr);
+    again.StoredProps = {"KH_ID"};
+    again.InitForm();
+    EXPECT_EQ(again.KH_ID->text(), "G07");
+    EXPECT_TRUE(QFile::exists(dir.filePath("示范服装店.ini")));
+    qx::settings::setProgramFolder({});
+}
+
 }  // namespace
