@@ -9,7 +9,9 @@
 //
 // Layout: the six user-context texts come first, in the order screens forward them to
 // SetUserParam, then the 32-bit function code, then the host's own members. Texts are QStrings,
-// so copying a record copies counted references, never the characters.
+// so copying a record copies counted references, never the characters. Code reads members by
+// name, never by offset: with 64-bit QStrings FuncCode sits after 6 x sizeof(QString) bytes,
+// not at a fixed byte 96, and the record's size is the compiler's.
 struct QX_FRAMEWORK_EXPORT Trecord {
     AnsiString UserId;    // user code
     AnsiString UserName;  // user name
