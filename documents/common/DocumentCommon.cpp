@@ -5,6 +5,7 @@
 
 #include "framework/Controls.h"
 #include "framework/DBGridEh.h"
+#include "framework/Frm_Base.h"
 #include "framework/LinkForms.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
@@ -15,6 +16,11 @@ QString warehouseRightsJoin(const QString& warehouseTable) {
     if (!G_CHKCK) return {};
     return " sys_USER_CK ON " + warehouseTable + ".CK_ID = sys_USER_CK.CK_ID AND (sys_USER_CK.user_id='" +
            SqlStr(G_UserId) + "') INNER JOIN ";
+}
+
+void handFunctionCode(TFrm_Base* screen, const QString& funcNo) {
+    screen->FuncNo = funcNo;
+    for (TFrm_Sys_LINK* link : screen->findChildren<TFrm_Sys_LINK*>()) link->FuncNo = funcNo;
 }
 
 void removeApprovalColumns(TDBGridEh* grid) {

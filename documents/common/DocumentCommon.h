@@ -15,12 +15,17 @@ class QLabel;
 class QWidget;
 class TDBGridEh;
 class TDateEdit;
+class TFrm_Base;
 class TFrm_Sys_LINK;
 struct TCellParams;
 
 namespace qx::documents {
 
 // ---- lists
+
+// Hands the list's function code to a screen it owns and to that screen's pick lists, so that
+// every statement they send carries it.
+void handFunctionCode(TFrm_Base* screen, const QString& funcNo);
 
 // The join of the signed-in user's warehouse rights, placed between "INNER JOIN" and the next
 // joined table of a head query: with rights enforced (G_CHKCK)

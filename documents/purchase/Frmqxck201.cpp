@@ -80,13 +80,13 @@ void TQXCK201::InitForm(const Trecord& rec) {
 
     Entry = QXCK201_1 = new TQXCK201_1(this);
     // The screens the list owns work under the list's function code.
-    Entry->FuncNo = FuncNo;
+    qx::documents::handFunctionCode(Entry, FuncNo);
     Entry->SetBodyParam(HeadSql, BodySql, "", "", "", "", "", MoneyFields, PriceFields, QtyFields, "", "", "",
                         StyleField, WlField, KeyField, DeleteSql);
     EntryForm = Entry;
 
     Filter = QXCK201F = new TQXCK201F(this);
-    Filter->FuncNo = FuncNo;
+    qx::documents::handFunctionCode(Filter, FuncNo);
     Filter->InitForm();
     FilterForm = Filter;
 

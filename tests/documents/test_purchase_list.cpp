@@ -232,6 +232,10 @@ TEST_F(PurchaseListTest, TheEntryScreenIsConfiguredWithTheListsTexts) {
     EXPECT_EQ(e->DeleteSql, "delete from d8101 Where NOID=%S");
     for (const QString& free : e->BodyText) EXPECT_EQ(free, "");
     EXPECT_EQ(e->FuncNo, "201");
+    EXPECT_EQ(e->SupplierLink->FuncNo, "201");
+    EXPECT_EQ(e->WarehouseLink->FuncNo, "201");
+    EXPECT_EQ(list->Filter->FuncNo, "201");
+    EXPECT_EQ(list->Filter->SupplierLink->FuncNo, "201");
     delete list;
 }
 
