@@ -2,7 +2,8 @@
 // Tfrm_Base_Entry_Body / TFrm_Base_Entry_BodyC: the document entry screen. Head edits on
 // Panel_Head (the screen adds them), the line grid DBGridEh over AdoQry_Main with the size
 // matrix S0..S9 and STOT (kept as their sum), toolbar Act_Save (F2/Ctrl+S), Act_AddLine
-// (Insert), Act_DeleteLine (Ctrl+Delete), Act_Print, Act_Quit (Escape).
+// (Ctrl+Insert), Act_DeleteLine (Ctrl+Delete), Act_Print, Act_Quit (Escape; an open cell
+// editor is closed first).
 //
 // How screens use it
 //   TQXCK201_1(QWidget* Owner) : TFrm_Base_Entry_BodyC(Owner) {
@@ -18,23 +19,26 @@
 //   void SaveHeadData() override { TFrm_Base_Entry_BodyC::SaveHeadData(); MasterDataSet->...; }
 //
 // Opening (the list calls OpenEntry(mode, its dataset)): EditMode and MasterDataSet are set,
-// ("Add" opens with no lines; entering the empty line grid starts the first line, Down on the
-// last line with a style adds one)
 // the screen's RefreshData runs (the framework's part loads the lines: BodySql with "%s" filled
-// with the quoted key of the master row in "Edit"/"CopyAdd", and with '' in "Add"), the
-// controls named in LockName (comma-separated, case-insensitive) are disabled, Modified is
-// cleared and the screen is shown.
+// with the quoted key of the master row in "Edit"/"CopyAdd", and with '' in "Add", so "Add"
+// opens with no lines), the controls named in LockName (comma-separated, case-insensitive) are
+// disabled, Modified is cleared and the screen is shown (a window, application-modal, no
+// nested event loop). Entering the empty line grid starts the first line; Down on the last
+// line (with a style) adds one.
 // Line entry: the style cell (StyleField, K_ID) takes a typed style code (WL_IDSetText) or a
-// pick from TQX_LINK_K (the cell's button, WL_IDBTNClick); then the colour is chosen among
-// d1804's colours of the style (one colour is taken at once); WL_ID = K_ID + COL_ID when the
-// dataset has the field; name, unit and size names come from d1800/d1006; the price from the
-// style's CGJ (InitSJ). Size titles follow the current line ("尺码|{M0..M9}"), size columns after
-// G_CM are hidden. Columns tagged 1 take no typing on a line taken from an order (a line whose
-// NOID field names its order). Enter and Tab move to the next editable cell (size cells in order, then price,
-// amount, note, then the next line).
-// Saving (Act_SaveExecute): post the pending line, drop empty new lines, AllCheck (false or
-// Abort stops), SaveData, SaveHeadData (the master row in append/edit state; posted after),
-// emit saved(), close. Quitting with unsaved changes asks "单据已修改,是否保存?".
+// pick from TQX_LINK_K (the cell's button or a double click, WL_IDBTNClick); then the colour is
+// chosen among d1804's colours of the style (one colour is taken at once); WL_ID = K_ID + COL_ID
+// when the dataset has the field; name, unit and size names come from d1800/d1006; the price
+// from the style (InitSJ: CGJ into SJ; lines with ODJ get the tag price PFJ, ZK 100). Size
+// titles follow the current line ("尺码|{M0..M9}"), size columns after G_CM are hidden. Enter
+// and Tab move to the next editable cell (after the style straight to the first size, then the
+// sizes in order, price, amount, note, then the next line). A double click elsewhere opens the
+// order picker (lines of an order of the head's warehouse). Columns tagged 1 take no typing on
+// a line taken from an order (a line whose NOID field names its order).
+// Saving (Act_SaveExecute): post the pending line, drop untouched new lines, AllCheck (false or
+// Abort stops; the framework's part refuses a line without style or colour), SaveData,
+// SaveHeadData (the master row in append/edit state; posted after), emit saved(), close.
+// Quitting with unsaved changes asks "单据已修改,是否保存?".
 #include <QHash>
 #include <QPointer>
 
