@@ -153,9 +153,14 @@ protected:
             e->EnterStyle(style);
         }
         e->EnterColor(colour);
-        for (size_t i = 0; i < sizes.size(); ++i)
-            if (!sizes[i].isEmpty()) EXPECT_TRUE(typeCell(e, "S" + QString::number(i), sizes[i]));
-        if (!price.isEmpty()) EXPECT_TRUE(typeCell(e, "sj", price));
+        for (size_t i = 0; i < sizes.size(); ++i) {
+            if (!sizes[i].isEmpty()) {
+                EXPECT_TRUE(typeCell(e, "S" + QString::number(i), sizes[i]));
+            }
+        }
+        if (!price.isEmpty()) {
+            EXPECT_TRUE(typeCell(e, "sj", price));
+        }
         e->AdoQry_Main->CheckBrowseMode();
     }
 
