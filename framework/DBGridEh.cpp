@@ -940,3 +940,11 @@ void TDBGridEh::mouseDoubleClickEvent(QMouseEvent* event) {
     }
     QTableView::mouseDoubleClickEvent(event);
 }
+
+TDBGridEh* TDBGridEh::CreateBrowseGrid(QWidget* parent, TClientDataSet* dataSet) {
+    auto* grid = new TDBGridEh(parent, "DBGridEh");
+    grid->SetReadOnly(true);
+    grid->SortOnTitleClick = true;
+    grid->SetDataSet(dataSet);
+    return grid;
+}

@@ -90,6 +90,9 @@ class QX_FRAMEWORK_EXPORT TDBGridEh : public QTableView {
     Q_OBJECT
 public:
     explicit TDBGridEh(QWidget* parent = nullptr, const QString& objectName = "DBGridEh");
+    // The read-only, sortable grid that report, master-list and detail screens browse their
+    // main dataset with.
+    static TDBGridEh* CreateBrowseGrid(QWidget* parent, TClientDataSet* dataSet);
     ~TDBGridEh() override;
 
     void SetDataSet(TClientDataSet* dataSet);

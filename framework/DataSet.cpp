@@ -546,28 +546,16 @@ void TClientDataSet::Edit() {
     emit stateChanged();
 }
 
-void TClientDataSet::Append() {
-    CheckBrowseMode();
-    if (state_ == dsInactive) CreateDataSet();
-    if (BeforeInsert) BeforeInsert(this);
-    const int row = int(rows_.size());
-    rows_.push_back(QVector<QVariant>(int(fields_.size())));
-    current_ = row;
-    state_ = dsInsert;
-    bof_ = eof_ = false;
-    if (!ControlsDisabled()) emit rowInserted(row);
-    else pendingReset_ = true;
-    calcRow(row);
-    emit stateChanged();
-    if (AfterInsert) AfterInsert(this);
-    if (!ControlsDisabled()) emit currentChanged(current_);
-}
+void TClientDataSet::Append() { InsertRowAt(-1); }
 
-void TClientDataSet::Insert() {
+void TClientDataSet::Insert() { InsertRowAt(current_ < 0 ? 0 : current_); }
+
+// A new empty row in insert state at `row` (-1: after the last one), made current.
+void TClientDataSet::InsertRowAt(int row) {
     CheckBrowseMode();
     if (state_ == dsInactive) CreateDataSet();
     if (BeforeInsert) BeforeInsert(this);
-    const int row = current_ < 0 ? 0 : current_;
+    if (row < 0) row = int(rows_.size());
     rows_.insert(row, QVector<QVariant>(int(fields_.size())));
     current_ = row;
     state_ = dsInsert;

@@ -210,6 +210,7 @@ signals:
 private:
     friend class TField;
     int activeRow() const;
+    void InsertRowAt(int row);
     QVariant& cellRef(int fieldIndex);
     void setCurrent(int row, bool notify);
     void calcRow(int row);

@@ -388,11 +388,8 @@ void TFrm_Sys_Filter::btn_okClick(QObject* Sender) { TFrm_Base_Dialog::btn_okCli
 TFrm_Base_Detail::TFrm_Base_Detail(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
     AdoQry_Main = new TClientDataSet(this);
     AdoQry_Main->setObjectName("AdoQry_Main");
-    DBGridEh = new TDBGridEh(this, "DBGridEh");
-    DBGridEh->SetReadOnly(true);
+    DBGridEh = TDBGridEh::CreateBrowseGrid(this, AdoQry_Main);
     DBGridEh->SetMultiSelect(true);
-    DBGridEh->SortOnTitleClick = true;
-    DBGridEh->SetDataSet(AdoQry_Main);
     MainLayout()->insertWidget(1, DBGridEh, 1);
 }
 

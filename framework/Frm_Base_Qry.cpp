@@ -16,11 +16,8 @@
 TFrm_Base_Qry::TFrm_Base_Qry(QWidget* Owner) : TFrm_Base_Panel(Owner) {
     AdoQry_Main = new TClientDataSet(this);
     AdoQry_Main->setObjectName("AdoQry_Main");
-    DBGridEh = new TDBGridEh(this, "DBGridEh");
-    DBGridEh->SetReadOnly(true);
+    DBGridEh = TDBGridEh::CreateBrowseGrid(this, AdoQry_Main);
     DBGridEh->SetMultiSelect(true);
-    DBGridEh->SortOnTitleClick = true;
-    DBGridEh->SetDataSet(AdoQry_Main);
     MainLayout()->addWidget(DBGridEh, 1);
 
     Act_Locate = AddAction("Act_Locate", tr("查询"), QKeySequence(Qt::Key_F3), [this] { Act_LocateExecute(Act_Locate); });
@@ -115,11 +112,8 @@ void TFrm_Base_Qry::DBGridEhDblClick(QObject*) {
 TFrm_Base_Outer::TFrm_Base_Outer(QWidget* Owner) : TFrm_Base_Panel(Owner) {
     AdoQry_Main = new TClientDataSet(this);
     AdoQry_Main->setObjectName("AdoQry_Main");
-    DBGridEh = new TDBGridEh(this, "DBGridEh");
-    DBGridEh->SetReadOnly(true);
+    DBGridEh = TDBGridEh::CreateBrowseGrid(this, AdoQry_Main);
     DBGridEh->setSelectionBehavior(QAbstractItemView::SelectRows);
-    DBGridEh->SortOnTitleClick = true;
-    DBGridEh->SetDataSet(AdoQry_Main);
     MainLayout()->addWidget(DBGridEh, 1);
     Act_Add = AddAction("Act_Add", tr("新增"), QKeySequence(Qt::Key_Insert), [this] { Act_AddExecute(Act_Add); });
     Act_Modify = AddAction("Act_Modify", tr("修改"), QKeySequence(Qt::CTRL | Qt::Key_E), [this] { Act_ModifyExecute(Act_Modify); });
