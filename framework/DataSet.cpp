@@ -393,18 +393,8 @@ void TClientDataSet::LoadFromResult(const qx::db::ResultSet& result) {
         }
         rows_.push_back(std::move(row));
     }
-    state_ = dsBrowse;
     modified_ = false;
-    emit structureChanged();
-    RefreshCalcFields();
-    current_ = rows_.isEmpty() ? -1 : 0;
-    bof_ = true;
-    eof_ = rows_.isEmpty();
-    notifyReset();
-    emit stateChanged();
-    if (AfterOpen) AfterOpen(this);
-    if (AfterScroll) AfterScroll(this);
-    emit currentChanged(current_);
+    BrowseLoadedRows(/*announceOpen=*/true);
 }
 
 void TClientDataSet::EmptyDataSet() {
@@ -776,16 +766,7 @@ void TClientDataSet::LoadFromFile(const QString& fileName) {
         }
         rows_.push_back(std::move(row));
     }
-    state_ = dsBrowse;
-    emit structureChanged();
-    RefreshCalcFields();
-    current_ = rows_.isEmpty() ? -1 : 0;
-    bof_ = true;
-    eof_ = rows_.isEmpty();
-    notifyReset();
-    emit stateChanged();
-    if (AfterScroll) AfterScroll(this);
-    emit currentChanged(current_);
+    BrowseLoadedRows(/*announceOpen=*/false);
 }
 
 // ---------------------------------------------------------------- TDataSetModel
@@ -866,4 +847,19 @@ Qt::ItemFlags TDataSetModel::flags(const QModelIndex& index) const {
     Qt::ItemFlags fl = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
     if (f && !f->ReadOnly && f->FieldKind == fkData) fl |= Qt::ItemIsEditable;
     return fl;
+}
+
+// After rows were loaded: browse state on the first row, views and calculated fields refreshed.
+void TClientDataSet::BrowseLoadedRows(bool announceOpen) {
+    state_ = dsBrowse;
+    emit structureChanged();
+    RefreshCalcFields();
+    current_ = rows_.isEmpty() ? -1 : 0;
+    bof_ = true;
+    eof_ = rows_.isEmpty();
+    notifyReset();
+    emit stateChanged();
+    if (announceOpen && AfterOpen) AfterOpen(this);
+    if (AfterScroll) AfterScroll(this);
+    emit currentChanged(current_);
 }

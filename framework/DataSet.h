@@ -211,6 +211,7 @@ private:
     friend class TField;
     int activeRow() const;
     void InsertRowAt(int row);
+    void BrowseLoadedRows(bool announceOpen);
     QVariant& cellRef(int fieldIndex);
     void setCurrent(int row, bool notify);
     void calcRow(int row);
