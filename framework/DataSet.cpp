@@ -13,9 +13,6 @@
 
 namespace {
 
-bool isNumericType(TFieldType t) {
-    return t == ftSmallint || t == ftInteger || t == ftFloat || t == ftCurrency;
-}
 
 QDateTime parseDateTime(const QString& text) {
     const QString t = text.trimmed();
@@ -769,86 +766,6 @@ void TClientDataSet::LoadFromFile(const QString& fileName) {
     BrowseLoadedRows(/*announceOpen=*/false);
 }
 
-// ---------------------------------------------------------------- TDataSetModel
-
-TDataSetModel::TDataSetModel(TClientDataSet* dataSet, QObject* parent)
-    : QAbstractTableModel(parent), dataSet_(dataSet) {
-    rebuild();
-    connect(dataSet_, &TClientDataSet::structureChanged, this, [this] {
-        beginResetModel();
-        rebuild();
-        endResetModel();
-    });
-    connect(dataSet_, &TClientDataSet::dataReset, this, [this] {
-        beginResetModel();
-        endResetModel();
-    });
-    connect(dataSet_, &TClientDataSet::rowChanged, this, [this](int row) {
-        emit dataChanged(index(row, 0), index(row, columnCount() - 1));
-    });
-    connect(dataSet_, &TClientDataSet::rowInserted, this, [this](int row) {
-        beginInsertRows({}, row, row);
-        endInsertRows();
-    });
-    connect(dataSet_, &TClientDataSet::rowRemoved, this, [this](int row) {
-        beginRemoveRows({}, row, row);
-        endRemoveRows();
-    });
-}
-
-void TDataSetModel::rebuild() {
-    columns_.clear();
-    for (int i = 0; i < dataSet_->FieldCount(); ++i)
-        if (dataSet_->Fields(i)->Visible) columns_ << i;
-}
-
-TField* TDataSetModel::fieldAt(int column) const {
-    return column >= 0 && column < columns_.size() ? dataSet_->Fields(columns_[column]) : nullptr;
-}
-
-int TDataSetModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : dataSet_->RecordCount();
-}
-
-int TDataSetModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : int(columns_.size());
-}
-
-QVariant TDataSetModel::data(const QModelIndex& index, int role) const {
-    TField* f = fieldAt(index.column());
-    if (!f) return {};
-    const QVariant v = dataSet_->CellValue(index.row(), f->Index());
-    if (role == Qt::DisplayRole) return f->FormatValue(v, f->DisplayFormat);
-    if (role == Qt::EditRole) return f->FormatValue(v, {});
-    if (role == Qt::TextAlignmentRole && isNumericType(f->DataType))
-        return int(Qt::AlignRight | Qt::AlignVCenter);
-    return {};
-}
-
-bool TDataSetModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-    TField* f = fieldAt(index.column());
-    if (!f || role != Qt::EditRole) return false;
-    return qx::guard([&] {
-        if (dataSet_->CurrentRow() != index.row()) dataSet_->SetRecNo(index.row() + 1);
-        dataSet_->Edit();
-        f->SetText(value.toString());
-    });
-}
-
-QVariant TDataSetModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (role != Qt::DisplayRole) return {};
-    if (orientation == Qt::Vertical) return section + 1;
-    TField* f = fieldAt(section);
-    return f ? QVariant(f->DisplayLabel) : QVariant();
-}
-
-Qt::ItemFlags TDataSetModel::flags(const QModelIndex& index) const {
-    TField* f = fieldAt(index.column());
-    Qt::ItemFlags fl = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
-    if (f && !f->ReadOnly && f->FieldKind == fkData) fl |= Qt::ItemIsEditable;
-    return fl;
-}
-
 // After rows were loaded: browse state on the first row, views and calculated fields refreshed.
 void TClientDataSet::BrowseLoadedRows(bool announceOpen) {
     state_ = dsBrowse;
@@ -862,4 +779,20 @@ void TClientDataSet::BrowseLoadedRows(bool announceOpen) {
     if (announceOpen && AfterOpen) AfterOpen(this);
     if (AfterScroll) AfterScroll(this);
     emit currentChanged(current_);
+}
+
+
+// ---------------------------------------------------------------- scoped helpers
+
+ScopedSetTextSuspension::ScopedSetTextSuspension(TClientDataSet* dataSet) {
+    for (int i = 0; i < dataSet->FieldCount(); ++i) {
+        TField* field = dataSet->Fields(i);
+        if (!field->OnSetText) continue;
+        saved_.emplace_back(field, field->OnSetText);
+        field->OnSetText = nullptr;
+    }
+}
+
+ScopedSetTextSuspension::~ScopedSetTextSuspension() {
+    for (auto& [field, setter] : saved_) field->OnSetText = std::move(setter);
 }

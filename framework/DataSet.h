@@ -10,13 +10,12 @@
 //   ds->Append(); ds->FieldByName("K_ID")->SetAsString("K01"); ds->Post();
 //   f->OnSetText = [this](TField* f, const AnsiString& t) { SetFloatText(f, t); };
 //   f->OnSetText = nullptr;                               // detached
-//   ds->DisableControls(); ... ds->EnableControls();      // views refresh once at the end
+//   { ScopedDisableControls frozen(ds); ... }             // views refresh once at the end
 //
 // Writing a field needs the edit or insert state (Edit/Append/Insert), as with any dataset;
 // Post runs BeforePost (which may Abort() to refuse the row) then AfterPost. Moving the cursor
 // posts a pending edit first. Calculated fields (FieldKind fkCalculated) are filled by OnCalcFields
 // for every row after a load, after each change in the edit state and on Post.
-// TDataSetModel shows a dataset in any Qt view (one column per visible field).
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QDateTime>
@@ -236,24 +235,27 @@ private:
     bool pendingReset_ = false;
 };
 
-// Shows a dataset in a Qt view: one column per visible field, titles from DisplayLabel,
-// DisplayText shown, typing goes through TField::SetText inside the framework's guard.
-class QX_FRAMEWORK_EXPORT TDataSetModel : public QAbstractTableModel {
-    Q_OBJECT
+// Controls frozen for a scope: views refresh once when it ends, also when it ends by an exception.
+class QX_FRAMEWORK_EXPORT ScopedDisableControls {
 public:
-    explicit TDataSetModel(TClientDataSet* dataSet, QObject* parent = nullptr);
-    TClientDataSet* dataSet() const { return dataSet_; }
-    TField* fieldAt(int column) const;
-
-    int rowCount(const QModelIndex& parent = {}) const override;
-    int columnCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    explicit ScopedDisableControls(TClientDataSet* dataSet) : dataSet_(dataSet) { dataSet_->DisableControls(); }
+    ~ScopedDisableControls() { dataSet_->EnableControls(); }
+    ScopedDisableControls(const ScopedDisableControls&) = delete;
+    ScopedDisableControls& operator=(const ScopedDisableControls&) = delete;
 
 private:
-    void rebuild();
     TClientDataSet* dataSet_;
-    QVector<int> columns_;  // field indexes of visible fields
+};
+
+// The text setters of every field of a dataset switched off for a scope and put back after it,
+// so that values a setter writes itself do not run setters again.
+class QX_FRAMEWORK_EXPORT ScopedSetTextSuspension {
+public:
+    explicit ScopedSetTextSuspension(TClientDataSet* dataSet);
+    ~ScopedSetTextSuspension();
+    ScopedSetTextSuspension(const ScopedSetTextSuspension&) = delete;
+    ScopedSetTextSuspension& operator=(const ScopedSetTextSuspension&) = delete;
+
+private:
+    std::vector<std::pair<TField*, TFieldSetTextEvent>> saved_;
 };

@@ -19,6 +19,7 @@
 #include "framework/DBGridEh.h"
 #include "framework/LinkForms.h"
 #include "framework/Settings.h"
+#include "framework/SizeMatrix.h"
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 
@@ -173,9 +174,14 @@ void TFrm_Base_Common::SetFormParam(AnsiString p1, AnsiString p2, AnsiString p3,
     FormParam[5] = p6;
 }
 
-void TFrm_Base_Common::SetBodyParam(AnsiString, AnsiString, AnsiString, AnsiString, AnsiString, AnsiString,
-                                    AnsiString, AnsiString, AnsiString, AnsiString, AnsiString, AnsiString,
-                                    AnsiString, AnsiString, AnsiString, AnsiString, AnsiString) {}
+void TFrm_Base_Common::SetBodyParam(const TBodyParams&) {}
+
+void TFrm_Base_Common::OpenScreen(const Trecord& rec) {
+    SetUserParam(rec.UserId, rec.UserName, rec.CkId, rec.CkName, rec.CoName, rec.DbName);
+    FuncNo = QString::number(rec.FuncCode != 0 ? rec.FuncCode : Tag);
+    setAttribute(Qt::WA_DeleteOnClose);
+    qx::ui::presentScreen(this);
+}
 
 namespace {
 // The caption of a control for messages: its "qx_caption", its buddy label, or its name.
@@ -445,28 +451,17 @@ TFrm_Base_Panel::TFrm_Base_Panel(QWidget* Owner) : TFrm_Base_Common(Owner) {
 
 void TFrm_Base_Panel::Getsysinfo(AnsiString info) { TFrm_Base_Common::Getsysinfo(info); }
 
-void TFrm_Base_Panel::SetBodyParam(AnsiString headSql, AnsiString bodySql, AnsiString t3, AnsiString t4,
-                                   AnsiString t5, AnsiString t6, AnsiString t7, AnsiString moneyFields,
-                                   AnsiString priceFields, AnsiString qtyFields, AnsiString t11, AnsiString t12,
-                                   AnsiString t13, AnsiString styleField, AnsiString wlField, AnsiString keyField,
-                                   AnsiString deleteSql) {
-    HeadSql = headSql;
-    BodySql = bodySql;
-    BodyText[0] = t3;
-    BodyText[1] = t4;
-    BodyText[2] = t5;
-    BodyText[3] = t6;
-    BodyText[4] = t7;
-    MoneyFields = moneyFields;
-    PriceFields = priceFields;
-    QtyFields = qtyFields;
-    BodyText[5] = t11;
-    BodyText[6] = t12;
-    BodyText[7] = t13;
-    if (!styleField.trimmed().isEmpty()) StyleField = styleField;
-    WlField = wlField;
-    KeyField = keyField;
-    DeleteSql = deleteSql;
+void TFrm_Base_Panel::SetBodyParam(const TBodyParams& params) {
+    HeadSql = params.HeadSql;
+    BodySql = params.BodySql;
+    MoneyFields = params.MoneyFields;
+    PriceFields = params.PriceFields;
+    QtyFields = params.QtyFields;
+    if (!params.StyleField.trimmed().isEmpty()) StyleField = params.StyleField;
+    WlField = params.WlField;
+    KeyField = params.KeyField;
+    DeleteSql = params.DeleteSql;
+    for (int i = 0; i < TBodyParams::FreeTextCount; ++i) BodyText[i] = params.FreeTexts[i];
 }
 
 QStringList TFrm_Base_Panel::SplitFields(const AnsiString& list) {
@@ -476,10 +471,7 @@ QStringList TFrm_Base_Panel::SplitFields(const AnsiString& list) {
     return out;
 }
 
-bool TFrm_Base_Panel::IsSizeField(const QString& name) const {
-    static const QRegularExpression size("^S[0-9]$", QRegularExpression::CaseInsensitiveOption);
-    return size.match(name.trimmed()).hasMatch();
-}
+bool TFrm_Base_Panel::IsSizeField(const QString& name) const { return qx::sizes::isQuantityField(name.trimmed()); }
 
 void TFrm_Base_Panel::SetFloatText(TField* Sender, const AnsiString& Text) {
     const QString t = Text.trimmed();
@@ -495,29 +487,67 @@ void TFrm_Base_Panel::SetFloatText(TField* Sender, const AnsiString& Text) {
         Sender->SetAsString(t);
     }
     // STOT follows the size quantities.
-    if (IsSizeField(Sender->FieldName)) {
-        TClientDataSet* ds = Sender->DataSet();
-        if (TField* stot = ds->FindField("STOT")) {
-            double sum = 0;
-            for (int i = 0; i <= 9; ++i)
-                if (TField* s = ds->FindField("S" + QString::number(i))) sum += s->AsFloat();
-            stot->SetAsFloat(sum);
-        }
-    }
+    if (IsSizeField(Sender->FieldName))
+        if (TField* stot = Sender->DataSet()->FindField("STOT")) stot->SetAsFloat(qx::sizes::currentLineTotal(Sender->DataSet()));
 }
 
 void TFrm_Base_Panel::SetSizeTitles(TDBGridEh* grid, const QStringList& sizeNames) {
-    for (int i = 0; i <= 9; ++i) {
-        TColumnEh* c = grid->ColumnByField("S" + QString::number(i));
+    for (int i = 0; i < qx::sizes::Count; ++i) {
+        TColumnEh* c = grid->ColumnByField(qx::sizes::quantityField(i));
         if (!c) continue;
         const QString name = i < sizeNames.size() ? sizeNames[i].trimmed() : QString();
-        c->Title = QStringLiteral("尺码|") + (name.isEmpty() ? "S" + QString::number(i) : name);
+        c->Title = QStringLiteral("尺码|") + name;
     }
     HideSizeColumnsAfterCM(grid);
 }
 
+void TFrm_Base_Panel::BuildDocumentLineColumns(TDBGridEh* grid, TClientDataSet* lines, const TLineColumnConfig& config) {
+    grid->ClearColumns();
+    auto add = [&](const QString& field, const QString& title, int width) -> TColumnEh* {
+        TField* f = lines->FindField(field);
+        if (!f || grid->ColumnByField(f->FieldName)) return nullptr;
+        const QString key = f->FieldName.toUpper();
+        TColumnEh* c = grid->AddColumn(f->FieldName, config.Titles.value(key, title), width);
+        c->Tag = config.Tags.value(key, 0);
+        return c;
+    };
+    auto rightAligned = [](TColumnEh* c) {
+        if (c) c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
+        return c;
+    };
+    add(config.StyleField, tr("款号"), 90);
+    if (TColumnEh* c = add("WL_NAME", tr("品名"), 120)) c->ReadOnly = true;
+    if (TColumnEh* c = add("DW_NAME", tr("单位"), 44)) c->ReadOnly = true;
+    if (!add("COL_NAME", tr("颜色"), 70)) add("COL_ID", tr("色号"), 50);
+    for (const QString& size : qx::sizes::quantityFields())
+        if (TColumnEh* c = rightAligned(add(size, QStringLiteral("尺码|") + size, 42))) c->Footer.ValueType = fvtSum;
+    if (TColumnEh* c = rightAligned(add("STOT", tr("合计"), 50))) {
+        c->Footer.ValueType = fvtSum;
+        c->ReadOnly = true;
+    }
+    for (const QString& f : SplitFields(config.QtyFields))
+        if (TColumnEh* c = rightAligned(add(f, f.toUpper(), 50)); c && !qx::sizes::isQuantityField(f))
+            c->Footer.ValueType = f.compare("ZK", Qt::CaseInsensitive) == 0 ? fvtNon : fvtSum;
+    auto titleOf = [&](const QString& f) {
+        if (f.compare("SJ", Qt::CaseInsensitive) == 0) return config.PriceLabel;
+        if (f.compare("DJ", Qt::CaseInsensitive) == 0) return tr("成本价");
+        if (f.compare("SMONEY", Qt::CaseInsensitive) == 0) return config.AmountLabel;
+        if (f.compare("MONEY", Qt::CaseInsensitive) == 0) return tr("成本额");
+        return f.toUpper();
+    };
+    for (const QString& f : SplitFields(config.PriceFields)) rightAligned(add(f, titleOf(f), 70));
+    for (const QString& f : SplitFields(config.MoneyFields))
+        if (TColumnEh* c = rightAligned(add(f, titleOf(f), 80))) {
+            c->Footer.ValueType = fvtSum;
+            c->DisplayFormat = "0.00";
+        }
+    add("NOTE", tr("备注"), 150);
+    grid->SetFooterRowVisible(true);
+    HideSizeColumnsAfterCM(grid);
+}
+
 void TFrm_Base_Panel::HideSizeColumnsAfterCM(TDBGridEh* grid) {
-    for (int i = 0; i <= 9; ++i)
-        if (TColumnEh* c = grid->ColumnByField("S" + QString::number(i))) c->Visible = i <= G_CM;
+    for (int i = 0; i < qx::sizes::Count; ++i)
+        if (TColumnEh* c = grid->ColumnByField(qx::sizes::quantityField(i))) c->Visible = i <= G_CM;
     grid->ColumnsChanged();
 }

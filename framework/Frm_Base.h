@@ -1,4 +1,5 @@
 #pragma once
+#include <QHash>
 // The base screens: TFrm_Base -> TFrm_Base_Common -> TFrm_Base_Dialog -> TFrm_Base_Condition ->
 // TFrm_Sys_Filter; TFrm_Base_Dialog -> TFrm_Base_Detail; TFrm_Base_Common -> TFrm_Base_Panel
 // (toolbar screens; lists, reports and entry screens derive from it, see the other headers).
@@ -109,6 +110,34 @@ protected:
     int modalResult_ = mrNone;
 };
 
+// What a document list hands to its entry screen: its statements, the field lists the entry's
+// arithmetic and footers work on, and the free texts other document kinds may use.
+struct TBodyParams {
+    static constexpr int FreeTextCount = 8;
+    AnsiString HeadSql;      // the list's head query
+    AnsiString BodySql;      // the line query, "%s" for the quoted key
+    AnsiString MoneyFields;  // "money,smoney"
+    AnsiString PriceFields;  // "dj,sj"
+    AnsiString QtyFields;    // "S0,...,S9,STOT"
+    AnsiString StyleField;   // empty: the framework's "K_ID"
+    AnsiString WlField;      // "wl_id"
+    AnsiString KeyField;     // "NOID"
+    AnsiString DeleteSql;    // "delete from d8101 Where NOID=%S"
+    AnsiString FreeTexts[FreeTextCount];
+};
+
+// How the line grid of a document shows its lines: style, name, unit and colour, the sizes
+// S0..S9 in position order with their total, the further quantity, price and amount fields of
+// the configuration, the note. Titles and tags of single fields may be given by name.
+struct TLineColumnConfig {
+    AnsiString StyleField = "K_ID";
+    AnsiString QtyFields, PriceFields, MoneyFields;
+    AnsiString PriceLabel = "单价";   // the title of SJ
+    AnsiString AmountLabel = "金额";  // the title of SMONEY
+    QHash<QString, QString> Titles;   // upper-cased field name -> title ("吊牌|单价")
+    QHash<QString, int> Tags;         // upper-cased field name -> column tag
+};
+
 class QX_FRAMEWORK_EXPORT TFrm_Base_Common : public TFrm_Base {
     Q_OBJECT
 public:
@@ -123,15 +152,11 @@ public:
                               AnsiString CkName, AnsiString CoName, AnsiString DbName);
     virtual void SetFormParam(AnsiString p1, AnsiString p2, AnsiString p3, AnsiString p4,
                               AnsiString p5, AnsiString p6);
-    // The 17 configuration texts a list hands to its entry screen, in this order:
-    // head query, line query, five free texts, amount fields, price fields, quantity fields,
-    // three free texts, style field, SKU field, key field, delete statement.
-    virtual void SetBodyParam(AnsiString HeadSql, AnsiString BodySql, AnsiString Text3,
-                              AnsiString Text4, AnsiString Text5, AnsiString Text6,
-                              AnsiString Text7, AnsiString MoneyFields, AnsiString PriceFields,
-                              AnsiString QtyFields, AnsiString Text11, AnsiString Text12,
-                              AnsiString Text13, AnsiString StyleField, AnsiString WlField,
-                              AnsiString KeyField, AnsiString DeleteSql);
+    // What every screen opened from the menu does first: takes the user context and the
+    // function code of the call, and shows itself as the host presents screens.
+    void OpenScreen(const Trecord& rec);
+    // The configuration a list hands to its entry screen (see TBodyParams).
+    virtual void SetBodyParam(const TBodyParams& Params);
 
     // User parameters (SetUserParam) and form parameters (SetFormParam).
     AnsiString UserId, UserName, CkId, CkName, CoName, DbName;
@@ -270,11 +295,7 @@ public:
     explicit TFrm_Base_Panel(QWidget* Owner = nullptr);
 
     void Getsysinfo(AnsiString info) override;
-    void SetBodyParam(AnsiString HeadSql, AnsiString BodySql, AnsiString Text3, AnsiString Text4,
-                      AnsiString Text5, AnsiString Text6, AnsiString Text7, AnsiString MoneyFields,
-                      AnsiString PriceFields, AnsiString QtyFields, AnsiString Text11,
-                      AnsiString Text12, AnsiString Text13, AnsiString StyleField,
-                      AnsiString WlField, AnsiString KeyField, AnsiString DeleteSql) override;
+    void SetBodyParam(const TBodyParams& Params) override;
     // The text setter of numeric line fields: stores the typed number (refusing text that is not
     // one), and keeps STOT the sum of S0..S9 when a size quantity changes.
     virtual void SetFloatText(TField* Sender, const AnsiString& Text);
@@ -282,7 +303,7 @@ public:
     // The configuration texts (SetBodyParam, or set directly by a list in its InitForm).
     AnsiString HeadSql, BodySql, DeleteSql, KeyField, WlField, StyleField = "K_ID";
     AnsiString MoneyFields, PriceFields, QtyFields;
-    AnsiString BodyText[8];  // the free texts 3..7 and 11..13, in order
+    AnsiString BodyText[TBodyParams::FreeTextCount];
 
     QToolBar* ToolBar;
     QVBoxLayout* MainLayout() const { return main_; }
@@ -291,10 +312,12 @@ public:
     // The configured field lists split at commas (trimmed, empty parts dropped).
     static QStringList SplitFields(const AnsiString& list);
     bool IsSizeField(const QString& name) const;  // S0..S9
-    // Sets the titles of the size columns S0..S9 of a grid from the size names ("尺码|{name}",
-    // "尺码|S{i}" when a name is empty) and hides the columns after G_CM.
+    // Sets the titles of the size columns S0..S9 of a grid from the size names ("尺码|{name}";
+    // a position the size group leaves unnamed is titled blank) and hides the columns after G_CM.
     static void SetSizeTitles(class TDBGridEh* grid, const QStringList& sizeNames);
     static void HideSizeColumnsAfterCM(class TDBGridEh* grid);
+    // Builds the columns of a document line grid (entry or list) from the lines' fields.
+    static void BuildDocumentLineColumns(class TDBGridEh* grid, TClientDataSet* lines, const TLineColumnConfig& config);
 
 private:
     QVBoxLayout* main_;

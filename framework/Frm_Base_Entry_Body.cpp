@@ -13,11 +13,12 @@
 #include "framework/DBGridEh.h"
 #include "framework/GridExport.h"
 #include "framework/LinkForms.h"
+#include "framework/SizeMatrix.h"
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 
 namespace {
-QString sizeField(int i) { return "S" + QString::number(i); }
+using qx::sizes::quantityField;
 }  // namespace
 
 Tfrm_Base_Entry_Body::Tfrm_Base_Entry_Body(QWidget* Owner) : TFrm_Base_Panel(Owner) {
@@ -47,6 +48,9 @@ Tfrm_Base_Entry_Body::Tfrm_Base_Entry_Body(QWidget* Owner) : TFrm_Base_Panel(Own
 
     DBGridEh->installEventFilter(this);
     DBGridEh->CanEditCell = [this](int row, TColumnEh* column) {
+        // A size position the line's size group does not name takes no quantity.
+        if (const int position = qx::sizes::positionOf(column->FieldName); position >= 0)
+            return !lineHasStyle(row) || qx::sizes::positionInUse(lineSizeNames(row), position);
         // Columns tagged 1 keep what an order gave the line (its NOID names the order).
         if (column->Tag != 1) return true;
         const int source = AdoQry_Main->FieldIndex("NOID");
@@ -129,8 +133,8 @@ void Tfrm_Base_Entry_Body::WL_IDSetText(TField* Sender, const AnsiString& Text) 
     for (const char* name : {"WL_NAME", "DW_NAME"})
         if (TField* f = ds->FindField(name)) f->SetAsString(AdoQry_Work->FieldByName(name)->AsString());
     QStringList sizes;
-    for (int i = 0; i <= 9; ++i) {
-        const QString m = "M" + QString::number(i);
+    for (int i = 0; i < qx::sizes::Count; ++i) {
+        const QString m = qx::sizes::nameField(i);
         sizes << AdoQry_Work->FieldByName(m)->AsString();
         if (TField* f = ds->FindField(m)) f->SetAsString(sizes.last());
     }
@@ -174,9 +178,7 @@ void Tfrm_Base_Entry_Body::AdoQry_MainBeforePost(TDataSet* ds) {
         for (const QString& name : SplitFields(QtyFields) + SplitFields(PriceFields) + SplitFields(MoneyFields))
             if (TField* f = ds->FindField(name); f && f->IsNull()) f->SetAsInteger(0);
     if (TField* stot = ds->FindField("STOT")) {
-        double sum = 0;
-        for (int i = 0; i <= 9; ++i)
-            if (TField* s = ds->FindField(sizeField(i))) sum += s->AsFloat();
+        const double sum = qx::sizes::currentLineTotal(ds);
         if (stot->AsFloat() != sum) stot->SetAsFloat(sum);
     }
     if (!WlField.isEmpty())
@@ -212,15 +214,9 @@ void Tfrm_Base_Entry_Body::RefreshData() {
     if (!BodySql.isEmpty()) {
         QString sql = BodySql;
         sql.replace("%s", QuotedStr(key));
-        AdoQry_Main->DisableControls();
-        try {
-            opensql(AdoQry_Main, FuncNo, sql, 0, 0, {}, {}, false, "1");
-        } catch (...) {
-            AdoQry_Main->EnableControls();
-            throw;
-        }
+        ScopedDisableControls frozen(AdoQry_Main);
+        opensql(AdoQry_Main, FuncNo, sql, 0, 0, {}, {}, false, "1");
         prepareLines();
-        AdoQry_Main->EnableControls();
     } else if (!AdoQry_Main->Active()) {
         AdoQry_Main->CreateDataSet();
     }
@@ -361,14 +357,8 @@ void Tfrm_Base_Entry_Body::prepareLines() {
     }
     if (TField* stot = AdoQry_Main->FindField("STOT")) {
         stot->ReadOnly = true;
-        for (int r = 0; r < AdoQry_Main->RecordCount(); ++r) {
-            double sum = 0;
-            for (int i = 0; i <= 9; ++i) {
-                const int idx = AdoQry_Main->FieldIndex(sizeField(i));
-                if (idx >= 0) sum += AdoQry_Main->CellValue(r, idx).toDouble();
-            }
-            AdoQry_Main->SetCellValue(r, stot->Index(), qlonglong(sum));
-        }
+        for (int r = 0; r < AdoQry_Main->RecordCount(); ++r)
+            AdoQry_Main->SetCellValue(r, stot->Index(), qlonglong(qx::sizes::lineTotal(AdoQry_Main, r)));
     }
     if (!WlField.isEmpty() && !AdoQry_Main->FindField(WlField) && AdoQry_Main->FindField(StyleField) &&
         AdoQry_Main->FindField("COL_ID")) {
@@ -384,7 +374,7 @@ void Tfrm_Base_Entry_Body::prepareLines() {
 void Tfrm_Base_Entry_Body::attachSetters() {
     const QStringList numeric = SplitFields(QtyFields) + SplitFields(PriceFields) + SplitFields(MoneyFields);
     for (const QString& name : numeric)
-        if (TField* f = AdoQry_Main->FindField(name)) f->OnSetText = [this](TField* s, const AnsiString& t) { SetFloatText(s, t); };
+        if (TField* f = AdoQry_Main->FindField(name)) f->OnSetText = [this](TField* s, const AnsiString& t) { lineValueTyped(s, t); };
     if (TField* f = AdoQry_Main->FindField(StyleField))
         f->OnSetText = [this](TField* s, const AnsiString& t) { WL_IDSetText(s, t); };
     if (TField* f = AdoQry_Main->FindField("DW_NAME"))
@@ -395,50 +385,44 @@ void Tfrm_Base_Entry_Body::attachSetters() {
 }
 
 void Tfrm_Base_Entry_Body::BuildLineColumns() {
-    DBGridEh->ClearColumns();
-    auto add = [this](const QString& field, const QString& title, int width) -> TColumnEh* {
-        if (!AdoQry_Main->FindField(field)) return nullptr;
-        return DBGridEh->AddColumn(AdoQry_Main->FindField(field)->FieldName, title, width);
-    };
-    add(StyleField, tr("款号"), 90);
-    if (TColumnEh* c = add("WL_NAME", tr("品名"), 120)) c->ReadOnly = true;
-    if (TColumnEh* c = add("DW_NAME", tr("单位"), 44)) c->ReadOnly = true;
-    if (!add("COL_NAME", tr("颜色"), 70)) add("COL_ID", tr("色号"), 50);
-    for (int i = 0; i <= 9; ++i)
-        if (TColumnEh* c = add(sizeField(i), QStringLiteral("尺码|") + sizeField(i), 42)) {
-            c->Footer.ValueType = fvtSum;
-            c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
-        }
-    if (TColumnEh* c = add("STOT", tr("合计"), 50)) {
-        c->Footer.ValueType = fvtSum;
-        c->ReadOnly = true;
-        c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
-    }
-    for (const QString& f : SplitFields(QtyFields))
-        if (!IsSizeField(f) && f.compare("STOT", Qt::CaseInsensitive) != 0 && !DBGridEh->ColumnByField(f))
-            add(f, f.toUpper(), 50);
-    for (const QString& f : SplitFields(PriceFields)) {
-        if (DBGridEh->ColumnByField(f)) continue;
-        const QString title = f.compare("SJ", Qt::CaseInsensitive) == 0 ? PriceLabel
-                              : f.compare("DJ", Qt::CaseInsensitive) == 0 ? tr("成本价")
-                                                                           : f.toUpper();
-        if (TColumnEh* c = add(f, title, 70)) c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
-    }
-    for (const QString& f : SplitFields(MoneyFields)) {
-        if (DBGridEh->ColumnByField(f)) continue;
-        const QString title = f.compare("SMONEY", Qt::CaseInsensitive) == 0 ? AmountLabel
-                              : f.compare("MONEY", Qt::CaseInsensitive) == 0 ? tr("成本额")
-                                                                              : f.toUpper();
-        if (TColumnEh* c = add(f, title, 80)) {
-            c->Footer.ValueType = fvtSum;
-            c->DisplayFormat = "0.00";
-            c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
-        }
-    }
-    add("NOTE", tr("备注"), 150);
+    BuildDocumentLineColumns(DBGridEh, AdoQry_Main, lineColumnConfig());
     DBGridEh->ButtonFields = QStringList{StyleField, "COL_NAME", "COL_ID"};
-    DBGridEh->SetFooterRowVisible(true);
-    HideSizeColumnsAfterCM(DBGridEh);
+}
+
+TLineColumnConfig Tfrm_Base_Entry_Body::lineColumnConfig() const {
+    TLineColumnConfig config;
+    config.StyleField = StyleField;
+    config.QtyFields = QtyFields;
+    config.PriceFields = PriceFields;
+    config.MoneyFields = MoneyFields;
+    config.PriceLabel = PriceLabel;
+    config.AmountLabel = AmountLabel;
+    config.Titles = LineTitles;
+    config.Tags = LineTags;
+    return config;
+}
+
+void Tfrm_Base_Entry_Body::lineValueTyped(TField* field, const AnsiString& text) {
+    SetFloatText(field, text);
+    ScopedSetTextSuspension suspended(field->DataSet());
+    LineValueChanged(field);
+}
+
+void Tfrm_Base_Entry_Body::LineValueChanged(TField*) {}
+
+bool Tfrm_Base_Entry_Body::lineHasStyle(int row) const {
+    const int style = AdoQry_Main->FieldIndex(StyleField);
+    return style >= 0 && !AdoQry_Main->CellValue(row, style).toString().trimmed().isEmpty();
+}
+
+QStringList Tfrm_Base_Entry_Body::lineSizeNames(int row) {
+    const QStringList fromLine = qx::sizes::namesOfRow(AdoQry_Main, row);
+    for (const QString& name : fromLine)
+        if (!name.trimmed().isEmpty()) return fromLine;
+    const int style = AdoQry_Main->FieldIndex(StyleField);
+    QStringList names;
+    qx::guard([&] { names = StyleSizeNames(AdoQry_Main->CellValue(row, style).toString()); });
+    return names;
 }
 
 QStringList Tfrm_Base_Entry_Body::StyleSizeNames(const AnsiString& styleCode) {
@@ -453,25 +437,15 @@ QStringList Tfrm_Base_Entry_Body::StyleSizeNames(const AnsiString& styleCode) {
             0, 0, {}, {}, false, "1");
     QStringList names;
     if (!AdoQry_Work->IsEmpty())
-        for (int i = 0; i <= 9; ++i) names << AdoQry_Work->FieldByName("M" + QString::number(i))->AsString();
+        for (int i = 0; i < qx::sizes::Count; ++i) names << AdoQry_Work->FieldByName(qx::sizes::nameField(i))->AsString();
     styleSizes_.insert(key, names);
     return names;
 }
 
 void Tfrm_Base_Entry_Body::updateSizeTitles() {
     QStringList names;
-    if (AdoQry_Main->Active() && !AdoQry_Main->IsEmpty()) {
-        bool fromLine = false;
-        if (AdoQry_Main->FindField("M0")) {
-            for (int i = 0; i <= 9; ++i) {
-                TField* m = AdoQry_Main->FindField("M" + QString::number(i));
-                names << (m ? m->AsString() : QString());
-                fromLine = fromLine || !names.last().trimmed().isEmpty();
-            }
-        }
-        if (!fromLine && AdoQry_Main->FindField(StyleField))
-            names = StyleSizeNames(AdoQry_Main->FieldByName(StyleField)->AsString());
-    }
+    if (AdoQry_Main->Active() && !AdoQry_Main->IsEmpty() && lineHasStyle(AdoQry_Main->CurrentRow()))
+        names = lineSizeNames(AdoQry_Main->CurrentRow());
     SetSizeTitles(DBGridEh, names);
 }
 
@@ -489,8 +463,8 @@ void Tfrm_Base_Entry_Body::setLineColor(const QString& code, const QString& name
 }
 
 QString Tfrm_Base_Entry_Body::firstSizeField() const {
-    for (int i = 0; i <= 9; ++i)
-        if (TColumnEh* c = DBGridEh->ColumnByField(sizeField(i)); c && c->Visible) return c->FieldName;
+    for (int i = 0; i < qx::sizes::Count; ++i)
+        if (TColumnEh* c = DBGridEh->ColumnByField(quantityField(i)); c && c->Visible) return c->FieldName;
     return StyleField;
 }
 
@@ -585,8 +559,9 @@ bool Tfrm_Base_Entry_Body::SaveDocument() {
         for (int r = AdoQry_Main->RecordCount() - 1; r >= 0; --r) {
             if (!AdoQry_Main->CellValue(r, style->Index()).toString().trimmed().isEmpty()) continue;
             bool typed = false;
-            for (int i = 0; i <= 9 && !typed; ++i)
-                typed = AdoQry_Main->CellValue(r, AdoQry_Main->FieldIndex(sizeField(i))).toDouble() != 0;
+            for (int i = 0; i < qx::sizes::Count && !typed; ++i)
+                if (const int index = AdoQry_Main->FieldIndex(quantityField(i)); index >= 0)
+                    typed = AdoQry_Main->CellValue(r, index).toDouble() != 0;
             if (const int note = AdoQry_Main->FieldIndex("NOTE"); note >= 0)
                 typed = typed || !AdoQry_Main->CellValue(r, note).toString().trimmed().isEmpty();
             if (typed) continue;
@@ -595,14 +570,10 @@ bool Tfrm_Base_Entry_Body::SaveDocument() {
         }
     }
     if (!AllCheck()) return false;
-    AdoQry_Main->DisableControls();
-    try {
+    {
+        ScopedDisableControls frozen(AdoQry_Main);
         SaveData();
-    } catch (...) {
-        AdoQry_Main->EnableControls();
-        throw;
     }
-    AdoQry_Main->EnableControls();
     // The document is saved now: a failure to show it in the list is reported, not a failed save.
     const bool shown = qx::guard([this] {
         SaveHeadData();
@@ -730,9 +701,9 @@ TFrm_Base_Entry_BodyC::TFrm_Base_Entry_BodyC(QWidget* Owner) : Tfrm_Base_Entry_B
 
 void TFrm_Base_Entry_BodyC::PickOrderLines(const AnsiString& orderNo) {
     QString sizes, names;
-    for (int i = 0; i <= 9; ++i) {
-        sizes += ", D8203A.S" + QString::number(i);
-        names += ", D1006.M" + QString::number(i);
+    for (int i = 0; i < qx::sizes::Count; ++i) {
+        sizes += ", D8203A." + quantityField(i);
+        names += ", D1006." + qx::sizes::nameField(i);
     }
     opensql(AdoQry_Work, FuncNo,
             "SELECT D8203A.K_ID, D8203A.COL_ID, D1005.COL_NAME, D1800.WL_NAME, D1800.DW_NAME" + sizes +
@@ -751,7 +722,7 @@ void TFrm_Base_Entry_BodyC::PickOrderLines(const AnsiString& orderNo) {
         if (TField* f = lines->FindField(name)) f->SetValue(value);
     };
     lines->CheckBrowseMode();
-    lines->DisableControls();
+    ScopedDisableControls frozen(lines);
     try {
         for (order->First(); !order->Eof(); order->Next()) {
             lines->Append();
@@ -762,11 +733,11 @@ void TFrm_Base_Entry_BodyC::PickOrderLines(const AnsiString& orderNo) {
             if (!WlField.isEmpty()) set(WlField, style + color);
             for (const char* name : {"COL_NAME", "WL_NAME", "DW_NAME"}) set(name, order->FieldByName(name)->AsString());
             double total = 0;
-            for (int i = 0; i <= 9; ++i) {
-                const int q = order->FieldByName(sizeField(i))->AsInteger();
+            for (int i = 0; i < qx::sizes::Count; ++i) {
+                const int q = order->FieldByName(quantityField(i))->AsInteger();
                 total += q;
-                set(sizeField(i), q);
-                set("M" + QString::number(i), order->FieldByName("M" + QString::number(i))->AsString());
+                set(quantityField(i), q);
+                set(qx::sizes::nameField(i), order->FieldByName(qx::sizes::nameField(i))->AsString());
             }
             set("STOT", total);
             const double price = order->FieldByName("DJ")->AsFloat();
@@ -784,10 +755,8 @@ void TFrm_Base_Entry_BodyC::PickOrderLines(const AnsiString& orderNo) {
         }
     } catch (...) {
         lines->Cancel();
-        lines->EnableControls();
         throw;
     }
-    lines->EnableControls();
     Modified = true;
     updateSizeTitles();
 }

@@ -95,6 +95,8 @@ public:
     AnsiString AmountLabel = "金额";
     bool EntryFlag = false;
     TClientDataSet* BarcodeDataSet = nullptr;  // the screen's "tm" dataset
+    QHash<QString, QString> LineTitles;  // line column titles by upper-cased field ("吊牌|单价")
+    QHash<QString, int> LineTags;        // line column tags by upper-cased field
 
     TFormPanel* Panel_Head;
     TClientDataSet* AdoQry_Main;
@@ -128,6 +130,12 @@ public:
     bool SaveDocument();
     // Size titles of the line grid from the current line (or its style's size group).
     void updateSizeTitles();
+    // How the line grid shows lines; the list shows its lines grid the same way.
+    TLineColumnConfig lineColumnConfig() const;
+    // A line value was typed and stored (STOT already follows the sizes): the place for a
+    // document's price arithmetic. Text setters are suspended while it runs, so what it writes
+    // runs no setter.
+    virtual void LineValueChanged(TField* Sender);
 
 signals:
     void saved();
@@ -139,6 +147,10 @@ protected:
     // Line grid columns built after the first load.
     virtual void BuildLineColumns();
     void attachSetters();
+    void lineValueTyped(TField* field, const AnsiString& text);
+    bool lineHasStyle(int row) const;
+    // The size names of a line's size group: from the line itself, else from its style.
+    QStringList lineSizeNames(int row);
     void moveToNextCell(bool backwards);
     void applyLocks();
     void setLineColor(const QString& code, const QString& name);

@@ -9,6 +9,7 @@
 #include "framework/DBGridEh.h"
 #include "framework/Frm_Base_Entry_Body.h"
 #include "framework/GridExport.h"
+#include "framework/SizeMatrix.h"
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 
@@ -59,10 +60,7 @@ TFrm_Base_Entry_Head::TFrm_Base_Entry_Head(QWidget* Owner) : TFrm_Base_Panel(Own
 }
 
 void TFrm_Base_Entry_Head::InitForm(const Trecord& rec) {
-    SetUserParam(rec.UserId, rec.UserName, rec.CkId, rec.CkName, rec.CoName, rec.DbName);
-    FuncNo = QString::number(rec.FuncCode != 0 ? rec.FuncCode : Tag);
-    setAttribute(Qt::WA_DeleteOnClose);
-    qx::ui::presentScreen(this);
+    OpenScreen(rec);
 }
 
 Tfrm_Base_Entry_Body* TFrm_Base_Entry_Head::entry() {
@@ -79,6 +77,20 @@ TFrm_Sys_Filter* TFrm_Base_Entry_Head::filter() {
     return FilterForm;
 }
 
+TBodyParams TFrm_Base_Entry_Head::BodyParams() const {
+    TBodyParams params;
+    params.HeadSql = HeadSql;
+    params.BodySql = BodySql;
+    params.MoneyFields = MoneyFields;
+    params.PriceFields = PriceFields;
+    params.QtyFields = QtyFields;
+    params.StyleField = StyleField;
+    params.WlField = WlField;
+    params.KeyField = KeyField;
+    params.DeleteSql = DeleteSql;
+    return params;
+}
+
 AnsiString TFrm_Base_Entry_Head::HeadStatement() const {
     return Condition.trimmed().isEmpty() ? HeadSql : HeadSql + " WHERE " + Condition;
 }
@@ -87,15 +99,11 @@ void TFrm_Base_Entry_Head::GetData() {
     const QString keep = (!KeyField.isEmpty() && !AdoQry_Main->IsEmpty() && AdoQry_Main->FindField(KeyField))
                              ? AdoQry_Main->FieldByName(KeyField)->AsString()
                              : QString();
-    AdoQry_Main->DisableControls();
-    try {
+    {
+        ScopedDisableControls frozen(AdoQry_Main);
         opensql(AdoQry_Main, FuncNo, HeadStatement(), 0, 0, {}, {}, false, "1");
         if (!keep.isEmpty()) AdoQry_Main->Locate(KeyField, keep);
-    } catch (...) {
-        AdoQry_Main->EnableControls();
-        throw;
     }
-    AdoQry_Main->EnableControls();
     RefreshDetail();
 }
 
@@ -110,58 +118,34 @@ void TFrm_Base_Entry_Head::RefreshDetail() {
     sql.replace("%s", QuotedStr(key));
     opensql(AdoQry_Detail, FuncNo, sql, 0, 0, {}, {}, false, "1");
     // The line total, as entry screens show it.
-    const bool autoColumns = DBGridEh_Detail->AutoColumns;
     if (!AdoQry_Detail->FindField("STOT") && AdoQry_Detail->FindField("S0")) {
         AdoQry_Detail->OnCalcFields = [](TDataSet* ds) {
-            double sum = 0;
-            for (int i = 0; i <= 9; ++i)
-                if (TField* f = ds->FindField("S" + QString::number(i))) sum += f->AsFloat();
-            ds->FieldByName("STOT")->SetAsFloat(sum);
+            ds->FieldByName("STOT")->SetAsFloat(qx::sizes::currentLineTotal(ds));
         };
         AdoQry_Detail->AddField("STOT", ftInteger, 0, tr("合计"), fkCalculated);
-        if (DBGridEh_Detail->AutoColumns) {
-            // Move the total behind the last size column.
-            if (TColumnEh* stot = DBGridEh_Detail->ColumnByField("STOT")) {
-                const int at = stot->Index();
-                int behind = -1;
-                for (int i = 0; i <= 9; ++i)
-                    if (TColumnEh* s = DBGridEh_Detail->ColumnByField("S" + QString::number(i)))
-                        behind = std::max(behind, s->Index());
-                if (behind >= 0 && behind + 1 != at) {
-                    DBGridEh_Detail->DeleteColumn(at);
-                    DBGridEh_Detail->InsertColumn(behind + 1, "STOT", tr("合计"));
-                }
-            }
-        }
-        DBGridEh_Detail->AutoColumns = autoColumns;  // still the dataset's columns
     }
-    if (DBGridEh_Detail->AutoColumns) {
-        const QStringList sums = SplitFields(QtyFields) + SplitFields(MoneyFields) + QStringList{"STOT"};
-        for (int i = 0; i < DBGridEh_Detail->ColumnCount(); ++i) {
-            TColumnEh* c = DBGridEh_Detail->Columns(i);
-            if (c->FieldName.size() == 2 && c->FieldName.startsWith('M', Qt::CaseInsensitive) && c->FieldName[1].isDigit())
-                c->Visible = false;  // size names: they become the titles
-            if (sums.contains(c->FieldName, Qt::CaseInsensitive)) {
-                c->Footer.ValueType = fvtSum;
-                if (SplitFields(MoneyFields).contains(c->FieldName, Qt::CaseInsensitive)) c->DisplayFormat = "0.00";
-            }
-        }
-        DBGridEh_Detail->ColumnsChanged();
+    // The lines look as the entry screen shows them: sizes in position order, one caption per
+    // field. Built once: every head's lines come from the same query.
+    if (!detailColumnsBuilt_ && AdoQry_Detail->FindField("S0")) {
+        TLineColumnConfig config;
+        if (Tfrm_Base_Entry_Body* e = entry()) config = e->lineColumnConfig();
+        config.StyleField = StyleField;
+        config.QtyFields = QtyFields;
+        config.PriceFields = PriceFields;
+        config.MoneyFields = MoneyFields;
+        BuildDocumentLineColumns(DBGridEh_Detail, AdoQry_Detail, config);
+        detailColumnsBuilt_ = true;
     }
     updateDetailSizeTitles();
 }
 
 void TFrm_Base_Entry_Head::updateDetailSizeTitles() {
-    if (!AdoQry_Detail->FindField("M0")) {
+    if (!AdoQry_Detail->FindField(qx::sizes::nameField(0))) {
         HideSizeColumnsAfterCM(DBGridEh_Detail);
         return;
     }
-    QStringList names;
-    for (int i = 0; i <= 9; ++i) {
-        TField* f = AdoQry_Detail->FindField("M" + QString::number(i));
-        names << (f && !AdoQry_Detail->IsEmpty() ? f->AsString() : QString());
-    }
-    SetSizeTitles(DBGridEh_Detail, names);
+    SetSizeTitles(DBGridEh_Detail,
+                  AdoQry_Detail->IsEmpty() ? QStringList() : qx::sizes::namesOfRow(AdoQry_Detail, AdoQry_Detail->CurrentRow()));
 }
 
 AnsiString TFrm_Base_Entry_Head::DeleteStatement(const AnsiString& key) const {

@@ -11,8 +11,7 @@
 //       KeyField = "NOID"; WlField = "wl_id"; HeadSql = "..."; BodySql = "... =%s)";
 //       DeleteSql = "delete from d8101 Where NOID=%S";
 //       QXCK201_1 = new TQXCK201_1(this);
-//       QXCK201_1->SetBodyParam(HeadSql, BodySql, "", "", "", "", "", MoneyFields, PriceFields,
-//                               QtyFields, "", "", "", StyleField, WlField, KeyField, DeleteSql);
+//       QXCK201_1->SetBodyParam(BodyParams());   // the texts above, packed
 //       QXCK201F = new TQXCK201F(this); QXCK201F->InitForm();
 //       Act_Start->trigger();   // filter first, then the head query with its condition
 //   }
@@ -64,6 +63,8 @@ public:
     AnsiString DeleteStatement(const AnsiString& key) const;
     // The statement GetData runs.
     AnsiString HeadStatement() const;
+    // The list's configuration texts as its entry screen takes them.
+    TBodyParams BodyParams() const;
 
     AnsiString Condition;  // from the filter; empty lists everything
     Tfrm_Base_Entry_Body* EntryForm = nullptr;
@@ -92,4 +93,5 @@ protected:
     TFrm_Sys_Filter* filter();
     // Size titles of the lines grid follow the current line (M0..M9 of the line query).
     void updateDetailSizeTitles();
+    bool detailColumnsBuilt_ = false;
 };

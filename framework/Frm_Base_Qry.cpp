@@ -38,10 +38,7 @@ TFrm_Base_Qry::TFrm_Base_Qry(QWidget* Owner) : TFrm_Base_Panel(Owner) {
 }
 
 void TFrm_Base_Qry::InitForm(const Trecord& rec) {
-    SetUserParam(rec.UserId, rec.UserName, rec.CkId, rec.CkName, rec.CoName, rec.DbName);
-    FuncNo = QString::number(rec.FuncCode != 0 ? rec.FuncCode : Tag);
-    setAttribute(Qt::WA_DeleteOnClose);
-    qx::ui::presentScreen(this);
+    OpenScreen(rec);
 }
 
 void TFrm_Base_Qry::GetData() {
@@ -130,10 +127,7 @@ TFrm_Base_Outer::TFrm_Base_Outer(QWidget* Owner) : TFrm_Base_Panel(Owner) {
 }
 
 void TFrm_Base_Outer::InitForm(const Trecord& rec) {
-    SetUserParam(rec.UserId, rec.UserName, rec.CkId, rec.CkName, rec.CoName, rec.DbName);
-    FuncNo = QString::number(rec.FuncCode != 0 ? rec.FuncCode : Tag);
-    setAttribute(Qt::WA_DeleteOnClose);
-    qx::ui::presentScreen(this);
+    OpenScreen(rec);
 }
 
 void TFrm_Base_Outer::GetData() {

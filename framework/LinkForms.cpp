@@ -223,7 +223,8 @@ TFrm_Sys_LINK_JY::TFrm_Sys_LINK_JY(QWidget* owner) : TFrm_Sys_LINK(owner, "Frm_S
     SetSource("d1010", "JY_ID", "JY_NAME", {}, {});
 }
 
-void TFrm_Sys_LINK_JY::init(TLinkEdit* edit) {
+void TFrm_Sys_LINK_JY::init(TLinkEdit* edit, AnsiString condition) {
+    SetSource("d1010", "JY_ID", "JY_NAME", condition.trimmed(), {});
     Attach(edit);
     if (edit) edit->CheckOnExit = true;
 }

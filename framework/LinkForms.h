@@ -120,7 +120,8 @@ class QX_FRAMEWORK_EXPORT TFrm_Sys_LINK_JY : public TFrm_Sys_LINK {
     Q_OBJECT
 public:
     explicit TFrm_Sys_LINK_JY(QWidget* owner);
-    void init(TLinkEdit* edit);
+    // condition: offered methods only ("(jy_id<>'2')" keeps method 2 off returns).
+    void init(TLinkEdit* edit, AnsiString condition = {});
 };
 
 // Styles (d1800: K_ID, WL_NAME).

@@ -7,6 +7,7 @@
 #include "framework/DBGridEh.h"
 #include "framework/Frm_Base.h"
 #include "framework/LinkForms.h"
+#include "framework/SizeMatrix.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
 
@@ -61,9 +62,9 @@ void updateDayCount(const TDateEdit* from, const TDateEdit* to, QLabel* label) {
     label->setText(dayCountText(from->Date(), to->Date()));
 }
 
-void refuseReversedDates(TDateEdit* from, TDateEdit* to) {
+void refuseReversedDates(TDateEdit* from, TDateEdit* to, const QString& message) {
     if (from->Date() <= to->Date()) return;
-    DISPINFO("<开始日期> 不能大于 <结束日期>!", 5);
+    DISPINFO(message, 5);
     from->setFocus();
     Abort();
 }
@@ -91,11 +92,23 @@ bool closeFirstVisiblePickList(std::initializer_list<TFrm_Sys_LINK*> lists) {
 int firstLineWithBadQuantities(const TClientDataSet* lines) {
     const int total = lines->FieldIndex("STOT");
     for (int row = 0; row < lines->RecordCount(); ++row) {
-        for (int i = 0; i <= 9; ++i) {
-            const int s = lines->FieldIndex("S" + QString::number(i));
+        for (const QString& size : qx::sizes::quantityFields()) {
+            const int s = lines->FieldIndex(size);
             if (s >= 0 && lines->CellValue(row, s).toDouble() < 0) return row;
         }
         if (total < 0 || !(lines->CellValue(row, total).toDouble() > 0)) return row;
+    }
+    return -1;
+}
+
+int firstLineWithAllSizesZero(const TClientDataSet* lines) {
+    for (int row = 0; row < lines->RecordCount(); ++row) {
+        bool allZero = true;
+        for (const QString& size : qx::sizes::quantityFields()) {
+            const int s = lines->FieldIndex(size);
+            allZero = allZero && (s < 0 || lines->CellValue(row, s).toDouble() == 0);
+        }
+        if (allZero) return row;
     }
     return -1;
 }
@@ -111,24 +124,6 @@ void checkTypedCodes(QWidget* panel) {
         edit->CheckId();  // reports, focuses and aborts for an unknown code
         edit->setModified(false);
     }
-}
-
-DetachedSetter::DetachedSetter(TClientDataSet* lines, const QStringList& fields, TFieldSetTextEvent setter)
-    : lines_(lines), fields_(fields), setter_(std::move(setter)) {
-    for (const QString& name : fields_)
-        if (TField* f = lines_->FindField(name)) f->OnSetText = nullptr;
-}
-
-DetachedSetter::~DetachedSetter() {
-    for (const QString& name : fields_)
-        if (TField* f = lines_->FindField(name)) f->OnSetText = setter_;
-}
-
-QStringList sizeAndTotalFields() {
-    QStringList fields;
-    for (int i = 0; i <= 9; ++i) fields << "S" + QString::number(i);
-    fields << "STOT";
-    return fields;
 }
 
 }  // namespace qx::documents

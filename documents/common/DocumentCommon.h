@@ -53,7 +53,7 @@ QString shortDate(const QDate& date);
 void updateDayCount(const TDateEdit* from, const TDateEdit* to, QLabel* label);
 // Refuses a start date after the end date: "<开始日期> 不能大于 <结束日期>!", focus on the start
 // date, and the operation ends (Abort).
-void refuseReversedDates(TDateEdit* from, TDateEdit* to);
+void refuseReversedDates(TDateEdit* from, TDateEdit* to, const QString& message = "<开始日期> 不能大于 <结束日期>!");
 // The document number range of a filter: either end alone works. Appends
 // "{label}{from} 至 {to}" to the description and "  AND ({column}>='{from}')" /
 // "  AND ({column}<='{to}')" to the condition for the ends that are given.
@@ -68,6 +68,8 @@ bool closeFirstVisiblePickList(std::initializer_list<TFrm_Sys_LINK*> lists);
 // The first line (0-based) with a negative size quantity (S0..S9) or a total (STOT) that is not
 // above 0; -1 when every line is right.
 int firstLineWithBadQuantities(const TClientDataSet* lines);
+// The first line (0-based) whose size quantities S0..S9 are all 0; -1 when there is none.
+int firstLineWithAllSizesZero(const TClientDataSet* lines);
 
 // The text a line value is written into a batch with: the stored value in shortest form, ""
 // for an empty cell.
@@ -77,23 +79,5 @@ QString lineText(const TClientDataSet* lines, int row, const QString& field);
 // checked yet: an unknown code is reported with the edit's caption and the operation ends.
 // Codes chosen from a pick list are not queried again.
 void checkTypedCodes(QWidget* panel);
-
-// Detaches a text setter from a set of fields for its lifetime and attaches `setter` again
-// afterwards, so that writes made by the setter itself do not re-enter it.
-class DetachedSetter {
-public:
-    DetachedSetter(TClientDataSet* lines, const QStringList& fields, TFieldSetTextEvent setter);
-    ~DetachedSetter();
-    DetachedSetter(const DetachedSetter&) = delete;
-    DetachedSetter& operator=(const DetachedSetter&) = delete;
-
-private:
-    TClientDataSet* lines_;
-    QStringList fields_;
-    TFieldSetTextEvent setter_;
-};
-
-// The quantity fields of a line with a size matrix: "S0".."S9" and "STOT".
-QStringList sizeAndTotalFields();
 
 }  // namespace qx::documents

@@ -4,17 +4,47 @@
 #include "documents/purchase/Frmqxck201_1.h"
 #include "documents/purchase/Frmqxck201f.h"
 
+using namespace qx::documents;
+
 TQXCK201* QXCK201 = nullptr;
 
-const char* const TQXCK201::LineQuery =
-    "SELECT D1800.K_ID, D1005.COL_ID, D1005.COL_NAME, D1800.WL_NAME,D1800.DW_NAME, D8101A.S0, D8101A.S1, "
-    "D8101A.S2, D8101A.S3, D8101A.S4,D8101A.S5, D8101A.S6, D8101A.S7, D1006.M9, D1006.M8, D1006.M7, D1006.M6,"
-    "D1006.M5, D1006.M4, D1006.M3, D1006.M2, D1006.M1, D1006.M0, D8101A.S9,D8101A.S8, D8101A.DJ as "
-    "sj,D8101A.money as smoney,D8101A.NOTE FROM D1801 INNER JOIN D8101A ON D1801.WL_ID = D8101A.WL_ID INNER JOIN "
-    "D1800 ON D1801.K_ID = D1800.K_ID INNER JOIN D1006 ON D1800.M_ID = D1006.M_ID INNER JOIN D1005 ON "
-    "D1801.COL_ID = D1005.COL_ID WHERE (D8101A.NOID =%s)";
-
-const char* const TQXCK201::DeleteQuery = "delete from d8101 Where NOID=%S";
+const DocumentListKind& TQXCK201::Description() {
+    static const DocumentListKind kind{
+        "采购进货",
+        "S0,S1,S2,S3,S4,S5,S6,S7,S8,S9,STOT",
+        "dj,sj",
+        "money,smoney",
+        "SELECT D1800.K_ID, D1005.COL_ID, D1005.COL_NAME, D1800.WL_NAME,D1800.DW_NAME, D8101A.S0, D8101A.S1, "
+        "D8101A.S2, D8101A.S3, D8101A.S4,D8101A.S5, D8101A.S6, D8101A.S7, D1006.M9, D1006.M8, D1006.M7, D1006.M6,"
+        "D1006.M5, D1006.M4, D1006.M3, D1006.M2, D1006.M1, D1006.M0, D8101A.S9,D8101A.S8, D8101A.DJ as "
+        "sj,D8101A.money as smoney,D8101A.NOTE FROM D1801 INNER JOIN D8101A ON D1801.WL_ID = D8101A.WL_ID INNER JOIN "
+        "D1800 ON D1801.K_ID = D1800.K_ID INNER JOIN D1006 ON D1800.M_ID = D1006.M_ID INNER JOIN D1005 ON "
+        "D1801.COL_ID = D1005.COL_ID WHERE (D8101A.NOID =%s)",
+        "delete from d8101 Where NOID=%S",
+        {
+            {"NOID", "单号", 100},
+            {"KH_GYS_ID", "供应商代号", 70, false},
+            {"KG_NAME", "供应商简称", 110},
+            {"YW_ID", "业务员代号", 60, false},
+            {"YW_NAME", "业务员", 70},
+            {"CK_ID", "仓库号", 50, false},
+            {"CK_NAME", "仓库", 90},
+            {"BDATE", "开单日期", 90},
+            {"EDATE", "最后更改", 90},
+            {"JY_ID", "结算代号", 50, false},
+            {"JY_NAME", "结算方式", 80},
+            {"SEND_NO", "送货单号", 100},
+            {"SEND_ID", "进货代号", 50, false},
+            {"SEND_NAME", "进货方式", 70},
+            {"USER_ID", "用户号", 60, false},
+            {"USER_NAME", "开单", 70},
+            {"SK", "审批", 60},
+            {"SDATE", "审批日期", 90},
+            {"NOTE", "备注", 160},
+        },
+    };
+    return kind;
+}
 
 AnsiString TQXCK201::HeadQuery() {
     return " SELECT d8101.noid,d1103.kh_gys_id,d1103.kg_name,d1007.ck_id, d1007.ck_name,d8101.bdate,d8101.edate,"
@@ -23,76 +53,15 @@ AnsiString TQXCK201::HeadQuery() {
            "INNER JOIN d1103 ON d8101.kh_gys_id = d1103.kh_gys_id INNER JOIN sys_user ON d8101.user_id = "
            "sys_user.user_id INNER JOIN d1007 ON d8101.ck_id = d1007.ck_id INNER JOIN d1011 ON d8101.send_id = "
            "d1011.send_id INNER JOIN d1101 ON d8101.yw_id = d1101.yw_id  INNER JOIN " +
-           qx::documents::warehouseRightsJoin("d1007") + "  D1010 ON D8101.JY_ID = D1010.JY_ID ";
+           warehouseRightsJoin("d1007") + "  D1010 ON D8101.JY_ID = D1010.JY_ID ";
 }
 
-TQXCK201::TQXCK201(QWidget* Owner) : TFrm_Base_Entry_Head(Owner) {
+TQXCK201::TQXCK201(QWidget* Owner) : TDocumentList(Owner, Description()) {
     setObjectName("QXCK201");
-    SetCaption("采购进货");
-    BuildHeadColumns();
     FormCreate();
 }
 
-// The head grid's columns: every field of the head statement with its label; codes are kept
-// hidden behind their names.
-void TQXCK201::BuildHeadColumns() {
-    struct HeadColumn {
-        const char* field;
-        const char* title;
-        int width;
-        bool shown;
-    };
-    static const HeadColumn columns[] = {
-        {"NOID", "单号", 100, true},          {"KH_GYS_ID", "供应商代号", 70, false},
-        {"KG_NAME", "供应商简称", 110, true}, {"YW_ID", "业务员代号", 60, false},
-        {"YW_NAME", "业务员", 70, true},      {"CK_ID", "仓库号", 50, false},
-        {"CK_NAME", "仓库", 90, true},        {"BDATE", "开单日期", 90, true},
-        {"EDATE", "最后更改", 90, true},      {"JY_ID", "结算代号", 50, false},
-        {"JY_NAME", "结算方式", 80, true},    {"SEND_NO", "送货单号", 100, true},
-        {"SEND_ID", "进货代号", 50, false},   {"SEND_NAME", "进货方式", 70, true},
-        {"USER_ID", "用户号", 60, false},     {"USER_NAME", "开单", 70, true},
-        {"SK", "审批", 60, true},             {"SDATE", "审批日期", 90, true},
-        {"NOTE", "备注", 160, true},
-    };
-    for (const HeadColumn& c : columns) {
-        TColumnEh* column = DBGridEh->AddColumn(c.field, c.title, c.width);
-        column->Visible = c.shown;
-        if (QString(c.field).endsWith("DATE")) column->DisplayFormat = "yyyy-mm-dd";
-    }
-    DBGridEh->ColumnsChanged();
-}
-
-void TQXCK201::FormCreate() {
-    TFrm_Base_Entry_Head::FormCreate();
-    qx::documents::removeApprovalColumns(DBGridEh);
-}
-
-void TQXCK201::InitForm(const Trecord& rec) {
-    TFrm_Base_Entry_Head::InitForm(rec);
-    QtyFields = "S0,S1,S2,S3,S4,S5,S6,S7,S8,S9,STOT";
-    PriceFields = "dj,sj";
-    MoneyFields = "money,smoney";
-    KeyField = "NOID";
-    WlField = "wl_id";
-    HeadSql = HeadQuery();
-    DeleteSql = DeleteQuery;
-    BodySql = LineQuery;
-
-    Entry = QXCK201_1 = new TQXCK201_1(this);
-    // The screens the list owns work under the list's function code.
-    qx::documents::handFunctionCode(Entry, FuncNo);
-    Entry->SetBodyParam(HeadSql, BodySql, "", "", "", "", "", MoneyFields, PriceFields, QtyFields, "", "", "",
-                        StyleField, WlField, KeyField, DeleteSql);
-    EntryForm = Entry;
-
-    Filter = QXCK201F = new TQXCK201F(this);
-    qx::documents::handFunctionCode(Filter, FuncNo);
-    Filter->InitForm();
-    FilterForm = Filter;
-
-    Act_Start->trigger();
-}
-
-void TQXCK201::DBGridEhGetCellParams(QObject*, TColumnEh*, TCellParams& Params) {
-    qx::documents::tintUnapproved(AdoQry_Main, Params);
-}
+TDocumentEntry* TQXCK201::CreateEntry() { return QXCK201_1 = new TQXCK201_1(this); }
+TFrm_Sys_Filter* TQXCK201::CreateFilter() { return QXCK201F = new TQXCK201F(this); }
+TQXCK201_1* TQXCK201::entry() const { return static_cast<TQXCK201_1*>(Entry); }
+TQXCK201F* TQXCK201::filter() const { return static_cast<TQXCK201F*>(Filter); }

@@ -166,9 +166,9 @@ protected:
 
     // Head of a new receipt chosen through the pick lists.
     void fillHead(TQXCK201_1* e, const QString& supplier = "G01") {
-        ASSERT_TRUE(e->SupplierLink->Pick(supplier));
+        ASSERT_TRUE(e->PartnerLink->Pick(supplier));
         ASSERT_TRUE(e->DeliveryLink->Pick("2"));
-        ASSERT_TRUE(e->BuyerLink->Pick("01"));
+        ASSERT_TRUE(e->SalespersonLink->Pick("01"));
         e->send_no->setText("HM-0318");
         e->NOTE->setText("春装到货");
     }

@@ -42,7 +42,7 @@ protected:
     }
     TQXCK201_1* add(TQXCK201* l) {
         l->Act_Add->trigger();
-        return l->Entry;
+        return l->entry();
     }
     QString number(TQXCK201_1* e) { return e->Edit1->text(); }
     expected::Head headOf(TQXCK201_1* e, const QString& total) {
@@ -119,17 +119,17 @@ TEST_F(PurchaseEntryTest, HeadControlsHaveTheirCaptionsAndLengths) {
     EXPECT_EQ(e.WarehouseEdit, e.CK_ID);
     EXPECT_EQ(e.PartnerEdit, e.KH_GYS_ID);
     EXPECT_TRUE(e.EntryFlag);
-    EXPECT_EQ(e.KH_GYS_ID->LinkForm(), e.SupplierLink);
+    EXPECT_EQ(e.KH_GYS_ID->LinkForm(), e.PartnerLink);
     EXPECT_EQ(e.CK_ID->LinkForm(), e.WarehouseLink);
     EXPECT_EQ(e.SEND_ID->LinkForm(), e.DeliveryLink);
     EXPECT_EQ(e.JY_ID->LinkForm(), e.SettlementLink);
-    EXPECT_EQ(e.YW_ID->LinkForm(), e.BuyerLink);
+    EXPECT_EQ(e.YW_ID->LinkForm(), e.SalespersonLink);
 }
 
 TEST_F(PurchaseEntryTest, EditShowsTheReceiptAndLocksItsNumber) {
     TQXCK201* l = list();
     l->Act_Edit->trigger();
-    TQXCK201_1* e = l->Entry;
+    TQXCK201_1* e = l->entry();
     EXPECT_EQ(number(e), "R0305");
     EXPECT_FALSE(e->Edit1->isEnabled());
     EXPECT_EQ(e->LockName, "EDIT1");
@@ -154,7 +154,7 @@ TEST_F(PurchaseEntryTest, EditShowsTheReceiptAndLocksItsNumber) {
 TEST_F(PurchaseEntryTest, CopyAddCopiesTheHeadWithANewNumberAndNoChangeDate) {
     TQXCK201* l = list();
     l->Act_CopyAdd->trigger();
-    TQXCK201_1* e = l->Entry;
+    TQXCK201_1* e = l->entry();
     EXPECT_EQ(e->EditMode, "CopyAdd");
     EXPECT_NE(number(e), "R0305");
     EXPECT_TRUE(e->Edit1->isEnabled());
@@ -291,20 +291,24 @@ TEST_F(PurchaseEntryTest, AnAmountTypedStaysUntilThePriceOrAQuantityChanges) {
     delete l;
 }
 
-TEST_F(PurchaseEntryTest, TheAmountSetterIsDetachedWhileItWrites) {
+TEST_F(PurchaseEntryTest, NoSetterRunsWhileThePriceArithmeticWrites) {
     TQXCK201* l = list();
     TQXCK201_1* e = add(l);
     addLine(e, "K01", "02", {"1"}, "10");
     e->AdoQry_Main->Edit();
     TField* amount = e->AdoQry_Main->FieldByName("smoney");
     bool reentered = false;
-    // While the setter writes the amount, the amount's own setter is not attached.
+    // While the arithmetic writes the amount, the amount's own setter is suspended.
     e->AdoQry_Main->FieldByName("S0")->SetText("4");
     EXPECT_TRUE(static_cast<bool>(amount->OnSetText));  // attached again afterwards
     const TFieldSetTextEvent attached = amount->OnSetText;
-    amount->OnSetText = [&](TField*, const AnsiString&) { reentered = true; };
-    e->SetFloatText(e->AdoQry_Main->FieldByName("S1"), "1");
+    amount->OnSetText = [&](TField* f, const AnsiString& t) {
+        reentered = true;
+        f->SetAsString(t);
+    };
+    e->AdoQry_Main->FieldByName("S1")->SetText("1");
     EXPECT_FALSE(reentered);
+    EXPECT_TRUE(static_cast<bool>(amount->OnSetText));
     amount->OnSetText = attached;
     EXPECT_DOUBLE_EQ(amount->AsFloat(), 50);
     e->AdoQry_Main->Cancel();
@@ -374,7 +378,7 @@ TEST_F(PurchaseEntryTest, AddSendsTheInsertBatch) {
 TEST_F(PurchaseEntryTest, EditSendsTheUpdateBatchWithTheLinesReplaced) {
     TQXCK201* l = list();
     l->Act_Edit->trigger();
-    TQXCK201_1* e = l->Entry;
+    TQXCK201_1* e = l->entry();
     e->NOTE->setText("首批 补");
     addLine(e, "K02", "03", {"1"}, "");
     e->Act_Save->trigger();
@@ -391,7 +395,7 @@ TEST_F(PurchaseEntryTest, EditSendsTheUpdateBatchWithTheLinesReplaced) {
 TEST_F(PurchaseEntryTest, CopyAddSendsAnInsertBatchUnderTheNewNumber) {
     TQXCK201* l = list();
     l->Act_CopyAdd->trigger();
-    TQXCK201_1* e = l->Entry;
+    TQXCK201_1* e = l->entry();
     e->Act_Save->trigger();
     const expected::Head h = headOf(e, "30");
     EXPECT_EQ(lastBatch(),
@@ -427,7 +431,7 @@ TEST_F(PurchaseEntryTest, WithWarehouseRightsTheListStatementJoinsTheRightsAndSa
     G_CHKCK = 1;
     TQXCK201* l = list();
     EXPECT_EQ(l->HeadSql, expected::headQuery("U1"));
-    EXPECT_EQ(l->Entry->HeadSql, expected::headQuery("U1"));
+    EXPECT_EQ(l->entry()->HeadSql, expected::headQuery("U1"));
     TQXCK201_1* e = add(l);
     fillHead(e);
     addLine(e, "K01", "02", {"1"}, "10");
@@ -444,7 +448,7 @@ TEST_F(PurchaseEntryTest, WithBarcodesPerSizeEditLoadsAndWritesThem) {
     TQXCK201* l = list();
     calls.clear();
     l->Act_Edit->trigger();
-    TQXCK201_1* e = l->Entry;
+    TQXCK201_1* e = l->entry();
     const auto opened = statements(Call::Kind::OpenSql);
     ASSERT_FALSE(opened.empty());
     EXPECT_EQ(opened.front(), expected::barcodeQuery("R0305"));
@@ -474,7 +478,7 @@ TEST_F(PurchaseEntryTest, WithoutBarcodesPerSizeNoBarcodeQueryIsMade) {
     calls.clear();
     l->Act_Edit->trigger();
     for (const QString& sql : statements(Call::Kind::OpenSql)) EXPECT_FALSE(sql.contains("D1809")) << sql.toStdString();
-    l->Entry->Act_Save->trigger();
+    l->entry()->Act_Save->trigger();
     EXPECT_FALSE(lastBatch().contains("UPDATE D1809"));
     delete l;
 }
@@ -522,7 +526,7 @@ TEST_F(PurchaseEntryTest, SavingTwiceInEditReplacesTheLinesAndAddsNoSecondSkuOrS
     TQXCK201* l = list();
     for (int round = 0; round < 2; ++round) {
         l->Act_Edit->trigger();
-        TQXCK201_1* e = l->Entry;
+        TQXCK201_1* e = l->entry();
         ASSERT_EQ(e->AdoQry_Main->RecordCount(), 1);
         e->AdoQry_Main->Edit();
         e->AdoQry_Main->FieldByName("S0")->SetText(QString::number(4 + round));
@@ -580,13 +584,13 @@ TEST_F(PurchaseEntryTest, QuitClosesAnOpenPickListFirst) {
     e->SEND_ID->ButtonClick();
     EXPECT_TRUE(e->DeliveryLink->Visible());
     e->KH_GYS_ID->ButtonClick();
-    EXPECT_TRUE(e->SupplierLink->Visible());
+    EXPECT_TRUE(e->PartnerLink->Visible());
     e->Act_Quit->trigger();  // the delivery method list comes before the supplier list
     EXPECT_FALSE(e->DeliveryLink->Visible());
-    EXPECT_TRUE(e->SupplierLink->Visible());
+    EXPECT_TRUE(e->PartnerLink->Visible());
     EXPECT_TRUE(e->isVisible());
     e->Act_Quit->trigger();
-    EXPECT_FALSE(e->SupplierLink->Visible());
+    EXPECT_FALSE(e->PartnerLink->Visible());
     EXPECT_TRUE(e->isVisible());
     e->Act_Quit->trigger();
     EXPECT_FALSE(e->isVisible());
@@ -693,7 +697,7 @@ TEST_F(PurchaseEntryTest, AnUnknownSupplierTypedIsRefusedBeforeSaving) {
     EXPECT_EQ(count("SELECT COUNT(*) FROM D8101 WHERE NOID='" + noid + "'"), 0);
     EXPECT_TRUE(e->isVisible());
     // Corrected, it saves.
-    ASSERT_TRUE(e->SupplierLink->Pick("G02"));
+    ASSERT_TRUE(e->PartnerLink->Pick("G02"));
     sink->clear();
     e->Act_Save->trigger();
     EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();

@@ -37,7 +37,7 @@ protected:
 TEST_F(PurchaseListTest, OpensOnThisMonthWithTheHeadStatementAndItsCondition) {
     TQXCK201* list = openList();
     EXPECT_EQ(list->Caption(), "采购进货");
-    EXPECT_EQ(list->Filter->titDATE->text(), "(18天)");
+    EXPECT_EQ(list->filter()->titDATE->text(), "(18天)");
     const auto opened = statements(qx::dataop::Call::Kind::OpenSql);
     ASSERT_FALSE(opened.empty());
     EXPECT_EQ(opened.front(), expected::headQuery() +
@@ -66,8 +66,8 @@ TEST_F(PurchaseListTest, ReversedDatesAreRefusedAndNothingIsQueried) {
         f->EDATE->SetText("2026-03-02");
     });
     EXPECT_EQ(sink->texts(), QStringList{"<开始日期> 不能大于 <结束日期>!"});
-    EXPECT_EQ(list->Filter->focusWidget(), list->Filter->BDATE);
-    EXPECT_NE(list->Filter->ModalResult(), mrOk);
+    EXPECT_EQ(list->filter()->focusWidget(), list->filter()->BDATE);
+    EXPECT_NE(list->filter()->ModalResult(), mrOk);
     EXPECT_TRUE(statements(qx::dataop::Call::Kind::OpenSql).empty());
     delete list;
 }
@@ -77,7 +77,7 @@ TEST_F(PurchaseListTest, OneDayCountsAsOneDayAndListsThatDaysReceipts) {
         f->BDATE->SetText("2026-03-05");
         f->EDATE->SetText("2026-03-05");
     });
-    EXPECT_EQ(list->Filter->titDATE->text(), "(1天)");
+    EXPECT_EQ(list->filter()->titDATE->text(), "(1天)");
     EXPECT_EQ(list->Lab_Condition->text(), " ●开单日期:03-05 至 03-05 (1天)");
     EXPECT_EQ(list->Condition, "(D8101.BDATE>='2026-03-05') AND (D8101.BDATE<='2026-03-05') ");
     EXPECT_EQ(listedNumbers(list), QStringList({"R0305", "R0305B"}));
@@ -202,10 +202,10 @@ TEST_F(PurchaseListTest, EscapeClosesAnOpenPickListBeforeTheDialog) {
     filter.InitForm();
     filter.show();
     filter.KH_ID->ButtonClick();
-    EXPECT_TRUE(filter.SupplierLink->Visible());
+    EXPECT_TRUE(filter.PartnerLink->Visible());
     int key = Qt::Key_Escape;
     filter.FormKeyDown(&filter, key, Qt::NoModifier);
-    EXPECT_FALSE(filter.SupplierLink->Visible());
+    EXPECT_FALSE(filter.PartnerLink->Visible());
     EXPECT_NE(filter.ModalResult(), mrCancel);
     filter.CK_ID->ButtonClick();
     EXPECT_TRUE(filter.WarehouseLink->Visible());
@@ -219,9 +219,9 @@ TEST_F(PurchaseListTest, EscapeClosesAnOpenPickListBeforeTheDialog) {
 
 TEST_F(PurchaseListTest, TheEntryScreenIsConfiguredWithTheListsTexts) {
     TQXCK201* list = openList();
-    TQXCK201_1* e = list->Entry;
+    TQXCK201_1* e = list->entry();
     EXPECT_EQ(QXCK201_1, e);
-    EXPECT_EQ(QXCK201F, list->Filter);
+    EXPECT_EQ(QXCK201F, list->filter());
     EXPECT_EQ(e->HeadSql, expected::headQuery());
     EXPECT_EQ(e->BodySql, expected::lineQuery("%s"));
     EXPECT_EQ(e->MoneyFields, "money,smoney");
@@ -232,10 +232,10 @@ TEST_F(PurchaseListTest, TheEntryScreenIsConfiguredWithTheListsTexts) {
     EXPECT_EQ(e->DeleteSql, "delete from d8101 Where NOID=%S");
     for (const QString& free : e->BodyText) EXPECT_EQ(free, "");
     EXPECT_EQ(e->FuncNo, "201");
-    EXPECT_EQ(e->SupplierLink->FuncNo, "201");
+    EXPECT_EQ(e->PartnerLink->FuncNo, "201");
     EXPECT_EQ(e->WarehouseLink->FuncNo, "201");
-    EXPECT_EQ(list->Filter->FuncNo, "201");
-    EXPECT_EQ(list->Filter->SupplierLink->FuncNo, "201");
+    EXPECT_EQ(list->filter()->FuncNo, "201");
+    EXPECT_EQ(list->filter()->PartnerLink->FuncNo, "201");
     delete list;
 }
 

@@ -68,10 +68,10 @@ TEST_F(PurchaseRequestTest, ATypicalRequestOnTheDemoShop) {
 
     // Add a receipt with three lines.
     list->Act_Add->trigger();
-    TQXCK201_1* e = list->Entry;
+    TQXCK201_1* e = list->entry();
     ASSERT_TRUE(e->isVisible());
-    ASSERT_TRUE(e->SupplierLink->Pick(supplier));
-    ASSERT_TRUE(e->BuyerLink->Pick(buyer));
+    ASSERT_TRUE(e->PartnerLink->Pick(supplier));
+    ASSERT_TRUE(e->SalespersonLink->Pick(buyer));
     ASSERT_TRUE(e->DeliveryLink->Pick(delivery));
     e->NOTE->setText("手工录入");
     QStringList skus;
@@ -140,11 +140,11 @@ TEST_F(PurchaseRequestTest, ScreenshotsOfTheListAndOfAReceiptWithThreeLines) {
     list->resize(1100, 620);
     list->show();
     EXPECT_FALSE(qx::saveScreenshot(list, "purchase_list").isEmpty());
-    list->Filter->resize(520, 300);
+    list->filter()->resize(520, 300);
     EXPECT_FALSE(qx::saveScreenshot(list->Filter, "purchase_filter").isEmpty());
 
     list->Act_Add->trigger();
-    TQXCK201_1* e = list->Entry;
+    TQXCK201_1* e = list->entry();
     fillHead(e);
     addLine(e, "K01", "02", {"3", "2", "4", "1"}, "10");
     addLine(e, "K02", "03", {"", "2", "3", "1"}, "20");

@@ -56,7 +56,7 @@ TEST_P(PurchaseStatementTest, TheScreensSendExactlyTheseStatements) {
     if (mode == "Add") list->Act_Add->trigger();
     else if (mode == "CopyAdd") list->Act_CopyAdd->trigger();
     else list->Act_Edit->trigger();
-    TQXCK201_1* e = list->Entry;
+    TQXCK201_1* e = list->entry();
     ASSERT_EQ(e->EditMode, mode);
 
     // Opening: a new number for new receipts, the barcodes when editing with barcodes per size,

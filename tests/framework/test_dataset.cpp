@@ -278,22 +278,32 @@ TEST(FrameworkDataSet, SavesAndLoadsALocalFile) {
     EXPECT_TRUE(back.FieldByName("SJ")->IsNull());
 }
 
-TEST(FrameworkDataSet, ModelShowsFieldsAndWritesThroughTheSetter) {
+TEST(FrameworkDataSet, SuspendedSettersComeBackAfterTheScope) {
     auto ds = threeLines();
-    TDataSetModel model(ds.get());
-    EXPECT_EQ(model.rowCount(), 3);
-    EXPECT_EQ(model.columnCount(), 3);
-    EXPECT_EQ(model.headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), "K_ID");
-    EXPECT_EQ(model.data(model.index(1, 0), Qt::DisplayRole).toString(), "K02");
     QStringList typed;
     ds->FieldByName("S0")->OnSetText = [&](TField* f, const AnsiString& t) {
         typed << t;
         f->SetAsString(t);
     };
-    EXPECT_TRUE(model.setData(model.index(1, 1), "6", Qt::EditRole));
+    ds->Edit();
+    {
+        ScopedSetTextSuspension suspended(ds.get());
+        ds->FieldByName("S0")->SetText("4");
+    }
+    ds->FieldByName("S0")->SetText("6");
     EXPECT_EQ(typed, QStringList{"6"});
-    EXPECT_EQ(ds->RecNo(), 2);
     EXPECT_EQ(ds->FieldByName("S0")->AsInteger(), 6);
+}
+
+TEST(FrameworkDataSet, FrozenControlsThawAlsoWhenTheScopeThrows) {
+    auto ds = threeLines();
+    try {
+        ScopedDisableControls frozen(ds.get());
+        EXPECT_TRUE(ds->ControlsDisabled());
+        throw std::runtime_error("refused");
+    } catch (const std::runtime_error&) {
+    }
+    EXPECT_FALSE(ds->ControlsDisabled());
 }
 
 TEST(FrameworkDataSet, SortKeepsTheCurrentRecord) {

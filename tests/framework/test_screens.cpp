@@ -179,8 +179,7 @@ public:
         BodySql = kBodySql;
         DeleteSql = "delete from d8101 Where NOID=%S";
         Entry = new DemoEntry(this);
-        Entry->SetBodyParam(HeadSql, BodySql, "", "", "", "", "", MoneyFields, PriceFields, QtyFields, "", "", "",
-                            StyleField, WlField, KeyField, DeleteSql);
+        Entry->SetBodyParam(BodyParams());
         Filter = new DemoFilter(this);
         Filter->InitForm();
         Act_Start->trigger();
@@ -409,9 +408,10 @@ TEST_F(FrameworkScreenTest, AddOpensEmptyLinesWithANewNumber) {
     EXPECT_EQ(e->AdoQry_Main->State(), dsInsert);
     EXPECT_FALSE(e->HasChanges());
     EXPECT_EQ(statements(Call::Kind::OpenSql).back(), QString(kBodySql).replace("%s", "''"));
-    // Columns: style, name, unit, colour, sizes (titled from the group), total, price, amount, note.
+    // Columns: style, name, unit, colour, sizes (titled from the group: none before a style), total,
+    // price, amount, note.
     EXPECT_EQ(e->DBGridEh->VisibleTitles(),
-              QStringList({"款号", "品名", "单位", "颜色", "尺码|S0", "尺码|S1", "尺码|S2", "合计", "进货价", "金额", "备注"}));
+              QStringList({"款号", "品名", "单位", "颜色", "尺码|", "尺码|", "尺码|", "合计", "进货价", "金额", "备注"}));
     // Untouched, it quits without a question.
     e->Act_Quit->trigger();
     EXPECT_FALSE(e->isVisible());
@@ -911,9 +911,15 @@ TEST_F(FrameworkScreenTest, ColumnsTaggedOneAreLockedOnLinesFromAnOrder) {
 
 TEST_F(FrameworkScreenTest, TagPricedLinesTakeTheStylesTagPrice) {
     TFrm_Base_Entry_BodyC entry;
-    entry.SetBodyParam("", QString(kBodySql).replace("D8101A.DJ as sj", "D8101A.ODJ, D8101A.ZK, D8101A.DJ as sj"), "", "",
-                       "", "", "", "money,smoney,OMONEY", "dj,sj,ODJ", "S0,S1,S2,STOT,ZK", "", "", "", "K_ID", "wl_id",
-                       "NOID", "");
+    TBodyParams params;
+    params.BodySql = QString(kBodySql).replace("D8101A.DJ as sj", "D8101A.ODJ, D8101A.ZK, D8101A.DJ as sj");
+    params.MoneyFields = "money,smoney,OMONEY";
+    params.PriceFields = "dj,sj,ODJ";
+    params.QtyFields = "S0,S1,S2,STOT,ZK";
+    params.StyleField = "K_ID";
+    params.WlField = "wl_id";
+    params.KeyField = "NOID";
+    entry.SetBodyParam(params);
     db->answer("D8101A.NOID =''", table({"K_ID", "COL_ID", "COL_NAME", "WL_NAME", "DW_NAME", "S0", "S1", "S2", "ODJ",
                                          "ZK", "sj", "smoney", "NOTE"},
                                         {}));

@@ -85,12 +85,17 @@ TEST_F(FrameworkOnSqlite, PickListSearchesTheTable) {
 TEST_F(FrameworkOnSqlite, LineEntryFindsStyleColourAndSizes) {
     TFrm_Base_Entry_BodyC entry;
     entry.FuncNo = "201";
-    entry.SetBodyParam("", "SELECT D8101A.K_ID, D8101A.COL_ID, D1005.COL_NAME, D1800.WL_NAME, D1800.DW_NAME, "
+    TBodyParams params;
+    params.BodySql = "SELECT D8101A.K_ID, D8101A.COL_ID, D1005.COL_NAME, D1800.WL_NAME, D1800.DW_NAME, "
                            "D8101A.S0, D8101A.S1, D8101A.S2, D8101A.S3, D8101A.DJ as sj, D8101A.money as smoney, "
                            "D8101A.NOTE FROM D8101A INNER JOIN D1800 ON D8101A.K_ID = D1800.K_ID INNER JOIN D1005 ON "
-                           "D8101A.COL_ID = D1005.COL_ID WHERE (D8101A.NOID =%s)",
-                       "", "", "", "", "", "money,smoney", "dj,sj", "S0,S1,S2,S3,STOT", "", "", "", "K_ID", "wl_id",
-                       "NOID", "");
+                           "D8101A.COL_ID = D1005.COL_ID WHERE (D8101A.NOID =%s)";
+    params.MoneyFields = "money,smoney";
+    params.PriceFields = "dj,sj";
+    params.QtyFields = "S0,S1,S2,S3,STOT";
+    params.WlField = "wl_id";
+    params.KeyField = "NOID";
+    entry.SetBodyParam(params);
     entry.InitForm("Add", nullptr, true, true, false, 0);
     entry.Act_AddLine->trigger();
     entry.EnterStyle("K01");
