@@ -7,6 +7,9 @@
 #include <array>
 
 #include "documents/purchase/Frmqxck201.h"
+#include "documents/purchase/Frmqxck202.h"
+#include "documents/sales/Frmqxck211.h"
+#include "documents/sales/Frmqxck212.h"
 #include "frame/Dispatch.h"
 
 namespace qx::frame {
@@ -22,11 +25,11 @@ constexpr auto ReadableWarehouses = Precondition::SeveralWarehousesReadableByUse
 const std::array kFunctions{
 //  code  class          unit            base                    caption               pattern         precondition        subsystem  factory
     FunctionRow{201, "TQXCK201",   "Frmqxck201",   "TFrm_Base_Entry_Head", "采购进货",            Embedded,       None,               Documents, screen<TQXCK201, &QXCK201>},
-    FunctionRow{202, "TQXCK202",   "Frmqxck202",   "TFrm_Base_Entry_Head", "采购退货",            Embedded,       None,               Documents, nullptr},
+    FunctionRow{202, "TQXCK202",   "Frmqxck202",   "TFrm_Base_Entry_Head", "采购退货",            Embedded,       None,               Documents, screen<TQXCK202, &QXCK202>},
     FunctionRow{203, "TQXCK201M",  "Frmqxck201m",  "TFrm_Base_Qry",        "采购进货明细表",      Embedded,       None,               Reports,   nullptr},
     FunctionRow{204, "TQXCK201G",  "Frmqxck201g",  "TFrm_Base_Qry",        "采购进货汇总表",      Embedded,       None,               Reports,   nullptr},
-    FunctionRow{211, "TQXCK211",   "Frmqxck211",   "TFrm_Base_Entry_Head", "销售开单",            Embedded,       None,               Documents, nullptr},
-    FunctionRow{212, "TQXCK212",   "Frmqxck212",   "TFrm_Base_Entry_Head", "销售退货",            Embedded,       None,               Documents, nullptr},
+    FunctionRow{211, "TQXCK211",   "Frmqxck211",   "TFrm_Base_Entry_Head", "销售开单",            Embedded,       None,               Documents, screen<TQXCK211, &QXCK211>},
+    FunctionRow{212, "TQXCK212",   "Frmqxck212",   "TFrm_Base_Entry_Head", "销售退货",            Embedded,       None,               Documents, screen<TQXCK212, &QXCK212>},
     FunctionRow{213, "TQXCK211M",  "Frmqxck211m",  "TFrm_Base_Qry",        "销售明细表",          Embedded,       None,               Reports,   nullptr},
     FunctionRow{214, "TQXCK211G",  "Frmqxck211g",  "TFrm_Base_Qry",        "销售汇总表",          Embedded,       None,               Reports,   nullptr},
     FunctionRow{215, "TQXCK213",   "Frmqxck213",   "TFrm_Base_Entry_Head", "订单/补单",           Embedded,       None,               Documents, nullptr},

@@ -525,9 +525,6 @@ void TFrm_Base_Panel::BuildDocumentLineColumns(TDBGridEh* grid, TClientDataSet* 
         c->Footer.ValueType = fvtSum;
         c->ReadOnly = true;
     }
-    for (const QString& f : SplitFields(config.QtyFields))
-        if (TColumnEh* c = rightAligned(add(f, f.toUpper(), 50)); c && !qx::sizes::isQuantityField(f))
-            c->Footer.ValueType = f.compare("ZK", Qt::CaseInsensitive) == 0 ? fvtNon : fvtSum;
     auto titleOf = [&](const QString& f) {
         if (f.compare("SJ", Qt::CaseInsensitive) == 0) return config.PriceLabel;
         if (f.compare("DJ", Qt::CaseInsensitive) == 0) return tr("成本价");
@@ -535,12 +532,27 @@ void TFrm_Base_Panel::BuildDocumentLineColumns(TDBGridEh* grid, TClientDataSet* 
         if (f.compare("MONEY", Qt::CaseInsensitive) == 0) return tr("成本额");
         return f.toUpper();
     };
-    for (const QString& f : SplitFields(config.PriceFields)) rightAligned(add(f, titleOf(f), 70));
-    for (const QString& f : SplitFields(config.MoneyFields))
-        if (TColumnEh* c = rightAligned(add(f, titleOf(f), 80))) {
+    const QStringList amounts = SplitFields(config.MoneyFields);
+    auto addValue = [&](const QString& f) {
+        TColumnEh* c = rightAligned(add(f, titleOf(f), 70));
+        if (!c) return;
+        if (amounts.contains(f, Qt::CaseInsensitive)) {
             c->Footer.ValueType = fvtSum;
             c->DisplayFormat = "0.00";
+            c->Width = 80;
+        } else if (SplitFields(config.QtyFields).contains(f, Qt::CaseInsensitive) &&
+                   f.compare("ZK", Qt::CaseInsensitive) != 0) {
+            c->Footer.ValueType = fvtSum;
         }
+    };
+    const QStringList trailing = SplitFields(config.TrailingFields);
+    if (!trailing.isEmpty()) {
+        for (const QString& f : trailing) addValue(f);
+    } else {
+        for (const QString& f : SplitFields(config.QtyFields))
+            if (!qx::sizes::isQuantityField(f)) addValue(f);
+        for (const QString& f : SplitFields(config.PriceFields) + amounts) addValue(f);
+    }
     add("NOTE", tr("备注"), 150);
     grid->SetFooterRowVisible(true);
     HideSizeColumnsAfterCM(grid);

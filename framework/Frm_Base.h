@@ -136,6 +136,9 @@ struct TLineColumnConfig {
     AnsiString AmountLabel = "金额";  // the title of SMONEY
     QHash<QString, QString> Titles;   // upper-cased field name -> title ("吊牌|单价")
     QHash<QString, int> Tags;         // upper-cased field name -> column tag
+    // The fields after the total, in this order, instead of the quantity, price and amount
+    // fields of the configuration ("ODJ,OMONEY,ZK,SJ,SMONEY").
+    AnsiString TrailingFields;
 };
 
 class QX_FRAMEWORK_EXPORT TFrm_Base_Common : public TFrm_Base {

@@ -351,6 +351,10 @@ bool Tfrm_Base_Entry_Body::HasChanges() const { return Modified || AdoQry_Main->
 // --- lines
 
 void Tfrm_Base_Entry_Body::prepareLines() {
+    if (!LineSourceField.isEmpty() && !AdoQry_Main->FindField(LineSourceField)) {
+        TField* source = AdoQry_Main->AddField(LineSourceField, ftString, 12, tr("来源单号"));
+        source->Visible = false;
+    }
     if (!AdoQry_Main->FindField("STOT") && AdoQry_Main->FindField("S0")) {
         TField* stot = AdoQry_Main->AddField("STOT", ftInteger, 0, tr("合计"));
         stot->ReadOnly = true;
@@ -399,6 +403,7 @@ TLineColumnConfig Tfrm_Base_Entry_Body::lineColumnConfig() const {
     config.AmountLabel = AmountLabel;
     config.Titles = LineTitles;
     config.Tags = LineTags;
+    config.TrailingFields = LineTrailingFields;
     return config;
 }
 

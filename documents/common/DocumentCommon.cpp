@@ -47,6 +47,33 @@ void tintUnapproved(const TClientDataSet* heads, TCellParams& params) {
     if (!state.isNull() && state.toInt() == 0) params.Background = unapprovedColor();
 }
 
+QList<ListColumn> counterpartyListColumns(const CounterpartyTitles& titles, bool deliveryNote) {
+    QList<ListColumn> columns{
+        {"NOID", "单号", 100},
+        {"KH_GYS_ID", titles.code, 70, false},
+        {"KG_NAME", titles.name, 110},
+        {"YW_ID", "业务员代号", 60, false},
+        {"YW_NAME", "业务员", 70},
+        {"CK_ID", "仓库号", 50, false},
+        {"CK_NAME", "仓库", 90},
+        {"BDATE", "开单日期", 90},
+        {"EDATE", "最后更改", 90},
+        {"JY_ID", "结算代号", 50, false},
+        {"JY_NAME", "结算方式", 80},
+    };
+    if (deliveryNote) columns.append({"SEND_NO", "送货单号", 100});
+    columns.append({
+        {"SEND_ID", titles.deliveryCode, 50, false},
+        {"SEND_NAME", titles.delivery, 70},
+        {"USER_ID", "用户号", 60, false},
+        {"USER_NAME", "开单", 70},
+        {"SK", "审批", 60},
+        {"SDATE", "审批日期", 90},
+        {"NOTE", "备注", 160},
+    });
+    return columns;
+}
+
 QString dayCountText(const QDate& from, const QDate& to) {
     return "(" + QString::number(from.daysTo(to) + 1) + "天)";
 }

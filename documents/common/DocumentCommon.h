@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <initializer_list>
 
+#include "documents/common/DocumentKind.h"
 #include "framework/DataSet.h"
 
 class QLabel;
@@ -42,6 +43,15 @@ void removeApprovalColumns(TDBGridEh* grid);
 QColor unapprovedColor();
 // Tints the cell when approval is on and the drawn row's `t` is 0; leaves it as it is otherwise.
 void tintUnapproved(const TClientDataSet* heads, TCellParams& params);
+
+// The head columns of a document list that names a counterparty: number, counterparty (code
+// hidden behind its short name), salesperson, warehouse, dates, settlement, delivery method,
+// maker, approval and remark; the delivery note number where the document has one.
+struct CounterpartyTitles {
+    QString code, name;              // "供应商代号", "供应商简称"
+    QString deliveryCode, delivery;  // "进货代号", "进货方式"
+};
+QList<struct ListColumn> counterpartyListColumns(const CounterpartyTitles& titles, bool deliveryNote);
 
 // ---- filter dialogs
 

@@ -27,6 +27,8 @@ TDocumentEntry::TDocumentEntry(QWidget* Owner, const DocumentKind& kind) : TFrm_
         LineTitles.insert(t.field.toUpper(), t.title);
         if (t.tag != 0) LineTags.insert(t.field.toUpper(), t.tag);
     }
+    LineTrailingFields = kind_.trailingFields;
+    if (kind_.linesKeepSource) LineSourceField = "NOID";
     if (kind_.warehouseFixedByLines) {
         connect(AdoQry_Main, &TClientDataSet::rowInserted, this, [this] { DataSourceDataChange(AdoQry_Main, nullptr); });
         connect(AdoQry_Main, &TClientDataSet::dataEdited, this, [this] { DataSourceDataChange(AdoQry_Main, nullptr); });

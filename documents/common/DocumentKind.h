@@ -74,6 +74,8 @@ struct DocumentKind {
     QString priceLabel;   // title of SJ: "进货价"
     QString amountLabel;  // title of SMONEY: "金额"
     QList<LineColumnTitle> lineTitles;  // titles and tags of further line columns
+    QString trailingFields;             // line columns after the total, in order, when not the usual
+    bool linesKeepSource = false;       // lines carry the number of the order they came from (NOID)
     LineCheck lineCheck = LineCheck::PositiveQuantities;
     PriceArithmetic arithmetic = PriceArithmetic::AmountFromPrice;
     TotalFrom total = TotalFrom::AmountField;

@@ -21,27 +21,7 @@ const DocumentListKind& TQXCK201::Description() {
         "D1800 ON D1801.K_ID = D1800.K_ID INNER JOIN D1006 ON D1800.M_ID = D1006.M_ID INNER JOIN D1005 ON "
         "D1801.COL_ID = D1005.COL_ID WHERE (D8101A.NOID =%s)",
         "delete from d8101 Where NOID=%S",
-        {
-            {"NOID", "单号", 100},
-            {"KH_GYS_ID", "供应商代号", 70, false},
-            {"KG_NAME", "供应商简称", 110},
-            {"YW_ID", "业务员代号", 60, false},
-            {"YW_NAME", "业务员", 70},
-            {"CK_ID", "仓库号", 50, false},
-            {"CK_NAME", "仓库", 90},
-            {"BDATE", "开单日期", 90},
-            {"EDATE", "最后更改", 90},
-            {"JY_ID", "结算代号", 50, false},
-            {"JY_NAME", "结算方式", 80},
-            {"SEND_NO", "送货单号", 100},
-            {"SEND_ID", "进货代号", 50, false},
-            {"SEND_NAME", "进货方式", 70},
-            {"USER_ID", "用户号", 60, false},
-            {"USER_NAME", "开单", 70},
-            {"SK", "审批", 60},
-            {"SDATE", "审批日期", 90},
-            {"NOTE", "备注", 160},
-        },
+        counterpartyListColumns({"供应商代号", "供应商简称", "进货代号", "进货方式"}, true),
     };
     return kind;
 }
