@@ -1,86 +1,15 @@
 #pragma once
-// A small shop in a temporary SQLite database for the purchase receipt screens: two warehouses,
-// suppliers, a buyer, methods, one size group and styles K01 (colours 01, 02) and K02 (03), with
-// the signed-in user's globals; every statement the screens send is recorded.
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QLineEdit>
-#include <QTemporaryDir>
-#include <functional>
-#include <ostream>
-#include <memory>
-#include <vector>
-
-#include "db/Database.h"
+// The purchase receipt screens on the shared shop: receipts written straight into the tables,
+// the list opened on code 201, the head of a new receipt chosen through the pick lists.
 #include "documents/purchase/Frmqxck201.h"
 #include "documents/purchase/Frmqxck201_1.h"
 #include "documents/purchase/Frmqxck201f.h"
-#include "framework/DBGridEh.h"
-#include "framework/U_dataop.h"
-#include "framework/U_function.h"
-#include "framework/U_glo.h"
-
-// Readable failures: texts as texts.
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+#include "tests/support/ShopFixture.h"
 
 namespace qx::test {
 
-using qx::dataop::Call;
-
-class PurchaseTest : public ::testing::Test {
+class PurchaseTest : public ShopScreenTest {
 protected:
-    void SetUp() override {
-        ResetGlobals();
-        G_UserId = "U1";
-        G_UserName = "王经理";
-        G_ckid = "01";
-        G_CkName = "总仓";
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
-        seedShop();
-        qx::dataop::setDatabase(db);
-        qx::dataop::setObserver([this](const Call& c) { calls.push_back(c); });
-        qx::ui::setToday(QDate(2026, 3, 18));
-        qx::ui::setScreenPresenter([](TFrm_Base* screen) { screen->show(); });
-    }
-    void TearDown() override {
-        qx::ui::setModalHandler(nullptr);
-        qx::ui::setScreenPresenter(nullptr);
-        qx::ui::setToday(QDate());
-        qx::dataop::setObserver({});
-        qx::dataop::setDatabase(nullptr);
-        ResetGlobals();
-    }
-
-    void exec(const QString& sql) { db->execute(sql.toStdString()); }
-
-    void seedShop() {
-        exec("INSERT INTO sys_co (CO, PARAM) VALUES ('测试服饰', '')");
-        exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U1', '王经理')");
-        exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U2', '店员')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('01', '总仓')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('02', '东门店')");
-        exec("INSERT INTO sys_user_ck VALUES ('U1', '01', 1)");
-        exec("INSERT INTO d1103 (KH_GYS_ID, KG_NAME) VALUES ('G01', '华美制衣')");
-        exec("INSERT INTO d1103 (KH_GYS_ID, KG_NAME) VALUES ('G02', '利达服饰')");
-        exec("INSERT INTO d1101 (YW_ID, YW_NAME) VALUES ('01', '张三')");
-        exec("INSERT INTO d1010 (JY_ID, JY_NAME) VALUES ('1', '现金')");
-        exec("INSERT INTO d1010 (JY_ID, JY_NAME) VALUES ('2', '月结')");
-        exec("INSERT INTO d1011 (SEND_ID, SEND_NAME) VALUES ('1', '自提')");
-        exec("INSERT INTO d1011 (SEND_ID, SEND_NAME) VALUES ('2', '物流')");
-        exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3, M4) VALUES ('01', '服装', 'S', 'M', 'L', 'XL', '2XL')");
-        exec("INSERT INTO d1005 (COL_ID, COL_NAME) VALUES ('01', '红色')");
-        exec("INSERT INTO d1005 (COL_ID, COL_NAME) VALUES ('02', '黑色')");
-        exec("INSERT INTO d1005 (COL_ID, COL_NAME) VALUES ('03', '蓝色')");
-        exec("INSERT INTO d1800 (K_ID, M_ID, WL_NAME, DW_NAME, CGJ, PFJ, TMI, CHECK_KC) VALUES "
-             "('K01', '01', '衬衫', '件', 10, 99, 0, 0)");
-        exec("INSERT INTO d1800 (K_ID, M_ID, WL_NAME, DW_NAME, CGJ, PFJ, TMI, CHECK_KC) VALUES "
-             "('K02', '01', '裤子', '条', 20, 159, 0, 0)");
-        exec("INSERT INTO d1804 VALUES ('K01', '01')");
-        exec("INSERT INTO d1804 VALUES ('K01', '02')");
-        exec("INSERT INTO d1804 VALUES ('K02', '03')");
-    }
-
     // A receipt written straight into the tables (not through a screen).
     void addReceipt(const QString& noid, const QString& date, const QString& warehouse, int t,
                     const QString& supplier = "G01") {
@@ -89,79 +18,12 @@ protected:
              "', '1', 'SN-" + noid + "', '01', '1', 'U1', '')");
     }
 
-    qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
-    // The first column of the first row as text ("" when there is none).
-    QString scalar(const QString& sql) {
-        const auto r = query(sql);
-        if (r.rows.empty() || r.rows[0].empty()) return {};
-        const auto& v = r.rows[0][0];
-        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-        return {};
-    }
-    int count(const QString& sql) { return scalar(sql).toInt(); }
-
-    // The list opened on code 201; `filter` fills the filter dialog before OK (nothing: this
+    // The list opened on code 201; `fillFilter` fills the filter dialog before OK (nothing: this
     // month as preset).
     TQXCK201* openList(std::function<void(TQXCK201F*)> fillFilter = {}) {
-        qx::ui::setModalHandler([fillFilter](TFrm_Base* dialog) {
-            auto* filter = dynamic_cast<TQXCK201F*>(dialog);
-            if (!filter) return int(mrCancel);
-            if (fillFilter) fillFilter(filter);
-            filter->btn_ok->click();
-            return filter->ModalResult();
+        return ShopScreenTest::openList<TQXCK201>(201, [fillFilter](TDocumentFilter* f) {
+            if (fillFilter) fillFilter(static_cast<TQXCK201F*>(f));
         });
-        auto* list = new TQXCK201(nullptr);
-        list->resize(1000, 600);
-        Trecord rec;
-        rec.UserId = G_UserId;
-        rec.UserName = G_UserName;
-        rec.CkId = G_ckid;
-        rec.CkName = G_CkName;
-        rec.FuncCode = 201;
-        list->Tag = 201;
-        list->InitForm(rec);
-        return list;
-    }
-
-    // Types into a line cell as the grid's editor does.
-    bool typeCell(TQXCK201_1* e, const QString& field, const QString& text) {
-        auto* model = e->DBGridEh->model();
-        TColumnEh* column = e->DBGridEh->ColumnByField(field);
-        if (!column) return false;
-        return model->setData(model->index(e->AdoQry_Main->CurrentRow(), column->Index()), text, Qt::EditRole);
-    }
-
-    // The cell editor the grid has open, if any.
-    static QLineEdit* openEditor(TDBGridEh* grid) {
-        if (!grid->Editing()) return nullptr;
-        for (QLineEdit* candidate : grid->viewport()->findChildren<QLineEdit*>())
-            if (candidate->isVisible()) return candidate;
-        return nullptr;
-    }
-
-    // A new line: style, colour, then quantities by size position and optionally the price.
-    void addLine(TQXCK201_1* e, const QString& style, const QString& colour, const std::vector<QString>& sizes,
-                 const QString& price = {}) {
-        e->Act_AddLine->trigger();
-        // The new line's style cell is open for typing: the code is typed there and confirmed.
-        if (QLineEdit* editor = openEditor(e->DBGridEh)) {
-            editor->setText(style);
-            e->DBGridEh->CommitEdit();
-        } else {
-            e->EnterStyle(style);
-        }
-        e->EnterColor(colour);
-        for (size_t i = 0; i < sizes.size(); ++i) {
-            if (!sizes[i].isEmpty()) {
-                EXPECT_TRUE(typeCell(e, "S" + QString::number(i), sizes[i]));
-            }
-        }
-        if (!price.isEmpty()) {
-            EXPECT_TRUE(typeCell(e, "sj", price));
-        }
-        e->AdoQry_Main->CheckBrowseMode();
     }
 
     // Head of a new receipt chosen through the pick lists.
@@ -172,28 +34,6 @@ protected:
         e->send_no->setText("HM-0318");
         e->NOTE->setText("春装到货");
     }
-
-    std::vector<QString> statements(Call::Kind kind) const {
-        std::vector<QString> out;
-        for (const auto& c : calls)
-            if (c.kind == kind) out.push_back(c.sql);
-        return out;
-    }
-    // The last batch handed to ExecSql, with its number and mode.
-    Call lastExec() const {
-        for (auto it = calls.rbegin(); it != calls.rend(); ++it)
-            if (it->kind == Call::Kind::ExecSql) return *it;
-        return {};
-    }
-    QString lastBatch() const {
-        const auto b = statements(Call::Kind::ExecSql);
-        return b.empty() ? QString() : b.back();
-    }
-
-    qx::ui::ScopedScriptedSink sink;
-    QTemporaryDir dir;
-    std::shared_ptr<qx::db::Database> db;
-    std::vector<Call> calls;
 };
 
 }  // namespace qx::test
