@@ -35,6 +35,10 @@ TLinkEdit::TLinkEdit(QWidget* parent) : QLineEdit(parent) {
     button->setObjectName("Button");
     button->setToolTip(tr("选择 (F4)"));
     connect(button, &QAction::triggered, this, [this] { qx::guard([this] { ButtonClick(); }); });
+    // A code being typed is not yet the named one: the old name goes at once.
+    connect(this, &QLineEdit::textEdited, this, [this] {
+        if (nameLabel_) nameLabel_->clear();
+    });
 }
 
 void TLinkEdit::ButtonClick() {
@@ -52,6 +56,7 @@ void TLinkEdit::CheckId() {
     if (!linkForm_) return;
     const QString name = linkForm_->NameOf(code);
     if (name.isNull()) {
+        if (nameLabel_) nameLabel_->clear();  // never the name of the code typed over
         DISPINFO((Caption.isEmpty() ? objectName() : Caption.simplified()) + "代码 " + code + " 不存在!", 5);
         setFocus();
         selectAll();

@@ -1,6 +1,7 @@
 #include "db/sqlite/SqliteDatabase.h"
 
 #include <sqlite3.h>
+#include <strings.h>
 
 #include <algorithm>
 #include <cctype>
@@ -60,9 +61,22 @@ void stockShortFunction(sqlite3_context* context, int, sqlite3_value** argv) {
 
 std::string dayOf(const std::string& date) { return date.substr(0, std::min<std::size_t>(10, date.size())); }
 
-// qx_closed_period(table, noid, date, end): refuses a change to a document of a closed period.
+// What a clerk calls the document kept in a head table.
+std::string documentKindName(const std::string& headTable) {
+    static const std::pair<const char*, const char*> names[] = {
+        {"D8101", "进货单"}, {"D8102", "进货退货单"}, {"D8201", "销售单"},  {"D8202", "销售退货单"},
+        {"D8203", "订单"},   {"D8300", "盘点单"},     {"D8301", "损溢单"},  {"D8303", "调拨单"},
+        {"D712", "POS销售单"},
+    };
+    for (const auto& [table, name] : names)
+        if (strcasecmp(table, headTable.c_str()) == 0) return name;
+    return "单据 " + headTable;
+}
+
+// qx_closed_period(table, noid, date, end): refuses a change to a document of a closed period,
+// naming the document as the clerk knows it.
 void closedPeriodFunction(sqlite3_context* context, int, sqlite3_value** argv) {
-    const std::string message = "单据 " + textArg(argv[0]) + " " + textArg(argv[1]) + " 的日期 " + dayOf(textArg(argv[2])) +
+    const std::string message = documentKindName(textArg(argv[0])) + " " + textArg(argv[1]) + " 的日期 " + dayOf(textArg(argv[2])) +
                                 " 属于已结账期间（" + dayOf(textArg(argv[3])) +
                                 " 之前），不能新增、修改或删除该期间的单据";
     sqlite3_result_error(context, message.c_str(), -1);

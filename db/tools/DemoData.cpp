@@ -507,7 +507,7 @@ private:
         // Most receipts are entered approved; some are approved afterwards (the head's T changes).
         const bool approveLater = approved && random_.chance(15);
         add("INSERT INTO D8101(T,NOID,KH_GYS_ID,CK_ID, BDATE, SEND_ID,send_no,YW_ID,JY_ID, USER_ID, NOTE,TOLMONEY) VALUES (" +
-            q(approved && !approveLater ? "1" : "0") + "," + q(noid) + "," + q(supplier) + ",'ZC'," + q(stamp(day, 10, 0)) +
+            q(approved && !approveLater ? "1" : "0") + "," + q(noid) + "," + q(supplier) + ",'ZC'," + q(dayText(day)) +
             ",'01'," + q("SH" + noid.substr(3)) + "," + q(salespeople_[random_.between(0, 1)]) + "," + q(random_.chance(70) ? "2" : "1") +
             ",'cg01',''," + q(num(money)) + ")");
         for (const auto& l : lines) {
@@ -533,7 +533,7 @@ private:
         double money = 0;
         for (const auto& l : lines) money += total(l.qty) * styles_[skus_[l.sku].style].cost;
         add("INSERT INTO D8102(T,NOID,KH_GYS_ID,CK_ID, BDATE, SEND_ID,YW_ID,JY_ID, USER_ID, NOTE,TOLMONEY) VALUES ('1'," + q(noid) +
-            "," + q(random_.pick(suppliers_)) + ",'ZC'," + q(stamp(day, 11, 0)) + ",'01','Y01','2','cg01','质量问题退货'," + q(num(money)) + ")");
+            "," + q(random_.pick(suppliers_)) + ",'ZC'," + q(dayText(day)) + ",'01','Y01','2','cg01','质量问题退货'," + q(num(money)) + ")");
         for (const auto& l : lines) {
             const double cost = styles_[skus_[l.sku].style].cost;
             add("INSERT INTO D8102A  VALUES (" + q(noid) + "," + lineKey(l) + ",'ZC'," + sizeList(l.qty) + ",0,0," + q(num(cost)) +
@@ -553,7 +553,7 @@ private:
         double money = 0;
         for (const auto& l : lines) money += total(l.qty) * styles_[skus_[l.sku].style].tag * discount / 100.0;
         add("INSERT INTO D8201(T,NOID,KH_GYS_ID,CK_ID, BDATE, SEND_ID,YW_ID,JY_ID, USER_ID, NOTE,TOLMONEY) VALUES ('1'," + q(noid) +
-            "," + q(random_.pick(customers_)) + ",'ZC'," + q(stamp(day, 14, 0)) + ",'03'," + q(salespeople_[random_.between(2, 3)]) +
+            "," + q(random_.pick(customers_)) + ",'ZC'," + q(dayText(day)) + ",'03'," + q(salespeople_[random_.between(2, 3)]) +
             "," + q(random_.chance(60) ? "2" : "3") + ",'admin',''," + q(num(money)) + ")");
         for (const auto& l : lines) {
             const Style& style = styles_[skus_[l.sku].style];
@@ -578,7 +578,7 @@ private:
         const Line line{sku, qty};
         const double price = style.tag * 0.6;
         add("INSERT INTO D8202(T,NOID,KH_GYS_ID,CK_ID, BDATE, SEND_ID,YW_ID,JY_ID, USER_ID, NOTE,TOLMONEY) VALUES ('1'," + q(noid) + "," +
-            q(random_.pick(customers_)) + ",'ZC'," + q(stamp(day, 15, 0)) + ",'03','Y03','2','admin','尺码不合退货'," + q(num(price)) + ")");
+            q(random_.pick(customers_)) + ",'ZC'," + q(dayText(day)) + ",'03','Y03','2','admin','尺码不合退货'," + q(num(price)) + ")");
         add("INSERT INTO D8202A  VALUES (" + q(noid) + "," + lineKey(line) + ",'ZC'," + sizeList(qty) + "," + q(num(style.cost)) + "," +
             q(num(style.cost)) + "," + q(num(price)) + "," + q(num(price)) + ",'')");
         move(kHead, line, +1);
@@ -588,7 +588,7 @@ private:
     void order(Day day, int shop) {
         const std::string noid = number("215", day);
         add("INSERT INTO D8203(NOID,CK_ID, BDATE,  USER_ID, NOTE) VALUES (" + q(noid) + "," + q(kWarehouses[shop].id) + "," +
-            q(stamp(day, 9, 30)) + ",'admin','门店补货订单')");
+            q(dayText(day)) + ",'admin','门店补货订单')");
         const int count = random_.between(2, 5);
         for (int i = 0; i < count; ++i) {
             const int sku = random_.between(0, static_cast<int>(skus_.size()) - 1);
@@ -614,7 +614,7 @@ private:
         const std::string noid = number("217", day);
         const std::string out = kWarehouses[from].id, in = kWarehouses[to].id;
         add("INSERT INTO D8303(NOID,T,CK_ID,CK_ID_IN,BDATE,STRPARAM1,USER_ID, NOTE)  VALUES (" + q(noid) + ",'1'," + q(out) + "," + q(in) +
-            "," + q(stamp(day, 8, 30)) + ",'王建国','admin','')");
+            "," + q(dayText(day)) + ",'王建国','admin','')");
         for (const auto& l : lines) {
             const Style& style = styles_[skus_[l.sku].style];
             add("INSERT INTO D8303A  VALUES (" + q(noid) + "," + lineKey(l) + "," + q(out) + "," + q(in) + "," + sizeList(l.qty) +
@@ -713,7 +713,7 @@ private:
         if (lines.empty()) return {};
         const std::string noid = number("218", day);
         add("INSERT INTO d8301(NOID,T,CK_ID,BDATE,STRPARAM1,USER_ID, NOTE)  VALUES (" + q(noid) + ",'1'," + q(kWarehouses[shop].id) + "," +
-            q(stamp(day, 18, 0)) + "," + q(kWarehouses[shop].manager) + ",'admin'," + q(note) + ")");
+            q(dayText(day)) + "," + q(kWarehouses[shop].manager) + ",'admin'," + q(note) + ")");
         for (auto& l : lines) {
             bool first = true;
             for (auto& v : l.qty) {
@@ -738,7 +738,7 @@ private:
         const std::string sheet = lossGain(day, shop, "盘点汇总生成");
         const std::string noid = number("235", day);
         add("INSERT INTO d8300(NOID,T,CK_ID,BDATE,STRPARAM1,USER_ID, NOTE)  VALUES (" + q(noid) + ",'1'," + q(kWarehouses[shop].id) + "," +
-            q(stamp(day, 20, 0)) + "," + q(kWarehouses[shop].manager) + ",'admin','季度盘点')");
+            q(dayText(day)) + "," + q(kWarehouses[shop].manager) + ",'admin','季度盘点')");
         if (!sheet.empty()) add("UPDATE d8300 SET D8301NOID=" + q(sheet) + " WHERE NOID=" + q(noid));
         stocktakeLines(noid, shop, 0);
     }
@@ -746,7 +746,7 @@ private:
     // The stocktake still being counted at the end of the year.
     void openStocktake() {
         const std::string noid = number("235", end_);
-        add("INSERT INTO d8300(NOID,T,CK_ID,BDATE,STRPARAM1,USER_ID, NOTE)  VALUES (" + q(noid) + ",'0','MD02'," + q(stamp(end_, 19, 0)) +
+        add("INSERT INTO d8300(NOID,T,CK_ID,BDATE,STRPARAM1,USER_ID, NOTE)  VALUES (" + q(noid) + ",'0','MD02'," + q(dayText(end_)) +
             ",'张敏','admin','年终盘点')");
         stocktakeLines(noid, 2, 10);
     }

@@ -71,6 +71,13 @@ TEST_F(Demo, AYearOfEveryDocumentKind) {
     for (const char* size : {"M0='S'", "M0='26'", "M0='90'", "M0='35'"}) EXPECT_EQ(count(*db_, "D1006", size), 1) << size;
 }
 
+TEST_F(Demo, DocumentDatesAreDaysAsTheEntryScreensWriteThem) {
+    // A filter that ends on a day compares BDATE<='YYYY-MM-DD': a time of day would drop that day.
+    for (const char* head : {"D8101", "D8102", "D8201", "D8202", "D8203", "D8303", "d8301", "d8300"})
+        EXPECT_EQ(text(scalar(*db_, std::string("SELECT COUNT(*) FROM ") + head + " WHERE LEN(CONVERT(varchar(30), BDATE, 20)) > 10 AND RIGHT(CONVERT(varchar(30), BDATE, 20), 8) <> '00:00:00'")), "0")
+            << head;
+}
+
 TEST_F(Demo, SettingsRowsTheModuleReads) {
     EXPECT_EQ(count(*db_, "sys_co"), 1);
     EXPECT_EQ(text(scalar(*db_, "SELECT CK_END_DATE FROM sys_co")).substr(0, 10), "2026-05-01");

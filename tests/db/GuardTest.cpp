@@ -72,6 +72,7 @@ TEST_F(Guards, DocumentsOfAClosedPeriodCannotBeInsertedChangedOrDeleted) {
         FAIL() << "a receipt dated in the closed period was accepted";
     } catch (const db::Error& e) {
         const std::string message = e.what();
+        EXPECT_EQ(message.rfind("进货单 R2 的日期 2026-02-20 属于已结账期间（2026-03-01 之前）", 0), 0u) << message;
         EXPECT_NE(message.find("R2"), std::string::npos) << message;
         EXPECT_NE(message.find("2026-02-20"), std::string::npos) << message;
         EXPECT_NE(message.find("2026-03-01"), std::string::npos) << message;

@@ -710,6 +710,18 @@ TEST_F(FrameworkScreenTest, CheckIdValidatesATypedCode) {
     EXPECT_THROW(ck->CheckId(), EAbort);
     EXPECT_EQ(sink->texts().back(), "仓 库代码 77 不存在!");
     EXPECT_EQ(statements(Call::Kind::OpenSql).back(), "SELECT CK_ID,CK_NAME FROM d1007 WHERE CK_ID='77'");
+    EXPECT_EQ(ck->NameLabel()->text(), "") << "the name of the code typed over stays";
+}
+
+TEST_F(FrameworkScreenTest, TypingOverACodeClearsItsName) {
+    QWidget owner;
+    TFormPanel panel(&owner);
+    TLinkEdit* ck = panel.AddLinkEdit("CK_ID", "仓    库", 4, "CK_NAME");
+    ck->setText("01");
+    ck->NameLabel()->setText("总仓");
+    ck->setFocus();
+    QTest::keyClick(ck, Qt::Key_7);
+    EXPECT_EQ(ck->NameLabel()->text(), "");
 }
 
 TEST_F(FrameworkScreenTest, WarehouseListHonoursRights) {
