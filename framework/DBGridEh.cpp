@@ -123,6 +123,8 @@ public:
         TColumnEh* column = grid_->Columns(index.column());
         TField* f = column->Field();
         if (!f) return false;
+        // A cell that takes no typing takes none from a paste or a script either.
+        if (!(flags(index) & Qt::ItemIsEditable)) return false;
         // An editor closing with the text it was given changes nothing.
         if (value.toString() == f->FormatValue(ds()->CellValue(index.row(), f->Index()), {})) {
             lastEditFailed = false;

@@ -316,6 +316,28 @@ TEST_F(PurchaseEntryTest, NoSetterRunsWhileThePriceArithmeticWrites) {
     delete l;
 }
 
+TEST_F(PurchaseEntryTest, SizePositionsTheGroupLeavesUnnamedAreBlankAndTakeNoQuantity) {
+    G_CM = 9;
+    TQXCK201* l = list();
+    TQXCK201_1* e = add(l);
+    addLine(e, "K01", "02", {"1"}, "10");
+    auto* model = e->DBGridEh->model();
+    const int row = e->AdoQry_Main->CurrentRow();
+    auto editable = [&](const char* field) {
+        return bool(model->flags(model->index(row, e->DBGridEh->ColumnByField(field)->Index())) & Qt::ItemIsEditable);
+    };
+    EXPECT_TRUE(editable("S4"));  // 2XL
+    EXPECT_FALSE(editable("S5"));
+    EXPECT_FALSE(editable("S9"));
+    EXPECT_EQ(e->DBGridEh->ColumnByField("S5")->Title, "尺码|");
+    EXPECT_EQ(e->DBGridEh->ColumnByField("S4")->Title, "尺码|2XL");
+    EXPECT_FALSE(typeCell(e, "S6", "3"));
+    EXPECT_EQ(e->AdoQry_Main->FieldByName("S6")->AsInteger(), 0);
+    e->AdoQry_Main->Cancel();
+    e->Modified = false;
+    delete l;
+}
+
 // ---- checks
 
 TEST_F(PurchaseEntryTest, ANegativeQuantityStopsTheSaveWithItsMessage) {

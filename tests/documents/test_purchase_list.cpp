@@ -253,3 +253,47 @@ TEST_F(PurchaseListTest, DeletingAReceiptRemovesItsLinesAndItsStock) {
 }
 
 }  // namespace
+
+namespace {
+
+class PurchaseListLinesTest : public qx::test::PurchaseTest {
+protected:
+    void SetUp() override {
+        PurchaseTest::SetUp();
+        exec("UPDATE d1006 SET M8='48', M9='50' WHERE M_ID='01'");
+        addReceipt("R0305", "2026-03-05", "01", 1);
+        exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,4,5,10,120,'')");
+        exec("INSERT INTO D1801 VALUES ('K0101','K01','01')");
+    }
+};
+
+TEST_F(PurchaseListLinesTest, SizesStandInPositionOrderWhateverOrderTheQueryGivesThem) {
+    G_CM = 9;
+    TQXCK201* list = openList();
+    ASSERT_TRUE(list->AdoQry_Main->Locate("noid", "R0305"));
+    list->RefreshDetail();
+    const QStringList titles = list->DBGridEh_Detail->VisibleTitles();
+    // The query returns S9 before S8; the grid shows the positions in order, the unused ones blank.
+    EXPECT_EQ(titles, QStringList({"款号", "品名", "单位", "颜色", "尺码|S", "尺码|M", "尺码|L", "尺码|XL", "尺码|2XL",
+                                   "尺码|", "尺码|", "尺码|", "尺码|48", "尺码|50", "合计", "进货价", "金额", "备注"}));
+    EXPECT_EQ(list->DBGridEh_Detail->ColumnByField("S8")->Index() + 1, list->DBGridEh_Detail->ColumnByField("S9")->Index());
+    delete list;
+}
+
+TEST_F(PurchaseListLinesTest, ThePriceHasTheEntrysCaptionAndTheAmountsFitA1200PixelScreen) {
+    TQXCK201* list = openList();
+    list->resize(1200, 700);
+    list->show();
+    ASSERT_TRUE(list->AdoQry_Main->Locate("noid", "R0305"));
+    list->RefreshDetail();
+    TDBGridEh* lines = list->DBGridEh_Detail;
+    EXPECT_EQ(lines->ColumnByField("sj")->Title, "进货价");
+    for (const char* field : {"STOT", "smoney"}) {
+        const int x = lines->columnViewportPosition(lines->ColumnByField(field)->Index());
+        EXPECT_GE(x, 0) << field;
+        EXPECT_LT(x + lines->columnWidth(lines->ColumnByField(field)->Index()), lines->viewport()->width()) << field;
+    }
+    delete list;
+}
+
+}  // namespace
