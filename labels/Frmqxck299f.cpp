@@ -61,9 +61,6 @@ void TQXCK299F::FormCreate() {
     });
     for (QPushButton* b : {Button2, Button3, Button4})
         qx::connectGuarded(b, &QPushButton::clicked, this, [this, b] { Button2Click(b); });
-    // The lines start empty, with their columns.
-    opensql(AdoQry_Main, FuncNo, qx::labels::StyleLinesSql(""), 0, 0, {}, {}, false, "1");
-    qx::labels::SetupSourceGrid(DBGridEh, AdoQry_Main);
 }
 
 void TQXCK299F::InitA(TClientDataSet* list) { list_ = list; }
@@ -73,13 +70,13 @@ void TQXCK299F::EDIT1Exit(QObject*) {
     const QString style = EDIT1->text();
     loadedStyle_ = style;
     if (style.trimmed().isEmpty()) {
-        AdoQry_Main->EmptyDataSet();
+        if (AdoQry_Main->Active()) AdoQry_Main->EmptyDataSet();
         for (QLabel* l : {WL_NAME, PP_NAME, PFJ}) l->clear();
         return;
     }
     opensql(AdoQry_Work2, FuncNo, StyleQuery(style), 0, 0, {}, {}, false, "1");
     if (AdoQry_Work2->IsEmpty()) {
-        AdoQry_Main->EmptyDataSet();
+        if (AdoQry_Main->Active()) AdoQry_Main->EmptyDataSet();
         for (QLabel* l : {WL_NAME, PP_NAME, PFJ}) l->clear();
         DISPINFO("不存在的款号!请重新输入!", 5);
         EDIT1->setFocus();
@@ -108,7 +105,7 @@ void TQXCK299F::Button2Click(QObject* Sender) {
         Abort();
     }
     if (EDIT1->text() != loadedStyle_) EDIT1Exit(EDIT1);
-    if (list_) qx::labels::AppendTags(AdoQry_Main, list_);
+    if (list_ && AdoQry_Main->Active()) qx::labels::AppendTags(AdoQry_Main, list_);
     if (tag == qx::labels::MakeTagsAndClose) SetModalResult(mrOk);
 }
 
