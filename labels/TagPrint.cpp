@@ -58,7 +58,7 @@ std::vector<HangTag> TagsOf(TClientDataSet* list) {
     const int price = list->FieldIndex("PFJ");
     for (int row = 0; row < list->RecordCount(); ++row)
         tags.push_back({text(row, "tm"), text(row, "K_ID"), text(row, "WL_NAME"), text(row, "COL_NAME"), text(row, "M"),
-                        text(row, "PP"), price < 0 ? QString() : priceText(list->CellValue(row, price))});
+                        text(row, "PP"), price < 0 ? QString() : priceText(list->CellValue(row, price)), text(row, "cl")});
     return tags;
 }
 
@@ -159,6 +159,7 @@ void DrawTag(QPainter& painter, const QRectF& rect, double mm, const HangTag& ta
     line("品名：" + tag.name, 3.0, false, Qt::AlignLeft);
     line("颜色：" + tag.colour, 3.0, false, Qt::AlignLeft);
     line("尺码：" + tag.size, 3.0, false, Qt::AlignLeft);
+    if (!tag.composition.isEmpty()) line("成份：" + tag.composition, 3.0, false, Qt::AlignLeft);
     if (!tag.price.isEmpty()) line("零售价 ¥" + tag.price, 4.2, true, Qt::AlignLeft);
 
     const QRectF bars(inner.left(), inner.bottom() - textHeight - barcodeHeight, inner.width(), barcodeHeight);
@@ -184,13 +185,15 @@ PageGrid PageGridFor(const TagLayout& layout, double pageWidthMm, double pageHei
     const double usableH = pageHeightMm - 2 * layout.marginMm + layout.gapMm;
     grid.columns = std::max(1, std::min(layout.columns, int(usableW / (layout.widthMm + layout.gapMm))));
     grid.rows = std::max(1, int(usableH / (layout.heightMm + layout.gapMm)));
+    grid.leftMm = std::max(0.0, (pageWidthMm - grid.columns * (layout.widthMm + layout.gapMm) + layout.gapMm) / 2);
+    grid.topMm = layout.marginMm;
     return grid;
 }
 
 QRectF TagRectMm(const TagLayout& layout, const PageGrid& grid, int indexOnPage) {
     const int row = indexOnPage / grid.columns;
     const int column = indexOnPage % grid.columns;
-    return {layout.marginMm + column * (layout.widthMm + layout.gapMm), layout.marginMm + row * (layout.heightMm + layout.gapMm),
+    return {grid.leftMm + column * (layout.widthMm + layout.gapMm), grid.topMm + row * (layout.heightMm + layout.gapMm),
             layout.widthMm, layout.heightMm};
 }
 

@@ -25,7 +25,7 @@ class QSpinBox;
 namespace qx::labels {
 
 struct HangTag {
-    QString barcode, style, name, colour, size, brand, price;
+    QString barcode, style, name, colour, size, brand, price, composition;
 };
 // One tag per row of the list, in list order.
 std::vector<HangTag> TagsOf(TClientDataSet* list);
@@ -55,6 +55,7 @@ void DrawTag(QPainter& painter, const QRectF& rect, double mm, const HangTag& ta
 // (in millimetres from the page's top left) of the i-th tag of a page.
 struct PageGrid {
     int columns = 1, rows = 1;
+    double leftMm = 0, topMm = 0;  // the block of tags is centred across the page
     int perPage() const { return columns * rows; }
 };
 PageGrid PageGridFor(const TagLayout& layout, double pageWidthMm, double pageHeightMm);

@@ -18,7 +18,7 @@ using qx::labels::HangTag;
 
 class TagPrintTest : public LabelsTest {
 protected:
-    static HangTag tag(const QString& code) { return {code, "K2", "夹克", "红色", "L", "海风", "199.00"}; }
+    static HangTag tag(const QString& code) { return {code, "K2", "夹克", "红色", "L", "海风", "199.00", "100%棉"}; }
     // The tag cells of page 0 rendered at `dpi`, each read back on its own.
     QStringList readEachTag(const std::vector<HangTag>& tags, const qx::labels::TagLayout& layout, int dpi) {
         const QImage page = qx::labels::RenderTagPage(tags, layout, 0, dpi);

@@ -1,0 +1,127 @@
+// Hang tags for the newest purchase receipt of the demo shop, made headless by the example
+// script of the docs: the tags follow the receipt's quantities piece by piece, the PDF has the
+// pages they need, and the printed barcodes read back as the codes of the tags.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#include "db/tools/DemoData.h"
+#include "frame/Qxfunc2.h"
+#include "framework/DataSet.h"
+#include "framework/Frm_Base.h"
+#include "framework/Screenshot.h"
+#include "framework/Settings.h"
+#include "framework/U_dataop.h"
+#include "framework/U_function.h"
+#include "framework/U_glo.h"
+#include "host/MainWindow.h"
+#include "host/ScriptRunner.h"
+#include "labels/LabelList.h"
+#include "labels/TagPrint.h"
+#include "tests/labels/BarcodeReader.h"
+
+namespace {
+
+class LabelsScriptTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetGlobals();
+        path = dir.filePath("demo.db");
+        qx::demo::createDemoDatabase(path.toStdString(), {.endDate = "2026-06-29"});
+        qx::ui::setToday(QDate(2026, 6, 30));
+        qx::settings::setProgramFolder(dir.path());
+        previousFolder = QDir::currentPath();
+        QDir::setCurrent(dir.path());
+        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(path.toStdString(), false));
+        qx::dataop::setDatabase(db);
+        window = std::make_unique<qx::host::MainWindow>(&QXProc2, path);
+        window->resize(1280, 800);
+        window->show();
+    }
+    void TearDown() override {
+        window.reset();
+        qx::dataop::setDatabase(nullptr);
+        qx::settings::setProgramFolder({});
+        QDir::setCurrent(previousFolder);
+        qx::ui::setToday(QDate());
+        ResetGlobals();
+    }
+    QString run(const QString& script) {
+        QString output;
+        QTextStream out(&output);
+        qx::host::ScriptRunner runner(*window, *db, out);
+        const int rc = runner.run(qx::host::parseScript(script));
+        out.flush();
+        EXPECT_EQ(rc, 0) << output.toStdString();
+        return output;
+    }
+    QString scalar(const QString& sql) {
+        const auto r = db->open(sql.toStdString());
+        if (r.rows.empty()) return {};
+        const auto& v = r.rows[0][0];
+        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
+        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
+        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
+        return {};
+    }
+
+    QTemporaryDir dir;
+    QString path, previousFolder;
+    std::shared_ptr<qx::db::Database> db;
+    std::unique_ptr<qx::host::MainWindow> window;
+};
+
+TEST_F(LabelsScriptTest, TagsOfTheNewestReceiptAsAPdfWhoseBarcodesReadBack) {
+    QFile script(QString(QXCK_TEST_SOURCE_DIR) + "/docs/scripts/hang_tags.qxs");
+    ASSERT_TRUE(script.open(QIODevice::ReadOnly));
+    const QString output = run(QString::fromUtf8(script.readAll()));
+    EXPECT_FALSE(output.contains("error")) << output.toStdString();
+
+    const QString noid = scalar("SELECT MAX(NOID) FROM D8101");
+    const int pieces = scalar("SELECT SUM(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9) FROM D8101A WHERE NOID='" + noid + "'").toInt();
+    ASSERT_GT(pieces, 0);
+    EXPECT_TRUE(output.contains("共" + QString::number(pieces) + "张")) << output.toStdString();
+    EXPECT_TRUE(output.contains("message: 已输出" + QString::number(pieces) + "张吊牌到 hang_tags.pdf"));
+
+    // The list kept for the next run holds one row per piece.
+    TClientDataSet list;
+    const auto loaded = qx::labels::LoadLabelFile(dir.filePath("CLTZ"), &list);
+    ASSERT_TRUE(loaded.ok) << loaded.problem.toStdString();
+    ASSERT_EQ(list.RecordCount(), pieces);
+
+    // The PDF has a page per nine tags.
+    QFile pdf(dir.filePath("hang_tags.pdf"));
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    const QByteArray bytes = pdf.readAll();
+    const qx::labels::TagLayout layout = qx::labels::LoadTagLayout();
+    EXPECT_EQ(layout.columns, 3);
+    EXPECT_EQ(bytes.count("/Type /Page\n") + bytes.count("/Type /Page\r") + bytes.count("/Type /Page/") +
+                  bytes.count("/Type /Page "),
+              (pieces + 8) / 9);
+
+    // The first page, read back tag by tag, gives the barcodes of the first nine tags.
+    const auto tags = qx::labels::TagsOf(&list);
+    const QImage page = qx::labels::RenderTagPage(tags, layout, 0, 300);
+    const auto grid = qx::labels::PageGridFor(layout, 210, 297);
+    const double mm = 300 / 25.4;
+    for (int i = 0; i < grid.perPage() && i < int(tags.size()); ++i) {
+        const QRectF r = qx::labels::TagRectMm(layout, grid, i);
+        const QStringList read =
+            qx::test::readBarcodes(page.copy(QRectF(r.x() * mm, r.y() * mm, r.width() * mm, r.height() * mm).toRect()));
+        ASSERT_EQ(read.size(), 1) << "tag " << i << " " << tags[size_t(i)].barcode.toStdString();
+        EXPECT_TRUE(read.first().endsWith(":" + tags[size_t(i)].barcode)) << read.first().toStdString();
+    }
+    const QString shots = qEnvironmentVariable("QXCK_BINARY_DIR", ".") + "/screenshots";
+    QDir().mkpath(shots);
+    EXPECT_TRUE(page.scaledToWidth(1240, Qt::SmoothTransformation).save(shots + "/hang_tags_page.png"));
+
+    // Opened again, the screen shows the kept list.
+    const QString again = run("open 299\nexpect rows " + QString::number(pieces) + "\nscreenshot \"" + shots +
+                              "/hang_tags_list.png\"\nclose\n");
+    EXPECT_FALSE(again.contains("error")) << again.toStdString();
+}
+
+}  // namespace
