@@ -117,14 +117,7 @@ void TQXCK299::Act_DeleteExecute(QObject*) {
     QList<int> rows = DBGridEh->SelectedRows();
     if (rows.size() > 1) {
         if (DISPINFO("是否删除所选记录", 2) != "y") return;
-        std::sort(rows.begin(), rows.end(), std::greater<int>());
-        AdoQry_Main->DisableControls();
-        for (int row : rows) {
-            AdoQry_Main->SetRecNo(row + 1);
-            AdoQry_Main->Delete();
-        }
-        AdoQry_Main->EnableControls();
-        DBGridEh->clearSelection();
+        qx::labels::DeleteRows(AdoQry_Main, DBGridEh, rows);
     } else {
         AdoQry_Main->Delete();
     }

@@ -149,14 +149,7 @@ void TQXCK299DB::Act_DeleteExecute(QObject*) {
     if (DISPINFO("是否删除所选记录", 2) != "y") return;
     QList<int> rows = DBGridEh2->SelectedRows();
     if (rows.isEmpty()) rows << AdoQry_Body->CurrentRow();
-    std::sort(rows.begin(), rows.end(), std::greater<int>());
-    AdoQry_Body->DisableControls();
-    for (int row : rows) {
-        AdoQry_Body->SetRecNo(row + 1);
-        AdoQry_Body->Delete();
-    }
-    AdoQry_Body->EnableControls();
-    DBGridEh2->clearSelection();
+    qx::labels::DeleteRows(AdoQry_Body, DBGridEh2, rows);
 }
 
 void TQXCK299DB::showEvent(QShowEvent* event) {

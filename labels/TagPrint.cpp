@@ -320,11 +320,17 @@ std::vector<HangTag> TagPrintDialog::checkedTags() {
     return tags;
 }
 
+// Printers print whole A4 pages: the tags place themselves inside the page's margin.
+static void setUpPrinter(QPrinter& printer) {
+    printer.setFullPage(true);
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setDocName("吊牌");
+}
+
 void TagPrintDialog::btn_PreviewClick(QObject*) {
     const std::vector<HangTag> tags = checkedTags();
     QPrinter printer(QPrinter::HighResolution);
-    printer.setFullPage(true);
-    printer.setPageSize(QPageSize(QPageSize::A4));
+    setUpPrinter(printer);
     QPrintPreviewDialog preview(&printer, this);
     preview.setWindowTitle("吊牌预览");
     const TagLayout layout = Layout();
@@ -336,8 +342,7 @@ void TagPrintDialog::btn_PreviewClick(QObject*) {
 void TagPrintDialog::btn_PrintClick(QObject*) {
     const std::vector<HangTag> tags = checkedTags();
     QPrinter printer(QPrinter::HighResolution);
-    printer.setFullPage(true);
-    printer.setPageSize(QPageSize(QPageSize::A4));
+    setUpPrinter(printer);
     QPrintDialog dialog(&printer, this);
     if (dialog.exec() != QDialog::Accepted) return;
     PaintTags(&printer, tags, Layout());

@@ -1,6 +1,7 @@
 #include "labels/TagSource.h"
 
 #include <QPushButton>
+#include <algorithm>
 
 #include "framework/DBGridEh.h"
 #include "framework/DataSet.h"
@@ -26,6 +27,17 @@ void SetCountText(TField* field, const AnsiString& text) {
         Abort();
     }
     field->SetAsInteger(count);
+}
+
+void DeleteRows(TClientDataSet* dataSet, TDBGridEh* grid, QList<int> rows) {
+    std::sort(rows.begin(), rows.end(), std::greater<int>());
+    dataSet->DisableControls();
+    for (int row : rows) {
+        dataSet->SetRecNo(row + 1);
+        dataSet->Delete();
+    }
+    dataSet->EnableControls();
+    grid->clearSelection();
 }
 
 void SetupSourceGrid(TDBGridEh* grid, TClientDataSet* lines) {

@@ -25,6 +25,8 @@ int ButtonTag(const QObject* button);
 void SetupSourceGrid(TDBGridEh* grid, TClientDataSet* lines);
 // Titles "尺码|{size name}" of the size columns from the current line's M0..M9.
 void ShowSizeTitles(TDBGridEh* grid, TClientDataSet* lines);
+// Deletes rows (0-based) of a dataset shown in a grid, last first, and clears the selection.
+void DeleteRows(TClientDataSet* dataSet, TDBGridEh* grid, QList<int> rows);
 // The text setter of the count fields.
 void SetCountText(TField* field, const AnsiString& text);
 

@@ -22,6 +22,7 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
+#include "support/ShopHelpers.h"
 
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
 
@@ -135,15 +136,7 @@ protected:
     }
 
     qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
-    QString scalar(const QString& sql) {
-        const auto r = query(sql);
-        if (r.rows.empty() || r.rows[0].empty()) return {};
-        const auto& v = r.rows[0][0];
-        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-        return {};
-    }
+    QString scalar(const QString& sql) { return scalarText(*db, sql); }
 
     Trecord record(int code) const {
         Trecord rec;
@@ -155,12 +148,7 @@ protected:
         return rec;
     }
 
-    std::vector<QString> statements(Call::Kind kind) const {
-        std::vector<QString> out;
-        for (const auto& c : calls)
-            if (c.kind == kind) out.push_back(c.sql);
-        return out;
-    }
+    std::vector<QString> statements(Call::Kind kind) const { return statementsOf(calls, kind); }
     std::vector<Call> execs() const {
         std::vector<Call> out;
         for (const auto& c : calls)

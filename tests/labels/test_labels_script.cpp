@@ -21,6 +21,8 @@
 #include "host/ScriptRunner.h"
 #include "labels/LabelList.h"
 #include "labels/TagPrint.h"
+#include "support/ScriptRun.h"
+#include "support/ShopHelpers.h"
 #include "tests/labels/BarcodeReader.h"
 
 namespace {
@@ -49,24 +51,8 @@ protected:
         qx::ui::setToday(QDate());
         ResetGlobals();
     }
-    QString run(const QString& script) {
-        QString output;
-        QTextStream out(&output);
-        qx::host::ScriptRunner runner(*window, *db, out);
-        const int rc = runner.run(qx::host::parseScript(script));
-        out.flush();
-        EXPECT_EQ(rc, 0) << output.toStdString();
-        return output;
-    }
-    QString scalar(const QString& sql) {
-        const auto r = db->open(sql.toStdString());
-        if (r.rows.empty()) return {};
-        const auto& v = r.rows[0][0];
-        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-        return {};
-    }
+    QString run(const QString& script) { return qx::test::runScript(*window, *db, script); }
+    QString scalar(const QString& sql) { return qx::test::scalarText(*db, sql); }
 
     QTemporaryDir dir;
     QString path, previousFolder;
@@ -122,6 +108,14 @@ TEST_F(LabelsScriptTest, TagsOfTheNewestReceiptAsAPdfWhoseBarcodesReadBack) {
     const QString again = run("open 299\nexpect rows " + QString::number(pieces) + "\nscreenshot \"" + shots +
                               "/hang_tags_list.png\"\nclose\n");
     EXPECT_FALSE(again.contains("error")) << again.toStdString();
+}
+
+TEST_F(LabelsScriptTest, SupervisionCodesOpenFromTheMenuFilterAndDispatch) {
+    const QString output = run("login admin admin\nopen 297\nset Edit1 0000000001\nclick btn_ok\nexpect screen 监管码\n"
+                               "expect rows 1\ndump grid DBGridEh\nclick Act_Add\nset CK_ID MD01\n"
+                               "set Memo1 JG0000000001\nclick btn_ok\ndump messages\nclose\n");
+    EXPECT_TRUE(output.contains("message: 操作成功执行!")) << output.toStdString();
+    EXPECT_EQ(scalar("SELECT CK_ID FROM d1805 WHERE JGM='JG0000000001'"), "MD01");
 }
 
 }  // namespace

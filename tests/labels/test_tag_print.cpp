@@ -147,6 +147,20 @@ TEST_F(TagPrintTest, TheDialogRemembersSizeAndColumnsAndRefusesWhatDoesNotFit) {
     EXPECT_EQ(again.PdfFile->text(), dir.filePath("a.pdf"));
 }
 
+TEST_F(TagPrintTest, AFileThatCannotBeWrittenIsReportedAndTheDialogStays) {
+    TClientDataSet list;
+    qx::labels::DefineLabelList(&list);
+    list.Append();
+    list.FieldByName("tm")->SetAsString("P2R1");
+    list.Post();
+    qx::labels::TagPrintDialog dialog(nullptr, &list);
+    dialog.PdfFile->setText(dir.filePath("no/such/folder/'; x.pdf"));
+    dialog.btn_Pdf->click();
+    ASSERT_EQ(sink->errors().size(), 1);
+    EXPECT_TRUE(sink->errors().first().startsWith("无法写入文件 ")) << sink->errors().first().toStdString();
+    EXPECT_EQ(dialog.PdfFile->text(), dir.filePath("no/such/folder/'; x.pdf"));
+}
+
 TEST_F(TagPrintTest, NothingToPrintOrNoFileNameIsSaidPlainly) {
     TClientDataSet list;
     qx::labels::DefineLabelList(&list);
