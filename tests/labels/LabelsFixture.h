@@ -22,6 +22,7 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
+#include "support/ScreenSession.h"
 #include "support/ShopHelpers.h"
 
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
@@ -61,10 +62,7 @@ protected:
         qx::settings::setProgramFolder(programDir.path());
         db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
         seedShop();
-        qx::dataop::setDatabase(db);
-        qx::dataop::setObserver([this](const Call& c) { calls.push_back(c); });
-        qx::ui::setToday(QDate(2026, 3, 18));
-        qx::ui::setScreenPresenter([](TFrm_Base* screen) { screen->show(); });
+        session = std::make_unique<ScreenSession>(db, QDate(2026, 3, 18));
         qx::ui::setModalHandler([this](TFrm_Base* dialog) -> int {
             if (steps.empty()) {
                 ADD_FAILURE() << "unexpected dialog " << dialog->objectName().toStdString();
@@ -76,11 +74,7 @@ protected:
         });
     }
     void TearDown() override {
-        qx::ui::setModalHandler(nullptr);
-        qx::ui::setScreenPresenter(nullptr);
-        qx::ui::setToday(QDate());
-        qx::dataop::setObserver({});
-        qx::dataop::setDatabase(nullptr);
+        session.reset();
         qx::settings::setProgramFolder({});
         EXPECT_TRUE(steps.empty()) << steps.size() << " dialog steps were not used";
         ResetGlobals();
@@ -148,15 +142,17 @@ protected:
         return rec;
     }
 
-    std::vector<QString> statements(Call::Kind kind) const { return statementsOf(calls, kind); }
+    // Every statement the screens sent, in order.
+    const std::vector<Call>& calls() const { return session->calls; }
+    std::vector<QString> statements(Call::Kind kind) const { return statementsOf(calls(), kind); }
     std::vector<Call> execs() const {
         std::vector<Call> out;
-        for (const auto& c : calls)
+        for (const auto& c : calls())
             if (c.kind == Call::Kind::ExecSql) out.push_back(c);
         return out;
     }
     bool sent(const QString& sql) const {
-        for (const auto& c : calls)
+        for (const auto& c : calls())
             if (c.sql == sql) return true;
         return false;
     }
@@ -167,7 +163,7 @@ protected:
     QTemporaryDir dir;
     QTemporaryDir programDir;
     std::shared_ptr<qx::db::Database> db;
-    std::vector<Call> calls;
+    std::unique_ptr<ScreenSession> session;
 };
 
 }  // namespace qx::test

@@ -8,8 +8,6 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 
-#include "db/tools/DemoData.h"
-#include "frame/Qxfunc2.h"
 #include "framework/DataSet.h"
 #include "framework/Frm_Base.h"
 #include "framework/Screenshot.h"
@@ -17,12 +15,9 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
-#include "host/MainWindow.h"
-#include "host/ScriptRunner.h"
 #include "labels/LabelList.h"
 #include "labels/TagPrint.h"
-#include "support/ScriptRun.h"
-#include "support/ShopHelpers.h"
+#include "support/DemoShopWindow.h"
 #include "tests/labels/BarcodeReader.h"
 
 namespace {
@@ -30,34 +25,22 @@ namespace {
 class LabelsScriptTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ResetGlobals();
-        path = dir.filePath("demo.db");
-        qx::demo::createDemoDatabase(path.toStdString(), {.endDate = "2026-06-29"});
-        qx::ui::setToday(QDate(2026, 6, 30));
         qx::settings::setProgramFolder(dir.path());
         previousFolder = QDir::currentPath();
         QDir::setCurrent(dir.path());
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(path.toStdString(), false));
-        qx::dataop::setDatabase(db);
-        window = std::make_unique<qx::host::MainWindow>(&QXProc2, path);
-        window->resize(1280, 800);
-        window->show();
+        shop = std::make_unique<qx::test::DemoShopWindow>(dir.path());
     }
     void TearDown() override {
-        window.reset();
-        qx::dataop::setDatabase(nullptr);
+        shop.reset();
         qx::settings::setProgramFolder({});
         QDir::setCurrent(previousFolder);
-        qx::ui::setToday(QDate());
-        ResetGlobals();
     }
-    QString run(const QString& script) { return qx::test::runScript(*window, *db, script); }
-    QString scalar(const QString& sql) { return qx::test::scalarText(*db, sql); }
+    QString run(const QString& script) { return shop->run(script); }
+    QString scalar(const QString& sql) { return shop->scalar(sql); }
 
     QTemporaryDir dir;
-    QString path, previousFolder;
-    std::shared_ptr<qx::db::Database> db;
-    std::unique_ptr<qx::host::MainWindow> window;
+    QString previousFolder;
+    std::unique_ptr<qx::test::DemoShopWindow> shop;
 };
 
 TEST_F(LabelsScriptTest, TagsOfTheNewestReceiptAsAPdfWhoseBarcodesReadBack) {

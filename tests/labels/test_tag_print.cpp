@@ -18,6 +18,13 @@ using qx::labels::HangTag;
 
 class TagPrintTest : public LabelsTest {
 protected:
+    // A label list with one tag.
+    static void oneTag(TClientDataSet& list) {
+        qx::labels::DefineLabelList(&list);
+        list.Append();
+        list.FieldByName("tm")->SetAsString("P2R1");
+        list.Post();
+    }
     static HangTag tag(const QString& code) { return {code, "K2", "夹克", "红色", "L", "海风", "199.00", "100%棉"}; }
     // The tag cells of page 0 rendered at `dpi`, each read back on its own.
     QStringList readEachTag(const std::vector<HangTag>& tags, const qx::labels::TagLayout& layout, int dpi) {
@@ -118,10 +125,7 @@ TEST_F(TagPrintTest, OneTagPerPieceAndAsManyPagesAsNeeded) {
 
 TEST_F(TagPrintTest, TheDialogRemembersSizeAndColumnsAndRefusesWhatDoesNotFit) {
     TClientDataSet list;
-    qx::labels::DefineLabelList(&list);
-    list.Append();
-    list.FieldByName("tm")->SetAsString("P2R1");
-    list.Post();
+    oneTag(list);
     {
         qx::labels::TagPrintDialog dialog(nullptr, &list);
         dialog.WidthMm->setValue(60);
@@ -149,10 +153,7 @@ TEST_F(TagPrintTest, TheDialogRemembersSizeAndColumnsAndRefusesWhatDoesNotFit) {
 
 TEST_F(TagPrintTest, AFileThatCannotBeWrittenIsReportedAndTheDialogStays) {
     TClientDataSet list;
-    qx::labels::DefineLabelList(&list);
-    list.Append();
-    list.FieldByName("tm")->SetAsString("P2R1");
-    list.Post();
+    oneTag(list);
     qx::labels::TagPrintDialog dialog(nullptr, &list);
     dialog.PdfFile->setText(dir.filePath("no/such/folder/'; x.pdf"));
     dialog.btn_Pdf->click();
