@@ -52,7 +52,9 @@ TQXCK299::TQXCK299(QWidget* Owner) : TFrm_Base_Qry(Owner) {
     qx::connectGuarded(Label1, &QPushButton::clicked, this, [this] { Label1Click(Label1); });
 
     AdoQry_Main->BeforePost = [this](TDataSet* ds) { AdoQry_MainBeforePost(ds); };
-    AdoQry_Main->AfterDelete = [this](TDataSet*) { ShowRowCount(); };
+    AdoQry_Main->AfterDelete = [this](TDataSet*) {
+        if (!AdoQry_Main->ControlsDisabled()) ShowRowCount();
+    };
     qx::labels::DefineLabelList(AdoQry_Main);
     DBGridEh->SetFooterRowVisible(true);
     FormCreate();
@@ -127,7 +129,10 @@ void TQXCK299::Act_DeleteExecute(QObject*) {
 void TQXCK299::Act_PrintExecute(QObject*) { qx::labels::ShowTagPrintDialog(this, AdoQry_Main); }
 void TQXCK299::Act_PreviewExecute(QObject*) { qx::labels::PreviewTags(this, AdoQry_Main); }
 
-void TQXCK299::AdoQry_MainBeforePost(TDataSet*) { ShowRowCount(); }
+// Rows posted one by one show their count at once; bulk loads count once at their end.
+void TQXCK299::AdoQry_MainBeforePost(TDataSet*) {
+    if (!AdoQry_Main->ControlsDisabled()) ShowRowCount();
+}
 
 void TQXCK299::ShowRowCount() {
     if (TColumnEh* c = DBGridEh->ColumnByField("tm")) {

@@ -2,6 +2,7 @@
 
 #include <QPushButton>
 #include <algorithm>
+#include <tuple>
 
 #include "framework/DBGridEh.h"
 #include "framework/DataSet.h"
@@ -55,8 +56,14 @@ void SetupSourceGrid(TDBGridEh* grid, TClientDataSet* lines) {
         if (name.size() == 2 && name[0] == 'S' && name[1].isDigit())
             f->OnSetText = [](TField* field, const AnsiString& text) { SetCountText(field, text); };
     }
-    for (const auto& [field, title] : {std::pair{"K_ID", "款号"}, {"COL_ID", "色码"}, {"COL_NAME", "颜色"}, {"WL_NAME", "名称"}})
-        if (TColumnEh* c = grid->ColumnByField(field)) c->Title = title;
+    for (const auto& [field, title, width] : {std::tuple{"K_ID", "款号", 100}, {"COL_ID", "色码", 40},
+                                               {"COL_NAME", "颜色", 60}, {"WL_NAME", "名称", 130}})
+        if (TColumnEh* c = grid->ColumnByField(field)) {
+            c->Title = title;
+            c->Width = width;
+        }
+    for (int k = 0; k < 10; ++k)
+        if (TColumnEh* c = grid->ColumnByField("S" + QString::number(k))) c->Width = 46;
     ShowSizeTitles(grid, lines);
 }
 
