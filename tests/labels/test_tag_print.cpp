@@ -10,7 +10,7 @@
 #include "labels/LabelList.h"
 #include "labels/TagPrint.h"
 #include "tests/labels/BarcodeReader.h"
-#include "tests/labels/PdfPages.h"
+#include "tests/labels/PdfReader.h"
 #include "tests/labels/LabelsFixture.h"
 
 namespace qx::test {
@@ -30,11 +30,14 @@ protected:
     static HangTag tag(const QString& code) { return {code, "K2", "夹克", "红色", "L", "海风", "199.00", "100%棉"}; }
     // The tag cells of page 0 rendered at `dpi`, each read back on its own.
     QStringList readEachTag(const std::vector<HangTag>& tags, const qx::labels::TagLayout& layout, int dpi) {
-        const QImage page = qx::labels::RenderTagPage(tags, layout, 0, dpi);
+        return readEachTag(qx::labels::RenderTagPage(tags, layout, 0, dpi), int(tags.size()), layout, dpi);
+    }
+    // The same from a picture of the page (a PDF page, for one).
+    QStringList readEachTag(const QImage& page, int count, const qx::labels::TagLayout& layout, int dpi) {
         const auto grid = qx::labels::PageGridFor(layout, 210, 297);
         QStringList out;
         const double mm = dpi / 25.4;
-        for (int i = 0; i < int(tags.size()) && i < grid.perPage(); ++i) {
+        for (int i = 0; i < count && i < grid.perPage(); ++i) {
             const QRectF r = qx::labels::TagRectMm(layout, grid, i);
             const QImage cell = page.copy(QRectF(r.x() * mm, r.y() * mm, r.width() * mm, r.height() * mm).toRect());
             const QStringList codes = readBarcodes(cell);
@@ -70,6 +73,14 @@ TEST_F(TagPrintTest, EveryBarcodeOnAPageReadsBackAsItsCode) {
         expected << QString("CODE-128:") + code;
     expected.sort();
     EXPECT_EQ(readBarcodes(qx::labels::RenderTagPage(tags, layout, 0, 300)), expected);
+
+    // And from the PDF, page rendered by a PDF reader.
+    const QString pdf = dir.filePath("page.pdf");
+    qx::labels::WriteTagsPdf(pdf, tags, layout);
+    ASSERT_EQ(pdfPageCount(pdf), 1);
+    const QImage page = pdfPage(pdf, 0, 300);
+    EXPECT_EQ(readEachTag(page, int(tags.size()), layout, 300), readEachTag(tags, layout, 300));
+    EXPECT_EQ(readBarcodes(page), expected);
 }
 
 TEST_F(TagPrintTest, SmallTagsInFourColumnsStillRead) {
