@@ -101,6 +101,36 @@ TEST_F(Qxck299Test, FromTheNewestReceiptItsLinesBecomeTagsPerSizeAndCount) {
     closeScreen(screen);
 }
 
+TEST_F(Qxck299Test, TheSizeTitlesFollowTheCurrentLine) {
+    exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2) VALUES ('02', '裤装', '28', '30', '32')");
+    exec("INSERT INTO d1800 (K_ID, PP_ID, M_ID, WL_NAME, DW_NAME, PFJ, TMI, PP_KID) VALUES "
+         "('KP', 'P1', '02', '西裤', '条', 299, 2, 'KP')");
+    exec("INSERT INTO d1801 VALUES ('KP01', 'KP', '01')");
+    exec("INSERT INTO D8101A VALUES ('R0002', 'KP01', 'KP', '01', '01', 1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 100, 300, '')");
+    auto* screen = openLabels();
+    onReceipt([](TQXCK299DB* d) {
+        EXPECT_TRUE(d->gtime->isActive());
+        EXPECT_EQ(d->gtime->interval(), 500);
+        ASSERT_TRUE(d->AdoQry_Body->Locate("K_ID", "KP"));
+        d->gtimeTimer(d->gtime);
+        EXPECT_EQ(d->DBGridEh2->ColumnByField("S0")->Title, "尺码|28");
+        EXPECT_EQ(d->DBGridEh2->ColumnByField("S3")->Title, "尺码|S3");
+        ASSERT_TRUE(d->AdoQry_Body->Locate("K_ID", "K2"));
+        d->gtimeTimer(d->gtime);
+        EXPECT_EQ(d->DBGridEh2->ColumnByField("S0")->Title, "尺码|S");
+        EXPECT_EQ(d->DBGridEh2->ColumnByField("S3")->Title, "尺码|XL");
+        d->BTN_2->click();
+    });
+    screen->Act_Locate->trigger();
+    EXPECT_FALSE(screen->FromReceipt->gtime->isActive());  // only while the dialog is shown
+    QStringList trousers;
+    for (int row = 0; row < screen->AdoQry_Main->RecordCount(); ++row)
+        if (screen->AdoQry_Main->CellValue(row, screen->AdoQry_Main->FieldIndex("K_ID")).toString() == "KP")
+            trousers << screen->AdoQry_Main->CellValue(row, screen->AdoQry_Main->FieldIndex("M")).toString();
+    EXPECT_EQ(trousers, (QStringList{"28", "30", "32"}));
+    closeScreen(screen);
+}
+
 TEST_F(Qxck299Test, WithWarehouseRightsTheReceiptsJoinTheUsersWarehouses) {
     G_CHKCK = 1;
     auto* screen = openLabels();
