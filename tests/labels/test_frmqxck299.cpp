@@ -131,6 +131,22 @@ TEST_F(Qxck299Test, TheSizeTitlesFollowTheCurrentLine) {
     closeScreen(screen);
 }
 
+TEST_F(Qxck299Test, AShopWithoutReceiptsShowsEmptyGridsAndMakesNothing) {
+    exec("DELETE FROM D8101A");
+    exec("DELETE FROM D8101");
+    auto* screen = openLabels();
+    onReceipt([this](TQXCK299DB* d) {
+        EXPECT_TRUE(d->AdoQry_Main->IsEmpty());
+        EXPECT_TRUE(d->AdoQry_Body->IsEmpty());
+        d->btn_Delete->click();
+        d->BTN_2->click();
+        EXPECT_TRUE(sink->texts().isEmpty());
+    });
+    screen->Act_Locate->trigger();
+    EXPECT_TRUE(screen->AdoQry_Main->IsEmpty());
+    closeScreen(screen);
+}
+
 TEST_F(Qxck299Test, WithWarehouseRightsTheReceiptsJoinTheUsersWarehouses) {
     G_CHKCK = 1;
     auto* screen = openLabels();
