@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "framework/DBGridEh.h"
+#include "framework/Screenshot.h"
 #include "labels/Frmqxck297.h"
 #include "labels/Frmqxck297_1.h"
 #include "labels/Frmqxck297f.h"
@@ -46,8 +47,11 @@ protected:
             EXPECT_NE(dispatch, nullptr);
             if (!dispatch) return int(mrCancel);
             EXPECT_EQ(dispatch->Label1->text(), "请在下面编辑框录入发入仓库的监管码:");
+            EXPECT_EQ(dispatch->Panel_Condition->CaptionOf(dispatch->CK_ID)->text(), "发入仓库");
+            EXPECT_EQ(dispatch->CK_ID->maxLength(), 4);
             dispatch->CK_ID->setText(warehouse);
             dispatch->Memo1->setPlainText(memo);
+            qx::saveScreenshot(dispatch, "supervision_code_dispatch");
             dispatch->btn_ok->click();
             return dispatch->ModalResult();
         });
@@ -75,6 +79,7 @@ TEST_F(Qxck297Test, ABlankFilterListsEveryCodeWithItsColumns) {
     ASSERT_TRUE(screen->AdoQry_Main->Locate("JGM", "JGA100"));
     const QStringList row = screen->DBGridEh->DisplayedRows().at(screen->AdoQry_Main->CurrentRow());
     EXPECT_EQ(row, (QStringList{"K0", "JGA100", "2026-01-02", "总仓", "2026-01-05", "V01", "李会员", "2026-02-01"}));
+    EXPECT_FALSE(qx::saveScreenshot(screen, "supervision_codes").isEmpty());
     screen->close();
 }
 

@@ -7,6 +7,7 @@
 #include <QSettings>
 
 #include "framework/DBGridEh.h"
+#include "framework/Screenshot.h"
 #include "labels/Frmqxck299.h"
 #include "labels/Frmqxck299db.h"
 #include "labels/Frmqxck299f.h"
@@ -90,6 +91,7 @@ TEST_F(Qxck299Test, FromTheNewestReceiptItsLinesBecomeTagsPerSizeAndCount) {
         // Size titles from the size group; sizes after the last one in use hidden.
         EXPECT_EQ(d->DBGridEh2->VisibleTitles(),
                   (QStringList{"款号", "名称", "色码", "颜色", "尺码|S", "尺码|M", "尺码|L", "尺码|XL", "尺码|2XL"}));
+        EXPECT_FALSE(qx::saveScreenshot(d, "hang_tags_from_receipt").isEmpty());
         d->BTN_2->click();
     });
     screen->Act_Locate->trigger();
@@ -268,6 +270,7 @@ TEST_F(Qxck299Test, ByStyleEveryColourIsListedWithCountsZero) {
                   (QStringList{"款号", "名称", "色码", "颜色", "尺码|S", "尺码|M", "尺码|L", "尺码|XL", "尺码|2XL"}));
         EXPECT_TRUE(sent(golden("qxck299.txt", "style")));
         EXPECT_TRUE(sent(golden("qxck299.txt", "style lines")));
+        EXPECT_FALSE(qx::saveScreenshot(d, "hang_tags_by_style").isEmpty());
         d->Button2->click();  // all counts zero: nothing made
         d->btn_cancel->click();
     });
