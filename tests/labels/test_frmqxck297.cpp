@@ -106,6 +106,12 @@ TEST_F(Qxck297Test, TheFilterTextIsUsedAsTypedAndAQuoteCannotEndIt) {
 TEST_F(Qxck297Test, TheCodeEditTakesTwentyCharacters) {
     auto* screen = openCodes();
     EXPECT_EQ(screen->Filter->Edit1->maxLength(), 20);
+    onFilter(QString(10000, 'J'));
+    screen->Act_Filter->trigger();
+    EXPECT_EQ(screen->Filter->Edit1->text(), QString(20, 'J'));
+    EXPECT_TRUE(codes(screen).isEmpty());
+    EXPECT_EQ(statements(Call::Kind::OpenSql).back(),
+              golden("qxck297.txt", "list") + " WHERE (d1805.jgm like '%" + QString(20, 'J') + "%')");
     screen->close();
 }
 
