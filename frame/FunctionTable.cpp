@@ -11,6 +11,8 @@
 #include "documents/sales/Frmqxck211.h"
 #include "documents/sales/Frmqxck212.h"
 #include "frame/Dispatch.h"
+#include "labels/Frmqxck297.h"
+#include "labels/Frmqxck299.h"
 
 namespace qx::frame {
 namespace {
@@ -49,8 +51,8 @@ const std::array kFunctions{
     FunctionRow{281, "TQXCK281",   "Frmqxck281",   "TFrm_Base_Qry",        "销售排行",            Embedded,       None,               Reports,   nullptr},
     FunctionRow{282, "TQXCK282",   "Frmqxck282",   "TFrm_Base_Qry",        "经营综合分析",        Embedded,       None,               Reports,   nullptr},
     FunctionRow{283, "TQXCK283",   "Frmqxck283",   "TFrm_Base_Qry",        "销售进度表",          Embedded,       None,               Reports,   nullptr},
-    FunctionRow{297, "TQXCK297",   "Frmqxck297",   "TFrm_Base_Outer",      "监管码",              Embedded,       None,               Labels,    nullptr},
-    FunctionRow{299, "TQXCK299",   "Frmqxck299",   "TFrm_Base_Qry",        "吊牌标签制作",        Embedded,       None,               Labels,    nullptr},
+    FunctionRow{297, "TQXCK297",   "Frmqxck297",   "TFrm_Base_Outer",      "监管码",              Embedded,       None,               Labels,    screen<TQXCK297, &QXCK297>},
+    FunctionRow{299, "TQXCK299",   "Frmqxck299",   "TFrm_Base_Qry",        "吊牌标签制作",        Embedded,       None,               Labels,    screen<TQXCK299, &QXCK299>},
     FunctionRow{704, "TQXCKS02A",  "Frmqxcks02a",  "TFrm_Base_Outer",      "促销方案",            ListWithParams, None,               Setup,     nullptr},
     FunctionRow{901, "Tqxsys_co",  "Frmqxsys_co",  "TFrm_Base_Dialog",     "系统设置",            ModalDialog,    None,               Setup,     nullptr},
     FunctionRow{932, "TQXCKS01",   "Frmqxcks01",   "TFrm_Base_Dialog",     "系统初始化",          ModalDialog,    None,               Setup,     nullptr},

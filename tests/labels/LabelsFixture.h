@@ -1,0 +1,169 @@
+#pragma once
+// A small shop in a temporary SQLite database for the label and supervision-code screens: one
+// size group with size marks, colours with colour marks, a brand, one style per barcode rule,
+// free barcodes for the rule-1 style, a purchase receipt over them, supervision codes and a
+// member; the program folder (label file, settings) is a temporary folder too. Every statement
+// the screens send is recorded.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <vector>
+
+#include "db/Database.h"
+#include "framework/Frm_Base.h"
+#include "framework/Settings.h"
+#include "framework/U_dataop.h"
+#include "framework/U_function.h"
+#include "framework/U_glo.h"
+#include "support/ScreenSession.h"
+#include "support/ShopHelpers.h"
+
+inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+
+namespace qx::test {
+
+using qx::dataop::Call;
+
+// Expected statements kept as data: tests/labels/golden/<file>, blocks "## name" followed by
+// the statement on the next line(s) (joined without line breaks).
+inline QString golden(const QString& file, const QString& name) {
+    QFile f(QString(QXCK_TEST_SOURCE_DIR) + "/tests/labels/golden/" + file);
+    if (!f.open(QIODevice::ReadOnly)) return "<missing golden file " + file + ">";
+    QString current, text;
+    bool found = false;
+    for (const QString& line : QString::fromUtf8(f.readAll()).split('\n')) {
+        if (line.startsWith("## ")) {
+            if (found) break;
+            found = line.mid(3).trimmed() == name;
+            continue;
+        }
+        if (found) text += line;
+    }
+    return found ? text : "<missing golden block " + name + ">";
+}
+
+class LabelsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetGlobals();
+        G_UserId = "U1";
+        G_UserName = "王经理";
+        G_ckid = "01";
+        G_CkName = "总仓";
+        G_CoName = "测试服饰";
+        G_CM = 4;
+        qx::settings::setProgramFolder(programDir.path());
+        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
+        seedShop();
+        session = std::make_unique<ScreenSession>(db, QDate(2026, 3, 18));
+        qx::ui::setModalHandler([this](TFrm_Base* dialog) -> int {
+            if (steps.empty()) {
+                ADD_FAILURE() << "unexpected dialog " << dialog->objectName().toStdString();
+                return mrCancel;
+            }
+            auto step = std::move(steps.front());
+            steps.pop_front();
+            return step(dialog);
+        });
+    }
+    void TearDown() override {
+        session.reset();
+        qx::settings::setProgramFolder({});
+        EXPECT_TRUE(steps.empty()) << steps.size() << " dialog steps were not used";
+        ResetGlobals();
+    }
+
+    void exec(const QString& sql) { db->execute(sql.toStdString()); }
+
+    void seedShop() {
+        exec("INSERT INTO sys_co (CO, PARAM) VALUES ('测试服饰', '')");
+        exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U1', '王经理')");
+        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('01', '总仓')");
+        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('02', '东门店')");
+        exec("INSERT INTO sys_user_ck VALUES ('U1', '01', 1)");
+        exec("INSERT INTO d1103 (KH_GYS_ID, KG_NAME) VALUES ('G01', '华美制衣')");
+        exec("INSERT INTO d1101 (YW_ID, YW_NAME) VALUES ('01', '张三')");
+        exec("INSERT INTO d1010 (JY_ID, JY_NAME) VALUES ('1', '现金')");
+        exec("INSERT INTO d1011 (SEND_ID, SEND_NAME) VALUES ('1', '自提')");
+        exec("INSERT INTO d1009 (PP_ID, PP_NAME) VALUES ('P1', '海风')");
+        exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3, M4, BS0, BS1, BS2, BS3, BS4) VALUES "
+             "('01', '服装', 'S', 'M', 'L', 'XL', '2XL', '1', '2', '3', '4', '5')");
+        exec("INSERT INTO d1005 (COL_ID, COL_NAME, S) VALUES ('01', '红色', 'R')");
+        exec("INSERT INTO d1005 (COL_ID, COL_NAME, S) VALUES ('02', '黑色', 'B')");
+        // One style per barcode rule: K0 style code, K1 free barcodes, K2 style+colour+size,
+        // K3 style+size+colour (K3 prints its own code: no separate barcode style code).
+        const char* styles[][4] = {{"K0", "0", "'P0'", "'T恤'"}, {"K1", "1", "'P1'", "'衬衫'"},
+                                   {"K2", "2", "'P2'", "'夹克'"}, {"K3", "3", "''", "'裤子'"}};
+        for (const auto& s : styles) {
+            exec(QString("INSERT INTO d1800 (K_ID, PP_ID, M_ID, WL_NAME, DW_NAME, PFJ, PP, CL, TMI, PP_KID) VALUES "
+                         "('%1', 'P1', '01', %4, '件', 199, '海风', '100%棉', %2, %3)")
+                     .arg(s[0], s[1], s[2], s[3]));
+            for (const char* colour : {"01", "02"}) {
+                exec(QString("INSERT INTO d1804 VALUES ('%1', '%2')").arg(s[0], colour));
+                exec(QString("INSERT INTO d1801 VALUES ('%1%2', '%1', '%2')").arg(s[0], colour));
+            }
+        }
+        exec("INSERT INTO d1809 VALUES ('K101', '0', 'K1', '6901234567892')");
+        exec("INSERT INTO d1809 VALUES ('K101', '1', 'K1', 'FREE-M-01')");
+        exec("INSERT INTO d1809 VALUES ('K101', '1', 'K1', 'FREE-M-00')");  // the largest wins
+        exec("INSERT INTO D8101 (T, NOID, KH_GYS_ID, CK_ID, BDATE, SEND_ID, SEND_NO, YW_ID, JY_ID, USER_ID, NOTE) "
+             "VALUES (1, 'R0001', 'G01', '01', '2026-03-01', '1', 'SN1', '01', '1', 'U1', '')");
+        exec("INSERT INTO D8101 (T, NOID, KH_GYS_ID, CK_ID, BDATE, SEND_ID, SEND_NO, YW_ID, JY_ID, USER_ID, NOTE) "
+             "VALUES (1, 'R0002', 'G01', '01', '2026-03-05', '1', 'SN2', '01', '1', 'U1', '')");
+        // R0002: K2 red 2/0/1 in sizes S, M, L; K1 red one M.
+        exec("INSERT INTO D8101A VALUES ('R0002', 'K201', 'K2', '01', '01', 2, 0, 1, 0, 0, 0, 0, 0, 0, 0, 100, 300, '')");
+        exec("INSERT INTO D8101A VALUES ('R0002', 'K101', 'K1', '01', '01', 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 100, 100, '')");
+        exec("INSERT INTO D8101A VALUES ('R0001', 'K001', 'K0', '01', '01', 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 100, 200, '')");
+        exec("INSERT INTO d702 (VIPID, VIPNAME) VALUES ('V01', '李会员')");
+        exec("INSERT INTO d1805 (JGM, K_ID, CK_ID, DATE1, DATE2, DATE3, VIPID) VALUES "
+             "('JGA100', 'K0', '01', '2026-01-02', '2026-01-05', '2026-02-01', 'V01')");
+        exec("INSERT INTO d1805 (JGM, K_ID, CK_ID, DATE1) VALUES ('XA1Y', 'K1', NULL, '2026-01-02')");
+        exec("INSERT INTO d1805 (JGM, K_ID, CK_ID, DATE1) VALUES ('JGB200', 'K2', NULL, '2026-01-03')");
+        exec("INSERT INTO d1805 (JGM, K_ID, CK_ID, DATE1) VALUES ('JGB201', 'K2', NULL, '2026-01-03')");
+    }
+
+    qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
+    QString scalar(const QString& sql) { return scalarText(*db, sql); }
+
+    Trecord record(int code) const {
+        Trecord rec;
+        rec.UserId = G_UserId;
+        rec.UserName = G_UserName;
+        rec.CkId = G_ckid;
+        rec.CkName = G_CkName;
+        rec.FuncCode = code;
+        return rec;
+    }
+
+    // Every statement the screens sent, in order.
+    const std::vector<Call>& calls() const { return session->calls; }
+    std::vector<QString> statements(Call::Kind kind) const { return statementsOf(calls(), kind); }
+    std::vector<Call> execs() const {
+        std::vector<Call> out;
+        for (const auto& c : calls())
+            if (c.kind == Call::Kind::ExecSql) out.push_back(c);
+        return out;
+    }
+    bool sent(const QString& sql) const {
+        for (const auto& c : calls())
+            if (c.sql == sql) return true;
+        return false;
+    }
+
+    // What the next modal dialogs do: each step drives one dialog and returns its result.
+    std::deque<std::function<int(TFrm_Base*)>> steps;
+    qx::ui::ScopedScriptedSink sink;
+    QTemporaryDir dir;
+    QTemporaryDir programDir;
+    std::shared_ptr<qx::db::Database> db;
+    std::unique_ptr<ScreenSession> session;
+};
+
+}  // namespace qx::test
