@@ -116,7 +116,7 @@ TEST_F(Qxck299Test, TheSizeTitlesFollowTheCurrentLine) {
         ASSERT_TRUE(d->AdoQry_Body->Locate("K_ID", "KP"));
         d->gtimeTimer(d->gtime);
         EXPECT_EQ(d->DBGridEh2->ColumnByField("S0")->Title, "尺码|28");
-        EXPECT_EQ(d->DBGridEh2->ColumnByField("S3")->Title, "尺码|S3");
+        EXPECT_EQ(d->DBGridEh2->ColumnByField("S3")->Title, "尺码|");  // a position the group leaves unnamed
         ASSERT_TRUE(d->AdoQry_Body->Locate("K_ID", "K2"));
         d->gtimeTimer(d->gtime);
         EXPECT_EQ(d->DBGridEh2->ColumnByField("S0")->Title, "尺码|S");
