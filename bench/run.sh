@@ -24,8 +24,9 @@ run() {  # run BENCHMARK NAME MIN_TIME: JSON into $out/NAME.json, console output
 }
 run bench_translate translate 0.2
 run bench_bridge bridge 1
+run bench_document_save save 2
 
-python3 - "$out/translate.json" "$out/bridge.json" <<'PY'
+python3 - "$out/translate.json" "$out/bridge.json" "$out/save.json" <<'PY'
 import json, sys
 
 def load(path):
@@ -35,7 +36,7 @@ def us(b):
     scale = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}[b["time_unit"]]
     return b["cpu_time"] * scale
 
-translate, bridge = load(sys.argv[1]), load(sys.argv[2])
+translate, bridge, save = load(sys.argv[1]), load(sys.argv[2]), load(sys.argv[3])
 print("Translation per statement (CPU µs):")
 for name, b in sorted(translate.items()):
     if name.startswith("translate/"):
@@ -49,4 +50,9 @@ for name, b in sorted(bridge.items()):
         report = name[len("bridged/"):]
         n = bridge["native/" + report]
         print(f"  {report:<20} bridged {us(b)/1e3:8.2f}   hand-written {us(n)/1e3:8.2f}   ratio {us(b)/us(n):5.2f}   rows {int(b['rows'])}")
+screen, bare = save["SaveThroughTheEntryScreen/real_time"], save["BareInserts/real_time"]
+def ms(b):
+    return b["real_time"] * {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}[b["time_unit"]]
+print("Saving a 500-line purchase receipt (wall ms):")
+print(f"  through the entry screen {ms(screen):8.1f}   bare inserts {ms(bare):8.1f}   ratio {ms(screen)/ms(bare):5.2f}")
 PY
