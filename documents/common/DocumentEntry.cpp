@@ -102,8 +102,6 @@ void TDocumentEntry::createPickLists() {
         SalespersonLink = new TFrm_Sys_LINK_YW(this);
         SalespersonLink->init(YW_ID);
     }
-    for (TLinkEdit* edit : {KH_GYS_ID, CK_ID, SEND_ID, JY_ID, YW_ID})
-        if (edit) edit->OnButtonClick = [this](QObject* sender) { KH_GYS_IDButtonClick(sender); };
 }
 
 // Leaving the number runs its check; leaving the date checks it against the open period.
@@ -115,6 +113,7 @@ bool TDocumentEntry::eventFilter(QObject* watched, QEvent* event) {
     return TFrm_Base_Entry_BodyC::eventFilter(watched, event);
 }
 
+// The lookup buttons' handler; the lookup edit does the same by itself when its button is pressed.
 void TDocumentEntry::KH_GYS_IDButtonClick(QObject* Sender) {
     auto* edit = qobject_cast<TLinkEdit*>(Sender);
     if (edit && edit->LinkForm()) edit->LinkForm()->Show();

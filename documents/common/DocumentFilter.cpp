@@ -49,7 +49,6 @@ void TDocumentFilter::FormCreate() {
         if (c.list != LookupList::Partner) continue;
         PartnerLink = new TFrm_Sys_LINK_KH(this);
         PartnerLink->init(KH_ID, c.partnerTable, false);
-        KH_ID->OnButtonClick = [this](QObject* sender) { KH_IDButtonClick(sender); };
     }
     if (!CK_ID) return;
     // A user who may read one warehouse only has nothing to choose.
@@ -59,7 +58,6 @@ void TDocumentFilter::FormCreate() {
     if (severalWarehouses) {
         WarehouseLink = new TFrm_Sys_LINK_CK(this);
         WarehouseLink->init(AdoQry_Work, CK_ID, CK_ID, FuncNo, "", "");
-        CK_ID->OnButtonClick = [this](QObject* sender) { KH_IDButtonClick(sender); };
     }
 }
 
@@ -70,6 +68,7 @@ void TDocumentFilter::InitForm() {
 
 void TDocumentFilter::EDATEChange(QObject*) { updateDayCount(BDATE, EDATE, titDATE); }
 
+// The lookup buttons' handler; the lookup edit does the same by itself when its button is pressed.
 void TDocumentFilter::KH_IDButtonClick(QObject* Sender) {
     auto* edit = qobject_cast<TLinkEdit*>(Sender);
     if (edit && edit->LinkForm()) edit->LinkForm()->Show();
