@@ -394,17 +394,8 @@ void Tfrm_Base_Entry_Body::BuildLineColumns() {
 }
 
 TLineColumnConfig Tfrm_Base_Entry_Body::lineColumnConfig() const {
-    TLineColumnConfig config;
-    config.StyleField = StyleField;
-    config.QtyFields = QtyFields;
-    config.PriceFields = PriceFields;
-    config.MoneyFields = MoneyFields;
-    config.PriceLabel = PriceLabel;
-    config.AmountLabel = AmountLabel;
-    config.Titles = LineTitles;
-    config.Tags = LineTags;
-    config.TrailingFields = LineTrailingFields;
-    return config;
+    return {StyleField, QtyFields,  PriceFields, MoneyFields,       PriceLabel,
+            AmountLabel, LineTitles, LineTags,    LineTrailingFields};
 }
 
 void Tfrm_Base_Entry_Body::lineValueTyped(TField* field, const AnsiString& text) {

@@ -74,6 +74,35 @@ QList<ListColumn> counterpartyListColumns(const CounterpartyTitles& titles, bool
     return columns;
 }
 
+QString skuCompletion(const QString& t) {
+    return " INSERT INTO D1801 SELECT " + t + ".WL_ID, " + t + ".K_ID, " + t + ".COL_ID FROM " + t +
+           " LEFT OUTER JOIN D1801 ON " + t + ".WL_ID = D1801.WL_ID WHERE (D1801.WL_ID IS NULL) AND (" + t +
+           ".NOID='{number}');";
+}
+
+QString costFill(const QString& t) {
+    return "UPDATE " + t + " SET DJ=M.DJ,MONEY=(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9)*M.DJ FROM D1800 M WHERE (" + t +
+           ".K_ID=M.K_ID) AND (" + t + ".NOID='{number}');";
+}
+
+QString counterpartyHeadInsert(const QString& t) {
+    return "INSERT INTO " + t +
+           "(T,NOID,KH_GYS_ID,CK_ID, BDATE, SEND_ID,YW_ID,JY_ID, USER_ID, NOTE,TOLMONEY) VALUES ('{G_SKSTR}','{number}',"
+           "'{KH_GYS_ID}','{warehouse}','{BDATE}','{SEND_ID}','{YW_ID}','{JY_ID}','{G_UserId}','{NOTE}','{total}');";
+}
+
+QString counterpartyHeadUpdate(const QString& t) {
+    return "UPDATE " + t +
+           " SET EDATE=GETDATE(), KH_GYS_ID='{KH_GYS_ID}',CK_ID='{warehouse}',BDATE='{BDATE}',SEND_ID='{SEND_ID}',"
+           "YW_ID='{YW_ID}',JY_ID='{JY_ID}',USER_ID='{G_UserId}',NOTE='{NOTE}',TOLMONEY='{total}' WHERE noid='{number}';";
+}
+
+QString lineInsertWithZeroCost(const QString& t) {
+    return "INSERT INTO " + t +
+           "  VALUES ('{number}','{K_ID}{COL_ID}','{K_ID}','{COL_ID}','{warehouse}','{s0}','{s1}','{s2}','{s3}','{s4}',"
+           "'{s5}','{s6}','{s7}','{s8}','{s9}',0,0,'{Sj}','{Smoney}','{NOTE}');";
+}
+
 QString dayCountText(const QDate& from, const QDate& to) {
     return "(" + QString::number(from.daysTo(to) + 1) + "天)";
 }

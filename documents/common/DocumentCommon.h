@@ -53,6 +53,19 @@ struct CounterpartyTitles {
 };
 QList<struct ListColumn> counterpartyListColumns(const CounterpartyTitles& titles, bool deliveryNote);
 
+// ---- statements several kinds send alike (templates: "{number}" is the document's number)
+
+// Creates the SKU rows (D1801) the lines of the document name and the register lacks.
+QString skuCompletion(const QString& lineTable);
+// Every line's cost price becomes its style's current DJ, its cost amount the line's quantity
+// times that price.
+QString costFill(const QString& lineTable);
+// The head of a document with a counterparty and no delivery note: insert and update.
+QString counterpartyHeadInsert(const QString& headTable);
+QString counterpartyHeadUpdate(const QString& headTable);
+// A line written by position with its cost price and amount as 0 (filled by costFill after).
+QString lineInsertWithZeroCost(const QString& lineTable);
+
 // ---- filter dialogs
 
 // "(N天)" for the days from `from` to `to`, both counted.

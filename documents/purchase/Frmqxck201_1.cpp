@@ -43,8 +43,7 @@ const DocumentKind& TQXCK201_1::Description() {
             "INSERT INTO D8101A  VALUES ('{number}','{K_ID}{COL_ID}','{K_ID}','{COL_ID}','{warehouse}','{s0}','{s1}',"
             "'{s2}','{s3}','{s4}','{s5}','{s6}','{s7}','{s8}','{s9}','{SJ}','{Smoney}','{NOTE}');";
         k.afterLines = {
-            " INSERT INTO D1801 SELECT D8101A.WL_ID, D8101A.K_ID, D8101A.COL_ID FROM D8101A LEFT OUTER JOIN D1801 ON "
-            "D8101A.WL_ID = D1801.WL_ID WHERE (D1801.WL_ID IS NULL) AND (D8101A.NOID='{number}');",
+            skuCompletion("D8101A"),
             " INSERT INTO D1802 (WL_ID, CK_ID,CHECK_KC) SELECT D8101A.WL_ID, D8101.CK_ID, D1800.CHECK_KC FROM D8101A "
             "INNER JOIN D8101 ON D8101A.NOID = D8101.NOID INNER JOIN D1800 ON D8101A.K_ID = D1800.K_ID LEFT OUTER "
             "JOIN D1802 ON D8101A.WL_ID = D1802.WL_ID AND D8101.CK_ID = D1802.CK_ID WHERE (D8101A.NOID ='{number}') "

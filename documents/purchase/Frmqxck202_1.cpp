@@ -31,25 +31,12 @@ const DocumentKind& TQXCK202_1::Description() {
         k.amountLabel = "金额";
         k.warehouseFixedByLines = true;
         k.linesKeepSource = true;
-        k.insertHead =
-            "INSERT INTO D8102(T,NOID,KH_GYS_ID,CK_ID, BDATE, SEND_ID,YW_ID,JY_ID, USER_ID, NOTE,TOLMONEY) VALUES "
-            "('{G_SKSTR}','{number}','{KH_GYS_ID}','{warehouse}','{BDATE}','{SEND_ID}','{YW_ID}','{JY_ID}',"
-            "'{G_UserId}','{NOTE}','{total}');";
-        k.updateHead =
-            "UPDATE D8102 SET EDATE=GETDATE(), KH_GYS_ID='{KH_GYS_ID}',CK_ID='{warehouse}',BDATE='{BDATE}',"
-            "SEND_ID='{SEND_ID}',YW_ID='{YW_ID}',JY_ID='{JY_ID}',USER_ID='{G_UserId}',NOTE='{NOTE}',"
-            "TOLMONEY='{total}' WHERE noid='{number}';";
+        k.insertHead = counterpartyHeadInsert("D8102");
+        k.updateHead = counterpartyHeadUpdate("D8102");
         k.deleteLines = "delete from  d8102A WHERE NOID='{number}';";
         // Cost price and amount are written as 0 and filled from the style right after.
-        k.insertLine =
-            "INSERT INTO D8102A  VALUES ('{number}','{K_ID}{COL_ID}','{K_ID}','{COL_ID}','{warehouse}','{s0}','{s1}',"
-            "'{s2}','{s3}','{s4}','{s5}','{s6}','{s7}','{s8}','{s9}',0,0,'{Sj}','{Smoney}','{NOTE}');";
-        k.afterLines = {
-            " INSERT INTO D1801 SELECT D8102A.WL_ID, D8102A.K_ID, D8102A.COL_ID FROM D8102A LEFT OUTER JOIN D1801 ON "
-            "D8102A.WL_ID = D1801.WL_ID WHERE (D1801.WL_ID IS NULL) AND (D8102A.NOID='{number}');",
-            "UPDATE D8102A SET DJ=M.DJ,MONEY=(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9)*M.DJ FROM D1800 M WHERE "
-            "(D8102A.K_ID=M.K_ID) AND (D8102A.NOID='{number}');",
-        };
+        k.insertLine = lineInsertWithZeroCost("D8102A");
+        k.afterLines = {skuCompletion("D8102A"), costFill("D8102A")};
         return k;
     }();
     return kind;

@@ -1,3 +1,4 @@
+#include "documents/common/DocumentCommon.h"
 #include "documents/sales/Frmqxck211_1.h"
 
 using namespace qx::documents;
@@ -26,14 +27,8 @@ const DocumentKind& TQXCK211_1::Description() {
         k.warehouseFixedByLines = true;
         k.linesKeepSource = true;
         k.savedTotals = {"TOLMONEY"};
-        k.insertHead =
-            "INSERT INTO D8201(T,NOID,KH_GYS_ID,CK_ID, BDATE, SEND_ID,YW_ID,JY_ID, USER_ID, NOTE,TOLMONEY) VALUES "
-            "('{G_SKSTR}','{number}','{KH_GYS_ID}','{warehouse}','{BDATE}','{SEND_ID}','{YW_ID}','{JY_ID}',"
-            "'{G_UserId}','{NOTE}','{total}');";
-        k.updateHead =
-            "UPDATE D8201 SET EDATE=GETDATE(), KH_GYS_ID='{KH_GYS_ID}',CK_ID='{warehouse}',BDATE='{BDATE}',"
-            "SEND_ID='{SEND_ID}',YW_ID='{YW_ID}',JY_ID='{JY_ID}',USER_ID='{G_UserId}',NOTE='{NOTE}',"
-            "TOLMONEY='{total}' WHERE noid='{number}';";
+        k.insertHead = counterpartyHeadInsert("D8201");
+        k.updateHead = counterpartyHeadUpdate("D8201");
         k.deleteLines = "delete from  d8201A WHERE NOID='{number}';";
         k.insertLine =
             "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9, "
@@ -41,10 +36,7 @@ const DocumentKind& TQXCK211_1::Description() {
             "'{number}','{K_ID}{COL_ID}','{K_ID}','{COL_ID}','{warehouse}','{s0}','{s1}','{s2}','{s3}','{s4}','{s5}',"
             "'{s6}','{s7}','{s8}','{s9}','{sj}','{smoney}','{discount}','{ODJ}','{Omoney}','{NOTE}',0,0);";
         // The cost of each line: the style's cost price when the ticket is saved.
-        k.afterLines = {
-            "UPDATE D8201A SET DJ=M.DJ,MONEY=(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9)*M.DJ FROM D1800 M "
-            "WHERE (D8201A.K_ID=M.K_ID) AND (D8201A.NOID='{number}');",
-        };
+        k.afterLines = {costFill("D8201A")};
         return k;
     }();
     return kind;

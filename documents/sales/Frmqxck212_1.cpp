@@ -1,3 +1,4 @@
+#include "documents/common/DocumentCommon.h"
 #include "documents/sales/Frmqxck212_1.h"
 
 using namespace qx::documents;
@@ -20,25 +21,12 @@ const DocumentKind& TQXCK212_1::Description() {
         k.total = TotalFrom::TotalTitle;
         k.warehouseFixedByLines = true;
         k.linesKeepSource = true;
-        k.insertHead =
-            "INSERT INTO D8202(T,NOID,KH_GYS_ID,CK_ID, BDATE, SEND_ID,YW_ID,JY_ID, USER_ID, NOTE,TOLMONEY) VALUES "
-            "('{G_SKSTR}','{number}','{KH_GYS_ID}','{warehouse}','{BDATE}','{SEND_ID}','{YW_ID}','{JY_ID}',"
-            "'{G_UserId}','{NOTE}','{total}');";
-        k.updateHead =
-            "UPDATE D8202 SET EDATE=GETDATE(), KH_GYS_ID='{KH_GYS_ID}',CK_ID='{warehouse}',BDATE='{BDATE}',"
-            "SEND_ID='{SEND_ID}',YW_ID='{YW_ID}',JY_ID='{JY_ID}',USER_ID='{G_UserId}',NOTE='{NOTE}',"
-            "TOLMONEY='{total}' WHERE noid='{number}';";
+        k.insertHead = counterpartyHeadInsert("D8202");
+        k.updateHead = counterpartyHeadUpdate("D8202");
         k.deleteLines = "delete from  d8202A WHERE NOID='{number}';";
-        k.insertLine =
-            "INSERT INTO D8202A  VALUES ('{number}','{K_ID}{COL_ID}','{K_ID}','{COL_ID}','{warehouse}','{s0}','{s1}',"
-            "'{s2}','{s3}','{s4}','{s5}','{s6}','{s7}','{s8}','{s9}',0,0,'{Sj}','{Smoney}','{NOTE}');";
+        k.insertLine = lineInsertWithZeroCost("D8202A");
         // Missing SKU rows, but no stock rows: the database makes one when the return posts.
-        k.afterLines = {
-            " INSERT INTO D1801 SELECT D8202A.WL_ID, D8202A.K_ID, D8202A.COL_ID FROM D8202A LEFT OUTER JOIN D1801 ON "
-            "D8202A.WL_ID = D1801.WL_ID WHERE (D1801.WL_ID IS NULL) AND (D8202A.NOID='{number}');",
-            "UPDATE D8202A SET DJ=M.DJ,MONEY=(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9)*M.DJ FROM D1800 M "
-            "WHERE (D8202A.K_ID=M.K_ID) AND (D8202A.NOID='{number}');",
-        };
+        k.afterLines = {skuCompletion("D8202A"), costFill("D8202A")};
         return k;
     }();
     return kind;

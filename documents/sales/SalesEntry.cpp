@@ -24,3 +24,18 @@ QList<HeadField> TSalesEntry::customerHead(const QString& numberCaption) {
         {"USER_NAME", "开单", HeadRole::Maker},
     };
 }
+
+DocumentFilterKind TSalesEntry::customerFilter(const QString& caption, const QString& headTable,
+                                               const QString& numberCaption) {
+    return {
+        caption,
+        headTable,
+        "<开始日期> 不能大于 <结束日期>!",
+        numberCaption,
+        " ●" + numberCaption + "：",
+        {
+            {"KH_ID", "客    户", " ●客户：", "d1102.KH_gys_ID", LookupList::Partner, "d1102", 10},
+            {"CK_ID", "仓    库", " ●仓库：", "d1007.ck_ID", LookupList::Warehouse, "", 4},
+        },
+    };
+}

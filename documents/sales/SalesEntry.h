@@ -15,4 +15,7 @@ public:
 
     // The head of a sales document with its number caption.
     static QList<qx::documents::HeadField> customerHead(const QString& numberCaption);
+    // The filter of a sales document list: customer, warehouse and the number range.
+    static qx::documents::DocumentFilterKind customerFilter(const QString& caption, const QString& headTable,
+                                                            const QString& numberCaption);
 };
