@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "db/Progress.h"
+#include "db/procedures/ClosingSnapshots.h"
 #include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Procedures.h"
 #include "db/sqlite/Schema.h"
@@ -154,6 +155,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
             if (!create) throw Error(path + " is not a shop database (no tables)");
             createSchema();
         }
+        for (const auto& statement : procedures::closingSnapshotStatements()) runNative(statement);
     } catch (...) {
         for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
         cache_.clear();
