@@ -52,19 +52,20 @@ std::string closingSelect(const std::string& at) {
 
 std::vector<std::string> closingSnapshotStatements() {
     return {
-        "CREATE TABLE IF NOT EXISTS sys_ck_snapshot (PERIOD DATETIME NOT NULL, WL_ID VARCHAR(21) NOT NULL, CK_ID VARCHAR(4) NOT NULL, " +
+        "CREATE TABLE IF NOT EXISTS sys_ck_snapshot (PERIOD VARCHAR(10) COLLATE QX NOT NULL, WL_ID VARCHAR(21) COLLATE QX NOT NULL, "
+            "CK_ID VARCHAR(4) COLLATE QX NOT NULL, " +
             list("K# INT NOT NULL DEFAULT 0") + ", QTY INT NOT NULL DEFAULT 0, MONEY DECIMAL(18,2) NOT NULL DEFAULT 0, " +
             "PRIMARY KEY (PERIOD, WL_ID, CK_ID))",
         // A close (the open month moves forward) stores the stock at the new date; a reopen drops
         // what lies after the new date.
         "CREATE TRIGGER IF NOT EXISTS qx_snapshot_close AFTER UPDATE OF CK_END_DATE ON sys_co "
         "WHEN NEW.CK_END_DATE IS NOT NULL AND (OLD.CK_END_DATE IS NULL OR NEW.CK_END_DATE > OLD.CK_END_DATE)\nBEGIN\n"
-        "DELETE FROM sys_ck_snapshot WHERE PERIOD >= NEW.CK_END_DATE;\n"
-        "INSERT INTO sys_ck_snapshot (PERIOD, WL_ID, CK_ID, " + list("K#") + ", QTY, MONEY) " + closingSelect("NEW.CK_END_DATE") +
+        "DELETE FROM sys_ck_snapshot WHERE PERIOD >= substr(NEW.CK_END_DATE, 1, 10);\n"
+        "INSERT INTO sys_ck_snapshot (PERIOD, WL_ID, CK_ID, " + list("K#") + ", QTY, MONEY) " + closingSelect("substr(NEW.CK_END_DATE, 1, 10)") +
             ";\nEND",
         "CREATE TRIGGER IF NOT EXISTS qx_snapshot_reopen AFTER UPDATE OF CK_END_DATE ON sys_co "
         "WHEN OLD.CK_END_DATE IS NOT NULL AND (NEW.CK_END_DATE IS NULL OR NEW.CK_END_DATE < OLD.CK_END_DATE)\nBEGIN\n"
-        "DELETE FROM sys_ck_snapshot WHERE NEW.CK_END_DATE IS NULL OR PERIOD > NEW.CK_END_DATE;\nEND",
+        "DELETE FROM sys_ck_snapshot WHERE NEW.CK_END_DATE IS NULL OR PERIOD > substr(NEW.CK_END_DATE, 1, 10);\nEND",
     };
 }
 
@@ -83,10 +84,11 @@ std::string stockBeforeQuery(db::Database& db, const std::string& date, bool use
     } else {
         const std::string p = quoted(period);
         // SKUs that had no stock row when the month was closed start from their opening.
-        parts = "SELECT s.WL_ID, s.CK_ID, " + list("s.K# AS Q#") + " FROM sys_ck_snapshot s WHERE s.PERIOD = " + p +
-                " UNION ALL SELECT k.WL_ID, k.CK_ID, " + list("k.B#") +
-                " FROM d1802 k WHERE NOT EXISTS (SELECT 1 FROM sys_ck_snapshot s WHERE s.PERIOD = " + p +
-                " AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID) UNION ALL SELECT m.WL_ID, m.CK_ID, " + list("m.Q#") +
+        // Every stock row from its snapshot; rows that had none when the month was closed start
+        // from their opening quantities.
+        parts = "SELECT k.WL_ID, k.CK_ID, " + list("CASE WHEN s.WL_ID IS NULL THEN k.B# ELSE s.K# END AS Q#") +
+                " FROM d1802 k LEFT JOIN sys_ck_snapshot s ON s.PERIOD = " + p +
+                " AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID UNION ALL SELECT m.WL_ID, m.CK_ID, " + list("m.Q#") +
                 " FROM V_QX_MOVES m WHERE m.BDATE >= " + p + " AND m.BDATE < " + before;
     }
     return "SELECT x.WL_ID, x.CK_ID, " + list("SUM(x.Q#) AS Q#") + " FROM (" + parts + ") x GROUP BY x.WL_ID, x.CK_ID";
