@@ -17,7 +17,10 @@ TQXCK341F::TQXCK341F(QWidget* Owner) : TFrm_Sys_Filter(Owner) {
     Panel_Condition->NewRow();
     CheckBox1 = Panel_Condition->AddCheckBox("CheckBox1", "有效");
     CheckBox2 = Panel_Condition->AddCheckBox("CheckBox2", "失效");
+    // Goods imported by the system initialisation come in with WL_YS = 0: both ticked at first,
+    // so a new list shows every opening row.
     CheckBox1->setChecked(true);
+    CheckBox2->setChecked(true);
     FormCreate();
 }
 
