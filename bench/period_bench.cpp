@@ -11,25 +11,16 @@
 #include <stdexcept>
 #include <string>
 
+#include "bench/BenchShop.h"
 #include "db/procedures/ClosingSnapshots.h"
 #include "db/sqlite/PostingRules.h"
 #include "db/sqlite/SqliteDatabase.h"
-#include "db/tools/DemoData.h"
 
 namespace {
 
 std::string sourcePath() {
     if (const char* path = std::getenv("QXCK_PERIOD_BENCH_DB")) return path;
-    if (const char* path = std::getenv("QXCK_BENCH_DB")) return path;
-    const auto path = (std::filesystem::temp_directory_path() / "qxck-bench-scale10.db").string();
-    if (!std::filesystem::exists(path)) {
-        qx::demo::Options options;
-        options.scale = 10;
-        options.seed = 1;
-        options.endDate = "2026-06-30";
-        qx::demo::createDemoDatabase(path, options);
-    }
-    return path;
+    return qx::bench::benchShopPath();
 }
 
 // A private copy with its open month closed once (so there is a snapshot to read from).

@@ -44,19 +44,17 @@ TQXck341::TQXck341(QWidget* Owner) : TFrm_Base_Outer(Owner) {
 
 void TQXck341::BuildColumns() {
     DBGridEh->AutoColumns = false;
-    struct Column {
-        const char* field;
-        const char* title;
-        int width;
-        bool shown;
-    };
-    static const Column head[] = {
-        {"ID", "ID", 80, false},           {"CK_ID", "仓库号", 50, false},     {"CK_NAME", "仓库", 80, true},
-        {"K_ID", "款号", 90, true},        {"WL_ID", "商品编号", 100, true},   {"WL_NAME", "商品名称", 120, true},
-        {"COL_NAME", "颜色", 60, true},    {"PP", "品牌", 70, true},          {"DW_NAME", "单位", 40, true},
-        {"CLASS_ID", "类型号", 50, false}, {"CLASS_NAME", "商品类型", 80, true},
-    };
-    for (const Column& c : head) DBGridEh->AddColumn(c.field, c.title, c.width)->Visible = c.shown;
+    qx::period::addColumns(DBGridEh, {{"ID", "ID", 80, false},
+                                      {"CK_ID", "仓库号", 50, false},
+                                      {"CK_NAME", "仓库", 80},
+                                      {"K_ID", "款号", 90},
+                                      {"WL_ID", "商品编号", 100},
+                                      {"WL_NAME", "商品名称", 120},
+                                      {"COL_NAME", "颜色", 60},
+                                      {"PP", "品牌", 70},
+                                      {"DW_NAME", "单位", 40},
+                                      {"CLASS_ID", "类型号", 50, false},
+                                      {"CLASS_NAME", "商品类型", 80}});
     for (int i = 0; i < kSizes; ++i) {
         TColumnEh* size = DBGridEh->AddColumn("B" + QString::number(i), "尺码|-", 40);
         size->Footer.ValueType = fvtSum;
@@ -66,7 +64,7 @@ void TQXck341::BuildColumns() {
     money->Footer.ValueType = fvtSum;
     money->DisplayFormat = "0.00";
     DBGridEh->AddColumn("BEGIN_DJ", "期初单价", 70)->DisplayFormat = "0.00";
-    DBGridEh->AddColumn("BDATE", "期初日期", 80)->DisplayFormat = "yyyy-mm-dd";
+    qx::period::addColumns(DBGridEh, {{"BDATE", "期初日期", 80}});
     for (int i = 0; i < kSizes; ++i) DBGridEh->AddColumn("M" + QString::number(i), "M" + QString::number(i), 30)->Visible = false;
     DBGridEh->SetFooterRowVisible(true);
     DBGridEh->ColumnsChanged();

@@ -61,23 +61,18 @@ TQXCK342_2::TQXCK342_2(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
 TQXCK342_2::~TQXCK342_2() { DBGridEh->ClearHooks(); }
 
 void TQXCK342_2::BuildColumns() {
-    struct Column {
-        const char* field;
-        const char* title;
-        int width;
-        bool shown;
-    };
-    static const Column columns[] = {
-        {"K_ID", "款号", 90, true},          {"WL_NAME", "品名", 120, true},      {"noid", "单号", 100, true},
-        {"BDATE", "日期", 80, true},         {"mytype", "mytype", 40, false},    {"C", "单据类型", 70, true},
-        {"in1", "进|数量", 50, true},        {"in_mon", "进|成本金额", 70, true}, {"ou1", "出|数量", 50, true},
-        {"ou_mon", "进|成本金额", 70, true}, {"jc", "存|数量", 50, true},        {"jc_mon", "存|成本金额", 70, true},
-    };
-    for (const Column& c : columns) {
-        TColumnEh* column = DBGridEh->AddColumn(c.field, c.title, c.width);
-        column->Visible = c.shown;
-        if (QString(c.field) == "BDATE") column->DisplayFormat = "yyyy-mm-dd";
-    }
+    qx::period::addColumns(DBGridEh, {{"K_ID", "款号", 90},
+                                      {"WL_NAME", "品名", 120},
+                                      {"noid", "单号", 100},
+                                      {"BDATE", "日期", 80},
+                                      {"mytype", "mytype", 40, false},
+                                      {"C", "单据类型", 70},
+                                      {"in1", "进|数量", 50},
+                                      {"in_mon", "进|成本金额", 70},
+                                      {"ou1", "出|数量", 50},
+                                      {"ou_mon", "进|成本金额", 70},
+                                      {"jc", "存|数量", 50},
+                                      {"jc_mon", "存|成本金额", 70}});
     DBGridEh->ColumnsChanged();
 }
 

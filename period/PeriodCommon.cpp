@@ -62,6 +62,14 @@ QString sizeTitle(TClientDataSet* ds, const QString& prefix, int i) {
     return name.isEmpty() ? QStringLiteral("-") : name;
 }
 
+void addColumns(TDBGridEh* grid, std::initializer_list<GridColumn> columns) {
+    for (const GridColumn& c : columns) {
+        TColumnEh* column = grid->AddColumn(c.field, c.title, c.width);
+        column->Visible = c.shown;
+        if (QString(c.field).endsWith("DATE", Qt::CaseInsensitive)) column->DisplayFormat = "yyyy-mm-dd";
+    }
+}
+
 void copyDataSet(TClientDataSet* from, TClientDataSet* to) {
     to->ClearFields();
     for (int f = 0; f < from->FieldCount(); ++f) {

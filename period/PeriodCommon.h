@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <initializer_list>
 
 #include "framework/Frm_Base.h"
 
@@ -23,6 +24,16 @@ CancelProbe setCancelProbe(CancelProbe probe);
 // The size name of position i of the current row of `ds` (field prefix "m" or "M"), "-" when
 // the name is empty.
 QString sizeTitle(TClientDataSet* ds, const QString& prefix, int i);
+
+// Columns of a grid as data: field, title, width, shown; "BDATE"-like fields (ending in DATE)
+// show "YYYY-MM-DD".
+struct GridColumn {
+    const char* field;
+    const char* title;
+    int width;
+    bool shown = true;
+};
+void addColumns(TDBGridEh* grid, std::initializer_list<GridColumn> columns);
 
 // Replaces the fields and rows of `to` with a copy of those of `from` (cursor on the first row).
 void copyDataSet(TClientDataSet* from, TClientDataSet* to);

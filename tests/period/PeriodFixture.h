@@ -18,6 +18,7 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
+#include "tests/support/RecordedCalls.h"
 
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
 
@@ -58,7 +59,7 @@ protected:
         db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
         seedShop();
         qx::dataop::setDatabase(db);
-        qx::dataop::setObserver([this](const Call& c) { calls.push_back(c); });
+        qx::dataop::setObserver([this](const Call& c) { recorded.record(c); });
         qx::ui::setScreenPresenter([](TFrm_Base* screen) { screen->show(); });
         qx::ui::setModalHandler([this](TFrm_Base* dialog) {
             modalDialogs.push_back(dialog->objectName());
@@ -113,34 +114,16 @@ protected:
              sku.left(3) + "', '" + sku.mid(3) + "', '" + warehouse + "', " + QString::number(qty) + ")");
     }
 
-    qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
-    QString scalar(const QString& sql) {
-        const auto r = query(sql);
-        if (r.rows.empty() || r.rows[0].empty()) return {};
-        const auto& v = r.rows[0][0];
-        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-        return {};
-    }
+    QString scalar(const QString& sql) { return scalarText(*db, sql); }
     QString periodEnd() { return scalar("SELECT CK_END_DATE FROM sys_co").left(10); }
-
-    std::vector<QString> statements(Call::Kind kind) const {
-        std::vector<QString> out;
-        for (const auto& c : calls)
-            if (c.kind == kind) out.push_back(c.sql);
-        return out;
-    }
-    Call lastExec() const {
-        for (auto it = calls.rbegin(); it != calls.rend(); ++it)
-            if (it->kind == Call::Kind::ExecSql) return *it;
-        return {};
-    }
+    std::vector<QString> statements(Call::Kind kind) const { return recorded.statements(kind); }
+    Call lastExec() const { return recorded.lastExec(); }
 
     qx::ui::ScopedScriptedSink sink;
     QTemporaryDir dir;
     std::shared_ptr<qx::db::Database> db;
-    std::vector<Call> calls;
+    RecordedCalls recorded;
+    std::vector<Call>& calls = recorded.calls;
     QStringList modalDialogs;
     std::function<int(TFrm_Base*)> onModal;
 };

@@ -29,6 +29,13 @@ protected:
         calls.clear();
         return check;
     }
+    // A sale entered with the guards off (a maintenance path), so it may drive checked goods
+    // below zero.
+    void sellUnguarded(const QString& sku, int qty) {
+        maintain("INSERT INTO D8201 (T, NOID, CK_ID, BDATE, USER_ID) VALUES (1, 'S9', '01', '2026-03-17', 'U1');"
+                 "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) VALUES ('S9', '" + sku + "', '" + sku.left(3) + "', '" +
+                 sku.mid(3) + "', '01', " + QString::number(qty) + ")");
+    }
     int cell(TQXCK342_1* check, const QString& field) { return check->AdoQry_Tmp->FieldByName(field)->AsInteger(); }
     std::unique_ptr<TClientDataSet> rows;
 };
@@ -92,8 +99,7 @@ TEST_F(BalanceCheck, TheRepairCopiesTheRecomputedStockAndTheBooksBalanceAfterwar
 TEST_F(BalanceCheck, ARepairThatWouldDriveCheckedGoodsNegativeFailsAndChangesNothing) {
     // K02 is checked; its books say 2 but the documents say -1 after a sale entered with the
     // guard off (a maintenance path), and K01 is broken too.
-    maintain("INSERT INTO D8201 (T, NOID, CK_ID, BDATE, USER_ID) VALUES (1, 'S9', '01', '2026-03-17', 'U1');"
-             "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) VALUES ('S9', 'K0201', 'K02', '01', '01', 3)");
+    sellUnguarded("K0201", 3);
     maintain("UPDATE d1802 SET K0=2 WHERE WL_ID='K0201' AND CK_ID='01'");
     maintain("UPDATE d1802 SET K1=1 WHERE WL_ID='K0101' AND CK_ID='01'");
     auto check = openCheck();
@@ -109,8 +115,7 @@ TEST_F(BalanceCheck, ARepairThatWouldDriveCheckedGoodsNegativeFailsAndChangesNot
 }
 
 TEST_F(BalanceCheck, TheRepairMayDriveUncheckedGoodsNegative) {
-    maintain("INSERT INTO D8201 (T, NOID, CK_ID, BDATE, USER_ID) VALUES (1, 'S9', '01', '2026-03-17', 'U1');"
-             "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) VALUES ('S9', 'K0101', 'K01', '01', '01', 9)");
+    sellUnguarded("K0101", 9);
     maintain("UPDATE d1802 SET K0=5 WHERE WL_ID='K0101' AND CK_ID='01'");
     auto check = openCheck();
     check->btn_ok->click();
