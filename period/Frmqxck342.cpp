@@ -84,6 +84,7 @@ TQXCK342::TQXCK342(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
         buttons->insertWidget(buttons->indexOf(btn_ok) + 1, btn_c);
     }
     btn_cancel->setText("退出");
+    resize(560, 400);
 
     AdoQry_Tmp = new TClientDataSet(this);
     AdoQry_Tmp->setObjectName("AdoQry_Tmp");
