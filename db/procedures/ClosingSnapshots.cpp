@@ -74,37 +74,55 @@ std::string latestSnapshotAtOrBefore(db::Database& db, const std::string& date) 
     return result.rows.empty() || result.rows[0].empty() ? std::string() : text(result.rows[0][0]);
 }
 
-std::string stockBeforeQuery(db::Database& db, const std::string& date, bool useSnapshots) {
+namespace {
+
+// How the stock before a date is recomputed for the stock rows `k`: the starting quantity of
+// size # (`start`, with '#' for the position) plus x.Q#, with the joins that bring s and x.
+struct Recomputation {
+    std::string start;
+    std::string joins;
+    std::string quantity(const std::string& alias) const { return list(start + " + ISNULL(x.Q#, 0) AS " + alias); }
+};
+
+Recomputation recomputation(db::Database& db, const std::string& date, bool useSnapshots) {
     const std::string period = useSnapshots ? latestSnapshotAtOrBefore(db, date) : std::string();
-    const std::string before = quoted(date);
-    std::string parts;
-    if (period.empty()) {
-        parts = "SELECT k.WL_ID, k.CK_ID, " + list("k.B# AS Q#") + " FROM d1802 k UNION ALL SELECT m.WL_ID, m.CK_ID, " +
-                list("m.Q#") + " FROM V_QX_MOVES m WHERE m.BDATE < " + before;
-    } else {
+    // One row per stock row (every movement has one): its starting quantities plus the
+    // movements from the start to the date, summed per SKU and warehouse.
+    Recomputation r{"k.B#", ""};
+    std::string since = " WHERE m.BDATE < " + quoted(date);
+    if (!period.empty()) {
         const std::string p = quoted(period);
-        // SKUs that had no stock row when the month was closed start from their opening.
-        // Every stock row from its snapshot; rows that had none when the month was closed start
-        // from their opening quantities.
-        parts = "SELECT k.WL_ID, k.CK_ID, " + list("CASE WHEN s.WL_ID IS NULL THEN k.B# ELSE s.K# END AS Q#") +
-                " FROM d1802 k LEFT JOIN sys_ck_snapshot s ON s.PERIOD = " + p +
-                " AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID UNION ALL SELECT m.WL_ID, m.CK_ID, " + list("m.Q#") +
-                " FROM V_QX_MOVES m WHERE m.BDATE >= " + p + " AND m.BDATE < " + before;
+        // From the snapshot; rows that had none when the month was closed start from their
+        // opening quantities.
+        r.start = "CASE WHEN s.WL_ID IS NULL THEN k.B# ELSE s.K# END";
+        since = " WHERE m.BDATE >= " + p + " AND m.BDATE < " + quoted(date);
+        r.joins = " LEFT JOIN sys_ck_snapshot s ON s.PERIOD = " + p + " AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID";
     }
-    return "SELECT x.WL_ID, x.CK_ID, " + list("SUM(x.Q#) AS Q#") + " FROM (" + parts + ") x GROUP BY x.WL_ID, x.CK_ID";
+    r.joins += " LEFT JOIN (SELECT m.WL_ID, m.CK_ID, " + list("SUM(m.Q#) AS Q#") + " FROM V_QX_MOVES m" + since +
+               " GROUP BY m.WL_ID, m.CK_ID) x ON x.WL_ID = k.WL_ID AND x.CK_ID = k.CK_ID";
+    return r;
+}
+
+}  // namespace
+
+std::string stockBeforeQuery(db::Database& db, const std::string& date, bool useSnapshots) {
+    const Recomputation r = recomputation(db, date, useSnapshots);
+    return "SELECT k.WL_ID, k.CK_ID, " + r.quantity("Q#") + " FROM d1802 k" + r.joins;
 }
 
 std::string balanceFromSnapshotQuery(db::Database& db) {
-    const std::string recomputed = stockBeforeQuery(db, "9999-12-31", true);
-    std::string sql = "SELECT k.CK_ID AS ck_id, w.CK_NAME AS ck_name, k.WL_ID AS wl_id, s.K_ID AS k_id, st.WL_NAME AS wl_name, "
+    const Recomputation r = recomputation(db, "9999-12-31", true);
+    std::string sql = "SELECT k.CK_ID AS ck_id, w.CK_NAME AS ck_name, k.WL_ID AS wl_id, s2.K_ID AS k_id, st.WL_NAME AS wl_name, "
                       "c.COL_NAME AS COL_NAME, " +
-                      list("ISNULL(r.Q#, 0) AS C#") + ", " + list("k.K# AS K#") + ", " + list("z.M# AS m#") +
-                      " FROM d1802 k LEFT JOIN (" + recomputed +
-                      ") r ON r.WL_ID = k.WL_ID AND r.CK_ID = k.CK_ID LEFT JOIN d1007 w ON w.CK_ID = k.CK_ID "
-                      "LEFT JOIN d1801 s ON s.WL_ID = k.WL_ID LEFT JOIN d1800 st ON st.K_ID = s.K_ID "
-                      "LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID LEFT JOIN d1006 z ON z.M_ID = st.M_ID WHERE ";
-    for (int i = 0; i < kSizes; ++i)
-        sql += std::string(i ? " OR " : "") + "k.K" + std::to_string(i) + " <> ISNULL(r.Q" + std::to_string(i) + ", 0)";
+                      r.quantity("C#") + ", " + list("k.K# AS K#") + ", " + list("z.M# AS m#") + " FROM d1802 k" + r.joins +
+                      " LEFT JOIN d1007 w ON w.CK_ID = k.CK_ID LEFT JOIN d1801 s2 ON s2.WL_ID = k.WL_ID "
+                      "LEFT JOIN d1800 st ON st.K_ID = s2.K_ID LEFT JOIN d1005 c ON c.COL_ID = s2.COL_ID "
+                      "LEFT JOIN d1006 z ON z.M_ID = st.M_ID WHERE ";
+    for (int i = 0; i < kSizes; ++i) {
+        std::string start = r.start;
+        for (auto at = start.find('#'); at != std::string::npos; at = start.find('#')) start.replace(at, 1, std::to_string(i));
+        sql += std::string(i ? " OR " : "") + "k.K" + std::to_string(i) + " <> " + start + " + ISNULL(x.Q" + std::to_string(i) + ", 0)";
+    }
     return sql;
 }
 
