@@ -1,5 +1,10 @@
 #include "db/procedures/ClosingSnapshots.h"
 
+// GCC 12 reports a false -Wrestrict on "literal" + std::string temporaries (GCC bug 105329).
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wrestrict"
+#endif
+
 #include <string>
 
 namespace qx::db::procedures {
