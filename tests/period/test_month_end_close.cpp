@@ -123,6 +123,16 @@ TEST_F(MonthEndClose, EachClickMovesOneMonthWithoutAsking) {
     EXPECT_EQ(sink->texts().size(), 5);
 }
 
+TEST_F(MonthEndClose, WithoutAnOpenPeriodTheLabelsStayEmptyAndACloseSetsNone) {
+    exec("UPDATE sys_co SET CK_END_DATE=NULL");
+    auto screen = open();
+    EXPECT_EQ(screen->BDATE->text(), "");
+    EXPECT_EQ(screen->EDATE->text(), "");
+    EXPECT_TRUE(screen->btn_ok->isEnabled());
+    screen->btn_ok->click();
+    EXPECT_EQ(scalar("SELECT COUNT(*) FROM sys_co WHERE CK_END_DATE IS NULL"), "1");
+}
+
 TEST_F(MonthEndClose, F2Closes) {
     auto screen = open();
     QTest::keyClick(screen.get(), Qt::Key_F2);
