@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
-#include <QTextStream>
 
 #include "db/tools/DemoData.h"
 #include "frame/Qxfunc2.h"
@@ -12,8 +11,8 @@
 #include "framework/U_dataop.h"
 #include "framework/U_glo.h"
 #include "host/MainWindow.h"
-#include "host/ScriptRunner.h"
 #include "tests/support/RecordedCalls.h"
+#include "tests/support/RunScript.h"
 
 namespace {
 
@@ -33,15 +32,7 @@ protected:
         qx::dataop::setDatabase(nullptr);
         ResetGlobals();
     }
-    QString run(const QString& script) {
-        QString output;
-        QTextStream out(&output);
-        qx::host::ScriptRunner runner(*window, *db, out);
-        const int rc = runner.run(qx::host::parseScript(script));
-        out.flush();
-        EXPECT_EQ(rc, 0) << output.toStdString();
-        return output;
-    }
+    QString run(const QString& script) { return qx::test::runScript(*window, *db, script); }
     QString scalar(const QString& sql) { return qx::test::scalarText(*db, sql); }
 
     QTemporaryDir dir;
