@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/BenchShop.h"
 #include "db/sqlite/SqliteDatabase.h"
 #include "db/tools/DemoData.h"
 #include "db/tsql/SqliteCatalog.h"
@@ -20,21 +21,8 @@
 
 namespace {
 
-std::string benchDatabasePath() {
-    if (const char* path = std::getenv("QXCK_BENCH_DB")) return path;
-    const auto path = (std::filesystem::temp_directory_path() / "qxck-bench-scale10.db").string();
-    if (!std::filesystem::exists(path)) {
-        qx::demo::Options options;
-        options.scale = 10;
-        options.seed = 1;
-        options.endDate = "2026-06-30";
-        qx::demo::createDemoDatabase(path, options);
-    }
-    return path;
-}
-
 qx::db::SqliteDatabase& shop() {
-    static auto db = qx::db::openSqlite(benchDatabasePath());
+    static auto db = qx::db::openSqlite(qx::bench::benchShopPath());
     return dynamic_cast<qx::db::SqliteDatabase&>(*db);
 }
 

@@ -44,8 +44,8 @@ private:
 };
 
 struct ExecOptions {
-    // Maintenance batches (initialisation, clearing documents, the balance repair) run with the
-    // negative-stock and closed-period guards off; every other batch is guarded.
+    // Maintenance batches (initialisation, clearing documents) run with the negative-stock and
+    // closed-period guards off; every other batch is guarded, the quantity balance repair too.
     bool maintenance = false;
 };
 

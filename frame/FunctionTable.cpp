@@ -13,6 +13,8 @@
 #include "frame/Dispatch.h"
 #include "labels/Frmqxck297.h"
 #include "labels/Frmqxck299.h"
+#include "period/Frmqxck341.h"
+#include "period/Frmqxck342.h"
 
 namespace qx::frame {
 namespace {
@@ -39,8 +41,8 @@ const std::array kFunctions{
     FunctionRow{218, "TQXCK231",   "Frmqxck231",   "TFrm_Base_Entry_Head", "损溢单",              Embedded,       None,               Documents, nullptr},
     FunctionRow{219, "TQXCK234",   "Frmqxck234",   "TFrm_Base_Entry_Head", "调拨到货点收",        Embedded,       SeveralWarehouses,  Documents, nullptr},
     FunctionRow{235, "TQXCK235",   "Frmqxck235",   "TFrm_Base_Entry_Head", "盘点录入",            Embedded,       None,               Documents, nullptr},
-    FunctionRow{241, "TQXck341",   "Frmqxck341",   "TFrm_Base_Outer",      "商品库存期初",        Embedded,       None,               Period,    nullptr},
-    FunctionRow{242, "TQXCK342",   "Frmqxck342",   "TFrm_Base_Dialog",     "库存期间月结",        ModalDialog,    None,               Period,    nullptr},
+    FunctionRow{241, "TQXck341",   "Frmqxck341",   "TFrm_Base_Outer",      "商品库存期初",        Embedded,       None,               Period,    screen<TQXck341, &QXck341>},
+    FunctionRow{242, "TQXCK342",   "Frmqxck342",   "TFrm_Base_Dialog",     "库存期间月结",        ModalDialog,    None,               Period,    screen<TQXCK342, &QXCK342>},
     FunctionRow{252, "TQXCK252",   "Frmqxck252",   "TFrm_Base_Qry",        "进销存分类表",        Embedded,       None,               Reports,   nullptr},
     FunctionRow{253, "TQXCK253",   "Frmqxck253",   "TFrm_Base_Qry",        "进销存汇总表",        Embedded,       None,               Reports,   nullptr},
     FunctionRow{254, "TQXCK254",   "Frmqxck254",   "TFrm_Base_Qry",        "进销存明细表",        Embedded,       None,               Reports,   nullptr},

@@ -4,9 +4,10 @@
 // closed-period guards on, except the maintenance batches, which rewrite stock and documents on
 // purpose. They are recognised from the function code and the mode the screen passes:
 //   - function "932" (system initialisation: wipe and import), any mode;
-//   - mode MaintenanceMode::BalanceRepair ("BalanceRepair": the quantity balance repair);
 //   - mode MaintenanceMode::ClearDocuments ("ClearDocuments": clearing documents).
-// Every other batch (document saves, deletes, settings) is guarded.
+// Every other batch (document saves, deletes, settings) is guarded. The quantity balance repair
+// is guarded too: a recomputed negative stock of goods that may not go negative refuses it (the
+// closed-period guard concerns document rows only, which the repair does not touch).
 #include "framework/U_dataop.h"
 
 #include <mutex>
@@ -48,7 +49,6 @@ void setObserver(Observer observer) { currentObserver() = std::move(observer); }
 
 bool isMaintenanceBatch(const QString& funcNo, const QString& mode) {
     return funcNo.trimmed() == SystemInitialisationFunction ||
-           mode.compare(MaintenanceMode::BalanceRepair, Qt::CaseInsensitive) == 0 ||
            mode.compare(MaintenanceMode::ClearDocuments, Qt::CaseInsensitive) == 0;
 }
 

@@ -41,9 +41,9 @@ using Observer = std::function<void(const Call&)>;
 
 // Maintenance batches run with the database's negative-stock and closed-period guards off:
 // every batch of function "932" (system initialisation), and batches whose mode is one of these.
+// The quantity balance repair is not one of them: it runs guarded.
 inline constexpr const char* SystemInitialisationFunction = "932";
 namespace MaintenanceMode {
-inline constexpr const char* BalanceRepair = "BalanceRepair";    // quantity balance repair
 inline constexpr const char* ClearDocuments = "ClearDocuments";  // clearing documents
 }  // namespace MaintenanceMode
 QX_FRAMEWORK_EXPORT bool isMaintenanceBatch(const QString& funcNo, const QString& mode);

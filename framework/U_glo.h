@@ -25,6 +25,9 @@ struct QX_FRAMEWORK_EXPORT Trecord {
     qint32 HostFlags = 0;
 };
 
+// Bits of Trecord::HostFlags the module reads.
+inline constexpr qint32 HostFlagMayWrite = 0x1;  // the user may run the function's actions
+
 QX_FRAMEWORK_EXPORT extern AnsiString G_UserId;
 QX_FRAMEWORK_EXPORT extern AnsiString G_UserName;
 QX_FRAMEWORK_EXPORT extern AnsiString G_ckid;

@@ -125,7 +125,14 @@ void addPostingTriggers(const PostingRule& rule, std::vector<std::string>& out) 
     const std::string base = std::string("qx_post_") + rule.id;
     out.push_back(trigger(base + "_line_ins", "AFTER INSERT", rule.lineTable, "", postLine(rule, "NEW", +1)));
     out.push_back(trigger(base + "_line_del", "AFTER DELETE", rule.lineTable, "", postLine(rule, "OLD", -1)));
-    out.push_back(trigger(base + "_line_upd", "AFTER UPDATE", rule.lineTable, "",
+    // A line update re-posts only when something that posts changed: a change of cost columns
+    // alone (the cost recalculation writes them) leaves the stock rows alone.
+    std::string posted = "OLD.NOID IS NOT NEW.NOID OR OLD.WL_ID IS NOT NEW.WL_ID";
+    if (rule.lineHasStyle) posted += " OR OLD.K_ID IS NOT NEW.K_ID";
+    if (!rule.warehouseOnHead) posted += std::string(" OR OLD.") + rule.warehouse + " IS NOT NEW." + rule.warehouse;
+    for (int i = 0; i < kSizes; ++i)
+        posted += " OR " + column("OLD.", rule.quantity, i) + " IS NOT " + column("NEW.", rule.quantity, i);
+    out.push_back(trigger(base + "_line_upd", "AFTER UPDATE", rule.lineTable, posted,
                           postLine(rule, "OLD", -1) + postLine(rule, "NEW", +1)));
 
     // A head posts its lines when it becomes effective (or when a line-independent part of the

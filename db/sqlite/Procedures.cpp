@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 
+#include "db/procedures/CostRecalculation.h"
 #include "db/sqlite/SqliteDatabase.h"
 
 namespace qx::db {
@@ -26,7 +27,10 @@ ResultSet runSqlText(SqliteDatabase& db, const tsql::ProcedureCall& call) {
 struct Registry {
     std::mutex mutex;
     std::map<std::string, Procedure> procedures;
-    Registry() { procedures.emplace("SYS_M", runSqlText); }
+    Registry() {
+        procedures.emplace("SYS_M", runSqlText);
+        procedures.emplace("SYS_CBKS", qx::db::procedures::recalculateCosts);
+    }
 };
 
 Registry& registry() {

@@ -9,6 +9,8 @@
 #include <ctime>
 #include <filesystem>
 
+#include "db/Progress.h"
+#include "db/procedures/ClosingSnapshots.h"
 #include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Procedures.h"
 #include "db/sqlite/Schema.h"
@@ -81,6 +83,10 @@ void closedPeriodFunction(sqlite3_context* context, int, sqlite3_value** argv) {
                                 " 之前），不能新增、修改或删除该期间的单据";
     sqlite3_result_error(context, message.c_str(), -1);
 }
+
+// Every few thousand steps of the virtual machine: may the running operation go on?
+int progressHandler(void*) { return progressContinues() ? 0 : 1; }
+constexpr int kProgressSteps = 20000;
 
 Value valueAt(sqlite3_stmt* stmt, int i) {
     switch (sqlite3_column_type(stmt, i)) {
@@ -163,6 +169,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
             if (!create) throw Error(path + " is not a shop database (no tables)");
             createSchema();
         }
+        for (const auto& statement : procedures::closingSnapshotStatements()) runNative(statement);
     } catch (...) {
         for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
         cache_.clear();
@@ -185,6 +192,7 @@ void SqliteDatabase::configureConnection() {
     sqlite3_create_function(db_, "qx_guarded", 0, utf8, &guard_, guardedFunction, nullptr, nullptr);
     sqlite3_create_function(db_, "qx_stock_short", 2, utf8, &guard_, stockShortFunction, nullptr, nullptr);
     sqlite3_create_function(db_, "qx_closed_period", 4, utf8, &guard_, closedPeriodFunction, nullptr, nullptr);
+    sqlite3_progress_handler(db_, kProgressSteps, progressHandler, nullptr);
     runNative("PRAGMA journal_mode=WAL");
     runNative("PRAGMA synchronous=NORMAL");
     runNative("PRAGMA foreign_keys=OFF");
@@ -299,7 +307,7 @@ ResultSet SqliteDatabase::stepNative(const std::string& sql, bool collect, const
         const int rc = sqlite3_step(stmt);
         if (rc == SQLITE_DONE) break;
         if (rc != SQLITE_ROW) {
-            std::string message = sqlite3_errmsg(db_);
+            std::string message = (rc & 0xff) == SQLITE_INTERRUPT ? kCancelledMessage : sqlite3_errmsg(db_);
             fail(message, origin);
         }
         if (!collect) continue;

@@ -48,6 +48,23 @@ public:
 
     sqlite3* handle() const { return db_; }
 
+    // Turns both guards off until the object goes (restoring what was before). For routines of
+    // the database itself that rewrite derived columns only, such as the cost prices the cost
+    // recalculation writes into document lines of closed months.
+    class GuardsSuspended {
+    public:
+        explicit GuardsSuspended(SqliteDatabase& db) : guard_(db.guard_), previous_(db.guard_.maintenance) {
+            guard_.maintenance = true;
+        }
+        ~GuardsSuspended() { guard_.maintenance = previous_; }
+        GuardsSuspended(const GuardsSuspended&) = delete;
+        GuardsSuspended& operator=(const GuardsSuspended&) = delete;
+
+    private:
+        GuardState& guard_;
+        bool previous_;
+    };
+
 private:
     class Transaction;
 

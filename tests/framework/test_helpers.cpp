@@ -164,10 +164,11 @@ TEST_F(FrameworkDataOps, DatabaseErrorsBecomeDatabaseExceptions) {
 TEST_F(FrameworkDataOps, MaintenanceBatchesAreRecognisedFromFunctionAndMode) {
     ExecSql("201", "D1", "Add", "x", 65535, false, true, false, true);
     ExecSql("932", "", "", "x", 0, false, true, true, true);
-    ExecSql("243", "", qx::dataop::MaintenanceMode::BalanceRepair, "x", 65535, false, true, false, true);
-    ExecSql("932", "", qx::dataop::MaintenanceMode::ClearDocuments, "x", 65535, false, true, false, true);
-    EXPECT_EQ(db->maintenance, (std::vector<bool>{false, true, true, true}));
+    ExecSql("243", "", qx::dataop::MaintenanceMode::ClearDocuments, "x", 65535, false, true, false, true);
+    ExecSql("342", "342", "E", "x", 65535, false, true, false, true);
+    EXPECT_EQ(db->maintenance, (std::vector<bool>{false, true, true, false}));
     EXPECT_FALSE(qx::dataop::isMaintenanceBatch("242", "Edit"));
+    EXPECT_FALSE(qx::dataop::isMaintenanceBatch("342", "BalanceRepair")) << "the balance repair runs guarded";
 }
 
 TEST(FrameworkDataOpsWithoutDatabase, ReportsThatNoneIsOpen) {

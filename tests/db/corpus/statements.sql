@@ -359,10 +359,10 @@ UPDATE sys_CO  SET CK_END_DATE = (SELECT DATEADD(m, - 1, DATEADD(mm, DATEDIFF(mm
 -- @entry close-balance-check open
 select *  from V_CHECKKC
 
--- @entry close-cost-recalculation open refuse=unknown procedure
+-- @entry close-cost-recalculation open
 EXEC SYS_CBKS
 
--- @entry balance-repair maintenance
+-- @entry balance-repair exec
 update d1802 set k0=t.c0,k1=t.c1, k2=t.c2,k3=t.c3,k4=t.c4,k5=t.c5,k6=t.c6,k7=t.c7,k8=t.c8,k9=t.c9 from V_CHECKKC t where d1802.wl_id=t.wl_id and d1802.ck_id=t.ck_id; UPDATE  d1800 SET KC=T.K FROM ( SELECT D1801.K_ID,SUM(D1802.K0 + D1802.K1 + D1802.K2 + D1802.K3 + D1802.K4 + D1802.K5 + D1802.K6 + D1802.K7 + D1802.K8 + D1802.K9) AS k FROM D1802 INNER JOIN D1801 ON D1802.WL_ID = D1801.WL_ID  GROUP BY D1801.K_ID) t WHERE D1800.K_ID=T.K_ID AND D1800.KC<>T.K 
 
 -- ======== system settings ========

@@ -1,0 +1,48 @@
+#pragma once
+// What the period screens share: running one long database call under a progress window that
+// can cancel it, the size-column titles of their grids, copying a result into a screen's own
+// dataset, and the hook through which the balance check opens the stock movement detail.
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <initializer_list>
+
+#include "framework/Frm_Base.h"
+
+namespace qx::period {
+
+// Runs `work` (one database call) with a progress window that appears after half a second and
+// offers "取消". Cancelling interrupts the call: the database rolls its batch back and the
+// operation ends silently. Any other failure propagates unchanged.
+void runWithProgress(QWidget* parent, const QString& label, const std::function<void()>& work);
+
+// Tests and scripts: asked where the window would be asked whether the user cancelled
+// (nullptr: the window decides). Returns the previous probe.
+using CancelProbe = std::function<bool()>;
+CancelProbe setCancelProbe(CancelProbe probe);
+
+// The size name of position i of the current row of `ds` (field prefix "m" or "M"), "-" when
+// the name is empty.
+QString sizeTitle(TClientDataSet* ds, const QString& prefix, int i);
+
+// Columns of a grid as data: field, title, width, shown; "BDATE"-like fields (ending in DATE)
+// show "YYYY-MM-DD".
+struct GridColumn {
+    const char* field;
+    const char* title;
+    int width;
+    bool shown = true;
+};
+void addColumns(TDBGridEh* grid, std::initializer_list<GridColumn> columns);
+
+// Replaces the fields and rows of `to` with a copy of those of `from` (cursor on the first row).
+void copyDataSet(TClientDataSet* from, TClientDataSet* to);
+
+// The stock movement detail of one SKU (its screen belongs to the stock query). The balance
+// check opens it through this factory, in the mode "ReadOnly" on its own dataset positioned on
+// the chosen row; while no factory is installed a double click opens nothing.
+using DetailFactory = std::function<TFrm_Base_Detail*(QWidget* owner)>;
+void setStockMovementDetailFactory(DetailFactory factory);
+const DetailFactory& stockMovementDetailFactory();
+
+}  // namespace qx::period

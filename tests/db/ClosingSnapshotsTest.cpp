@@ -1,0 +1,115 @@
+// Closing snapshots: a close stores the stock per SKU and warehouse at the new open month's
+// first day, a reopen drops it, and stock read from a snapshot plus the movements since equals
+// stock read from the opening quantities plus every movement, on a generated shop.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "DbTestSupport.h"
+#include "db/procedures/ClosingSnapshots.h"
+
+namespace qx::dbtest {
+namespace {
+
+namespace procedures = db::procedures;
+
+// The close and reopen statements exactly as the month-end close sends them.
+const std::string kClose =
+    "UPDATE sys_CO  SET CK_END_DATE = (SELECT DATEADD(m, 1, DATEADD(mm, DATEDIFF(mm, 0, (select CK_END_DATE from sys_CO)), 0))) ";
+const std::string kReopen =
+    "UPDATE sys_CO  SET CK_END_DATE = (SELECT DATEADD(m, - 1, DATEADD(mm, DATEDIFF(mm, 0, (select CK_END_DATE from sys_CO)), 0))) ";
+
+std::vector<std::vector<db::Value>> sortedRows(db::ResultSet r) {
+    std::sort(r.rows.begin(), r.rows.end());
+    return r.rows;
+}
+
+class ClosingSnapshots : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const std::string copy = dir.file("shop.db");
+        std::filesystem::copy_file(sharedDemoShop(), copy);
+        db = db::openSqlite(copy);
+    }
+    std::vector<std::string> periods() {
+        std::vector<std::string> out;
+        for (const auto& row : db->open("SELECT DISTINCT PERIOD FROM sys_ck_snapshot ORDER BY PERIOD").rows)
+            out.push_back(text(row[0]).substr(0, 10));
+        return out;
+    }
+    TempDir dir;
+    std::unique_ptr<db::Database> db;
+};
+
+TEST_F(ClosingSnapshots, ACloseStoresTheStockOfEverySkuAndWarehouseAndAReopenDropsIt) {
+    const std::string open = text(scalar(*db, "SELECT CK_END_DATE FROM sys_co")).substr(0, 10);
+    ASSERT_EQ(open, "2026-05-01");
+    EXPECT_TRUE(periods().empty());
+    db->execute(kClose);
+    db->execute(kClose);
+    EXPECT_EQ(periods(), (std::vector<std::string>{"2026-06-01", "2026-07-01"}));
+    EXPECT_EQ(count(*db, "sys_ck_snapshot", "PERIOD >= '2026-07-01'"), count(*db, "d1802"));
+    // Nothing moves after the last business day: the last snapshot is the stock itself.
+    EXPECT_EQ(integer(scalar(*db, "SELECT COUNT(*) FROM sys_ck_snapshot s INNER JOIN d1802 k ON k.WL_ID = s.WL_ID AND "
+                                  "k.CK_ID = s.CK_ID WHERE s.PERIOD >= '2026-07-01' AND (s.K0 <> k.K0 OR s.K5 <> k.K5 OR s.QTY <> k.KC)")),
+              0);
+    EXPECT_EQ(integer(scalar(*db, "SELECT COUNT(*) FROM sys_ck_snapshot s INNER JOIN d1801 x ON x.WL_ID = s.WL_ID INNER JOIN d1800 st "
+                                  "ON st.K_ID = x.K_ID WHERE ABS(s.MONEY - s.QTY * st.DJ) > 0.01")),
+              0)
+        << "valued at the style's cost price";
+    db->execute(kReopen);
+    EXPECT_EQ(periods(), (std::vector<std::string>{"2026-06-01"}));
+    db->execute(kReopen);
+    EXPECT_TRUE(periods().empty());
+}
+
+TEST_F(ClosingSnapshots, ClosingTheSameMonthAgainReplacesItsSnapshot) {
+    db->execute(kClose);
+    const auto rows = count(*db, "sys_ck_snapshot");
+    db->execute(kReopen);
+    db->execute(kClose);
+    EXPECT_EQ(count(*db, "sys_ck_snapshot"), rows);
+}
+
+TEST_F(ClosingSnapshots, StockBeforeADateIsTheSameWithAndWithoutSnapshots) {
+    db->execute(kClose);
+    db->execute(kClose);
+    for (const std::string date : {"2026-01-15", "2026-05-20", "2026-06-01", "2026-06-17", "2026-07-01", "9999-12-31"}) {
+        SCOPED_TRACE(date);
+        const auto with = sortedRows(db->open(procedures::stockBeforeQuery(*db, date, true)));
+        const auto without = sortedRows(db->open(procedures::stockBeforeQuery(*db, date, false)));
+        EXPECT_FALSE(with.empty());
+        EXPECT_EQ(with, without);
+    }
+    EXPECT_EQ(procedures::latestSnapshotAtOrBefore(*db, "2026-06-17").substr(0, 10), "2026-06-01");
+    EXPECT_EQ(procedures::latestSnapshotAtOrBefore(*db, "2026-05-31"), "");
+}
+
+TEST_F(ClosingSnapshots, TheBalanceCheckFromASnapshotListsWhatTheBalanceViewLists) {
+    db->execute(kClose);
+    db->execute(kClose);
+    EXPECT_TRUE(db->open(procedures::balanceFromSnapshotQuery(*db)).rows.empty()) << "the demo shop balances";
+    const std::string broken = "WL_ID IN (SELECT TOP 2 WL_ID FROM d1802 ORDER BY WL_ID)";
+    db->execute("UPDATE d1802 SET K1 = K1 + 3 WHERE " + broken, {true});
+    const auto view = sortedRows(db->open("select *  from V_CHECKKC"));
+    const auto fromSnapshot = sortedRows(db->open(procedures::balanceFromSnapshotQuery(*db)));
+    EXPECT_EQ(static_cast<long long>(view.size()), count(*db, "d1802", broken));
+    EXPECT_FALSE(view.empty());
+    EXPECT_EQ(fromSnapshot, view);
+}
+
+TEST_F(ClosingSnapshots, ADocumentOfTheOpenMonthAfterTheSnapshotCountsFromIt) {
+    db->execute(kClose);  // open month: June
+    const std::string wl = text(scalar(*db, "SELECT TOP 1 WL_ID FROM d1802 WHERE CHECK_KC = 0 ORDER BY WL_ID"));
+    const std::string ck = text(scalar(*db, "SELECT TOP 1 CK_ID FROM d1802 WHERE WL_ID = '" + wl + "' ORDER BY CK_ID"));
+    db->execute("INSERT INTO D8201 (T, NOID, CK_ID, BDATE, USER_ID) VALUES (1, 'SNAP1', '" + ck + "', '2026-06-20', 'admin');"
+                "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) SELECT 'SNAP1', WL_ID, K_ID, COL_ID, '" + ck +
+                "', 2 FROM d1801 WHERE WL_ID = '" + wl + "'");
+    const auto with = sortedRows(db->open(procedures::stockBeforeQuery(*db, "2026-06-21", true)));
+    const auto without = sortedRows(db->open(procedures::stockBeforeQuery(*db, "2026-06-21", false)));
+    EXPECT_EQ(with, without);
+}
+
+}  // namespace
+}  // namespace qx::dbtest
