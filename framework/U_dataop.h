@@ -42,6 +42,9 @@ using Observer = std::function<void(const Call&)>;
 // Maintenance batches run with the database's negative-stock and closed-period guards off:
 // every batch of function "932" (system initialisation), and batches whose mode is one of these.
 inline constexpr const char* SystemInitialisationFunction = "932";
+// The initialisation dialog runs its batches under the settings' code with this mode.
+inline constexpr const char* SystemSettingsFunction = "901";
+inline constexpr const char* SystemInitialisationMode = "B";
 namespace MaintenanceMode {
 inline constexpr const char* BalanceRepair = "BalanceRepair";    // quantity balance repair
 inline constexpr const char* ClearDocuments = "ClearDocuments";  // clearing documents
