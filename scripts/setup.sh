@@ -9,7 +9,7 @@ packages=(
     libsqlite3-dev sqlite3 libpq-dev libicu-dev libssl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     fonts-wqy-zenhei xvfb xauth x11vnc
-    liborcus-dev libfreexl-dev python3-openpyxl python3-xlwt
+    liborcus-dev libfreexl-dev python3-xlsxwriter python3-xlwt
 )
 
 missing=()

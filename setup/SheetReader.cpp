@@ -3,11 +3,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStringDecoder>
+#include <cctype>
 #include <cmath>
 #include <map>
 #include <memory>
 
 #include <freexl.h>
+#include <orcus/config.hpp>
 #include <orcus/orcus_xlsx.hpp>
 #include <orcus/spreadsheet/import_interface.hpp>
 
@@ -136,12 +138,45 @@ private:
     Formula formula_;
 };
 
+// "B7" or "$B$7" (and "A1:AC9") as cell positions; a reference to another sheet is refused.
+class References final : public ss::iface::import_reference_resolver {
+public:
+    ss::src_address_t resolve_address(std::string_view address) override {
+        ss::src_address_t out{0, 0, 0};
+        size_t i = 0;
+        int column = 0, row = 0;
+        if (i < address.size() && address[i] == '$') ++i;
+        const size_t letters = i;
+        while (i < address.size() && std::isalpha(static_cast<unsigned char>(address[i])))
+            column = column * 26 + (std::toupper(static_cast<unsigned char>(address[i++])) - 'A' + 1);
+        if (i == letters) throw std::invalid_argument("bad cell address");
+        if (i < address.size() && address[i] == '$') ++i;
+        const size_t digits = i;
+        while (i < address.size() && std::isdigit(static_cast<unsigned char>(address[i]))) row = row * 10 + (address[i++] - '0');
+        if (i == digits || i != address.size() || row < 1) throw std::invalid_argument("bad cell address");
+        out.column = column - 1;
+        out.row = row - 1;
+        return out;
+    }
+    ss::src_range_t resolve_range(std::string_view range) override {
+        const size_t colon = range.find(':');
+        if (colon == std::string_view::npos) {
+            const auto a = resolve_address(range);
+            return {a, a};
+        }
+        return {resolve_address(range.substr(0, colon)), resolve_address(range.substr(colon + 1))};
+    }
+};
+
 // Reads only the first sheet; later sheets go to a sink that keeps nothing.
 class Factory final : public ss::iface::import_factory {
 public:
     SheetData data;
     SharedStrings strings;
     ss::iface::import_shared_strings* get_shared_strings() override { return &strings; }
+    ss::iface::import_reference_resolver* get_reference_resolver(ss::formula_ref_context_t) override {
+        return &references_;
+    }
     ss::iface::import_sheet* append_sheet(ss::sheet_t index, std::string_view) override {
         sheets_.push_back(std::make_unique<Sheet>(index == 0 ? data : ignored_));
         return sheets_.back().get();
@@ -153,6 +188,7 @@ public:
     void finalize() override {}
 
 private:
+    References references_;
     SheetData ignored_;
     std::vector<std::unique_ptr<Sheet>> sheets_;
 };
@@ -180,8 +216,14 @@ SheetRows readXlsx(const QString& fileName) {
     Factory factory;
     try {
         orcus::orcus_xlsx reader(&factory);
+        if (qEnvironmentVariableIsSet("QXCK_ORCUS_DEBUG")) {
+            orcus::config config(orcus::format_t::xlsx);
+            config.debug = true;
+            reader.set_config(config);
+        }
         reader.read_file(QFile::encodeName(fileName).toStdString());
-    } catch (const std::exception&) {
+    } catch (const std::exception& e) {
+        if (qEnvironmentVariableIsSet("QXCK_ORCUS_DEBUG")) qWarning("orcus: %s", e.what());
         throw SheetError(notReadable(fileName, " Excel (.xlsx) "));
     }
     SheetData& d = factory.data;

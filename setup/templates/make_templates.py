@@ -1,11 +1,11 @@
 #!/usr/bin/python3
 """Writes the blank import templates, the sample goods sheet (xlsx, xls, csv) and the test
 sheets. Run from the repository root: /usr/bin/python3 setup/templates/make_templates.py
-Needs python3-openpyxl and python3-xlwt (Debian)."""
+Needs python3-xlsxwriter and python3-xlwt (Debian)."""
 import csv
 import os
 
-import openpyxl
+import xlsxwriter
 import xlwt
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -39,14 +39,20 @@ SAMPLE = [
 ]
 
 
-def write_xlsx(path, rows):
-    wb = openpyxl.Workbook()
-    ws = wb.active
-    ws.title = "Sheet1"
-    for r in rows:
-        ws.append(r)
-    wb.save(path)
-    return wb
+def write_xlsx(path, rows, merge=None, formula=None):
+    """One sheet "Sheet1" with the rows; optionally a merged range ("A2:A3") and a formula
+    (cell, text)."""
+    wb = xlsxwriter.Workbook(path)
+    ws = wb.add_worksheet("Sheet1")
+    for i, r in enumerate(rows):
+        for j, v in enumerate(r):
+            if v != "" and v is not None:
+                ws.write(i, j, v)
+    if merge:
+        ws.merge_range(merge, rows[1][0])
+    if formula:
+        ws.write_formula(formula[0], formula[1])
+    wb.close()
 
 
 def write_xls(path, rows):
@@ -106,13 +112,10 @@ def main():
     empty_rows = [GOODS, goods_row("总仓", "E01", "衬衫", "朴素", "上衣", "白色", [1], 10, 10, 20), [], [],
                   goods_row("总仓", "E02", "裤子", "朴素", "裤装", "黑色", [2], 10, 10, 20)]
     write_xlsx(t("empty_rows.xlsx"), empty_rows)
-    wb = write_xlsx(t("formula.xlsx"), [GOODS, goods_row("总仓", "F01", "衬衫", "朴素", "上衣", "白色", [1, 2], 10, 10, 20)])
-    wb.active["N2"] = "=M2*2"
-    wb.save(t("formula.xlsx"))
-    wb = write_xlsx(t("merged.xlsx"), [GOODS, goods_row("总仓", "M01", "衬衫", "朴素", "上衣", "白色", [1], 10, 10, 20),
-                                       goods_row("", "M01", "衬衫", "朴素", "上衣", "黑色", [1], 10, 10, 20)])
-    wb.active.merge_cells("A2:A3")
-    wb.save(t("merged.xlsx"))
+    write_xlsx(t("formula.xlsx"), [GOODS, goods_row("总仓", "F01", "衬衫", "朴素", "上衣", "白色", [1, 2], 10, 10, 20)],
+               formula=("N2", "=M2*2"))
+    write_xlsx(t("merged.xlsx"), [GOODS, goods_row("总仓", "M01", "衬衫", "朴素", "上衣", "白色", [1], 10, 10, 20),
+                                  goods_row("", "M01", "衬衫", "朴素", "上衣", "黑色", [1], 10, 10, 20)], merge="A2:A3")
     with open(os.path.join(HERE, "sample_goods.xlsx"), "rb") as f:
         data = f.read()
     with open(t("truncated.xlsx"), "wb") as f:
