@@ -175,6 +175,9 @@ AnsiString TQXCKS01_1::GenerationBatch() const {
                q(AdoQry_Store, "CK_ID") + "','" + q(AdoQry_Store, "CK_NAME") + "','','','','','Z','" +
                q(AdoQry_Store, "PYM") + "');";
     });
+    // the warehouses are new: rights to the old codes go (a code may now name another shop),
+    // and the user who initialises gets every new one
+    b += "DELETE FROM[sys_USER_ck];";
     b += "insert into sys_USER_ck select '" + SqlStr(G_UserId) + "' as a,ck_id,1 as b from d1007;";
     b += "\n\r";
     const AnsiString brand = AdoQry_Brand->RecordCount() > 0 ? SqlStr(AdoQry_Brand->CellValue(0, 0).toString()) : "";
@@ -188,11 +191,11 @@ AnsiString TQXCKS01_1::GenerationBatch() const {
     // the styles from their staged rows (the first non-empty value of each column)
     b += "UPDATE D1800 SET PP_KID=D1800.K_ID,WL_NAME=ISNULL(T.C,''),PYM=ISNULL(T.D,''),DW_NAME=ISNULL(T.F,''),"
          "M_ID=ISNULL(D1006.M_ID,D1800.M_ID),CLASS_ID=ISNULL(D1004.CLASS_ID,D1800.CLASS_ID),PP_ID=ISNULL(D1009.PP_ID,"
-         "D1800.PP_ID),PP=ISNULL(T.PP_NAME,''),CL=ISNULL(T.W,''),PFJ=T.V,CGJ=T.U,DYEAR=T.DYEAR,JJ=T.DJJ FROM D1800 "
-         "INNER JOIN (SELECT B,MAX(C) AS C,MAX(D) AS D,MAX(E) AS PP_NAME,MAX(F) AS F,MAX(G) AS G,MAX(I) AS I,MAX(W) "
+         "D1800.PP_ID),PP=ISNULL(T.PP_NAME,''),CL=ISNULL(T.W,''),PFJ=T.V,CGJ=T.U,DYEAR=T.DYEAR,JJ=T.DJJ FROM "
+         "(SELECT B,MAX(C) AS C,MAX(D) AS D,MAX(E) AS PP_NAME,MAX(F) AS F,MAX(G) AS G,MAX(I) AS I,MAX(W) "
          "AS W,ISNULL(MAX(V),0) AS V,ISNULL(MAX(U),0) AS U,MAX(DYEAR) AS DYEAR,MAX(DJJ) AS DJJ FROM D1801IMP GROUP "
-         "BY B) T ON D1800.K_ID=T.B LEFT OUTER JOIN D1004 ON T.G=D1004.CLASS_NAME LEFT OUTER JOIN D1006 ON "
-         "T.I=D1006.M_NAME LEFT OUTER JOIN D1009 ON T.PP_NAME=D1009.PP_NAME;";
+         "BY B) T LEFT OUTER JOIN D1004 ON T.G=D1004.CLASS_NAME LEFT OUTER JOIN D1006 ON T.I=D1006.M_NAME LEFT "
+         "OUTER JOIN D1009 ON T.PP_NAME=D1009.PP_NAME WHERE D1800.K_ID=T.B;";
     b += "update d1800 set CHECK_KC =1 where k_id in (select b from d1801imp where check_kc is not null);";
     b += "update d1800 set vipf =0 where k_id in (select b from d1801imp where vipf is not null);";
     b += "update d1800 SET TMI=5;";
@@ -221,9 +224,9 @@ AnsiString TQXCKS01_1::GenerationBatch() const {
          "D1007.CK_NAME;";
     b += "UPDATE D1802 SET K0=B0,K1=B1,K2=B2,K3=B3,K4=B4,K5=B5,K6=B6,K7=B7,K8=B8,K9=B9,BEGIN_SL=B0+B1+B2+B3+B4+B5+B6+"
          "B7+B8+B9;";
-    b += "UPDATE D1800 SET KC=T.SL,MONEY=T.JE FROM D1800 INNER JOIN (SELECT D1801.K_ID,SUM(D1802.BEGIN_SL) AS "
-         "SL,SUM(D1802.BEGIN_MONEY) AS JE FROM D1802 INNER JOIN D1801 ON D1802.WL_ID=D1801.WL_ID GROUP BY D1801.K_ID) "
-         "T ON D1800.K_ID=T.K_ID;";
+    b += "UPDATE D1800 SET KC=T.SL,MONEY=T.JE FROM (SELECT D1801.K_ID,SUM(D1802.BEGIN_SL) AS SL,"
+         "SUM(D1802.BEGIN_MONEY) AS JE FROM D1802 INNER JOIN D1801 ON D1802.WL_ID=D1801.WL_ID GROUP BY D1801.K_ID) T "
+         "WHERE D1800.K_ID=T.K_ID;";
     b += "update d1800 set dj=money/kc where money>0 and kc>0;";
     return b;
 }
@@ -253,7 +256,8 @@ void TQXCKS01_1::btn_okClick(QObject* Sender) {
     AnsiString result;
     try {
         result = qx::setup::execInitialisation(GenerationBatch());
-    } catch (const EDatabaseError&) {
+    } catch (const EDatabaseError& e) {
+        if (qEnvironmentVariableIsSet("QXCK_SETUP_DEBUG")) qWarning("%s | %s", qPrintable(e.Message()), qPrintable(e.Statement()));
         DISPINFO("导入错误!", 5);
         return;
     }

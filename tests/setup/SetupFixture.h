@@ -40,6 +40,18 @@ inline QString golden(const QString& name) {
     return text;
 }
 
+// EXPECT_EQ(actual, golden(name)), or with QXCK_UPDATE_GOLDEN set, writes the file instead (to
+// refresh expected statements after a deliberate change; review the diff).
+#define EXPECT_GOLDEN(actual, name)                                                            \
+    do {                                                                                       \
+        if (qEnvironmentVariableIsSet("QXCK_UPDATE_GOLDEN")) {                                 \
+            QFile out(sourceDir() + "/tests/setup/golden/" + QString(name));                  \
+            ASSERT_TRUE(out.open(QIODevice::WriteOnly));                                       \
+            out.write((QString(actual) + "\n").toUtf8());                                    \
+        }                                                                                      \
+        EXPECT_EQ(actual, golden(name));                                                       \
+    } while (false)
+
 class SetupTest : public ::testing::Test {
 protected:
     void SetUp() override {

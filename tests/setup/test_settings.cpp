@@ -120,7 +120,7 @@ TEST_F(SettingsTest, SavesOneBatchWithTheCompanyRowTheOptionStringAndTheTenTexts
     EXPECT_EQ(c.funcNo, "");
     EXPECT_EQ(c.noid, "");
     EXPECT_EQ(c.mode, "E");
-    EXPECT_EQ(c.sql, golden("settings_save.sql"));
+    EXPECT_GOLDEN(c.sql, "settings_save.sql");
     EXPECT_EQ(s->ModalResult(), mrOk);
     EXPECT_TRUE(sink->texts().isEmpty());  // no success message
     EXPECT_EQ(scalar("SELECT CO FROM sys_co"), "新店");
@@ -258,7 +258,7 @@ TEST_F(SettingsTest, TheMobileGridShowsEveryPageRowAndSavesWidthAndShow) {
     s->AdoQry_Web->Post();
     s->AdoQry_Web->SetRecNo(3);
     s->Button2->click();
-    EXPECT_EQ(lastBatch(), golden("settings_mobile_grid.sql"));
+    EXPECT_GOLDEN(lastBatch(), "settings_mobile_grid.sql");
     EXPECT_EQ(execs().back().mode, "E");
     EXPECT_EQ(sink->texts(), QStringList{"保存成功! 请刷新手机显示的页面查看最终的效果!"});
     EXPECT_EQ(s->AdoQry_Web->RecNo(), 3);  // back on the remembered row
