@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
+#include <vector>
 
 #include "framework/DBGridEh.h"
 
@@ -112,15 +113,22 @@ void TQXCKS02_1::move(TClientDataSet* from, TClientDataSet* to, bool all, bool s
     from->CheckBrowseMode();
     const AnsiString cls = from->FieldByName("CLASS_ID")->AsString();
     const int single = from->CurrentRow();
+    std::vector<int> rows;  // in the source's order
+    for (int row = 0; row < from->RecordCount(); ++row) {
+        if (!all && !sameClass && row != single) continue;
+        if (sameClass && from->CellValue(row, from->FieldIndex("CLASS_ID")).toString() != cls) continue;
+        rows.push_back(row);
+    }
     from->DisableControls();
     to->DisableControls();
-    for (int row = from->RecordCount() - 1; row >= 0; --row) {
-        if (!all && !sameClass && row != single) continue;
+    for (int row : rows) {
         from->SetRecNo(row + 1);
-        if (sameClass && from->FieldByName("CLASS_ID")->AsString() != cls) continue;
         to->Append();
         for (const char* f : kFields) to->FieldByName(f)->SetValue(from->FieldByName(f)->Value());
         to->Post();
+    }
+    for (auto it = rows.rbegin(); it != rows.rend(); ++it) {
+        from->SetRecNo(*it + 1);
         from->Delete();
     }
     from->EnableControls();
