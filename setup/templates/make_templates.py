@@ -130,5 +130,24 @@ def main():
         f.write("plain text, not a workbook\n")
 
 
+def large_sheet(rows, path):
+    """A goods sheet of `rows` rows (benchmarks): styles in four colours, in two warehouses."""
+    colours = ["白色", "黑色", "红色", "蓝色"]
+    out = [GOODS]
+    for i in range(rows):
+        style = "B%05d" % (i // 8)
+        out.append(goods_row("总仓" if i % 2 == 0 else "东门店", style, "款式%d" % (i // 8), "品牌%d" % (i % 7),
+                             "类别%d" % (i % 11), colours[(i // 2) % 4], [1 + i % 5, 2, 3, i % 4], 50, 60, 199,
+                             "5", "%02d" % ((i // 2) % 4 + 1)))
+    if path.endswith(".csv"):
+        write_csv(path, out)
+    else:
+        write_xlsx(path, out)
+
+
 if __name__ == "__main__":
-    main()
+    import sys
+    if len(sys.argv) == 4 and sys.argv[1] == "--rows":
+        large_sheet(int(sys.argv[2]), sys.argv[3])
+    else:
+        main()
