@@ -150,7 +150,7 @@ Tqxsys_co::Tqxsys_co(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
     AllowNegative = wideCheck(p, "AllowNegative", "商品增加默认为【允许负库存】");
     MemberAutoCode = wideCheck(p, "MemberAutoCode", "会员自动编码");
     MemberDigits = spin("MemberDigits", 4, 6);
-    p->AddControl(MemberDigits, "位");
+    p->AddControl(MemberDigits, "会员编码位数");
     p->NewRow();
     ByDiscount = radio("ByDiscount", "折扣计算(默认)");
     ByUnitPrice = radio("ByUnitPrice", "单价计算");

@@ -3,6 +3,7 @@
 #include <QTemporaryDir>
 
 #include "SetupFixture.h"
+#include "framework/Screenshot.h"
 #include "frame/Dispatch.h"
 #include "setup/Frmqxcks01.h"
 #include "setup/Frmqxcks01_1.h"
@@ -383,6 +384,13 @@ TEST_F(InitialisationTest, OpensAsAModalDialogFromItsFunctionCode) {
     rec.FuncCode = 932;
     qx::frame::dispatch(rec, nullptr);
     EXPECT_EQ(caption, "系统初始化");
+}
+
+TEST_F(InitialisationTest, PreviewScreenshot) {
+    const ScanResult scan = scanSheet(goodsSheet(), readSheet(sheetFile("bad_rows.xlsx")));
+    TImportPreview preview(nullptr, goodsSheet(), sheetFile("bad_rows.xlsx"), scan);
+    preview.resize(1000, 520);
+    EXPECT_FALSE(qx::saveScreenshot(&preview, "import_preview").isEmpty());
 }
 
 }  // namespace

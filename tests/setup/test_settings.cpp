@@ -6,6 +6,7 @@
 #include "SetupFixture.h"
 #include "frame/Dispatch.h"
 #include "framework/DBGridEh.h"
+#include "framework/Screenshot.h"
 #include "setup/Frmqxsys_co.h"
 #include "setup/SysParam.h"
 
@@ -290,6 +291,14 @@ TEST_F(SettingsTest, OpensAsAModalDialogFromItsFunctionCode) {
     qx::frame::dispatch(rec, nullptr);
     EXPECT_EQ(caption, "系统设置");
     EXPECT_TRUE(opened(Tqxsys_co::LoadQuery));
+}
+
+TEST_F(SettingsTest, Screenshot) {
+    exec("UPDATE sys_co SET FZR='张经理', TEL='0755-8888 6666', ADDR='深圳市福田区华强北路 1 号', EMAIL='shop@example.com'");
+    Tqxsys_co* s = open();
+    s->resize(820, 600);
+    s->PageControl->setCurrentIndex(2);
+    EXPECT_FALSE(qx::saveScreenshot(s, "settings_dialog").isEmpty());
 }
 
 }  // namespace
