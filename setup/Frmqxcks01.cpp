@@ -72,6 +72,14 @@ AnsiString execInitialisation(const AnsiString& batch) {
 }  // namespace qx::setup
 
 namespace {
+QLineEdit* fileEdit(QWidget* parent, QBoxLayout* layout, const QString& name) {
+    auto* edit = new QLineEdit(parent);
+    edit->setObjectName(name);
+    edit->setPlaceholderText("要导入的文件 (.xlsx / .xls / .csv);空白时在读取前选择");
+    layout->addWidget(edit);
+    return edit;
+}
+
 QPushButton* button(QWidget* parent, QBoxLayout* layout, const QString& name, const QString& caption) {
     auto* b = new QPushButton(caption, parent);
     b->setObjectName(name);
@@ -103,7 +111,10 @@ TQXCKS01::TQXCKS01(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
     auto* g = new QVBoxLayout(goods);
     const char* steps[5] = {"1.初始准备(EXCEL文档)", "2.准备上传", "3.上传", "4.验证数据是否符合导入格式",
                             "5.数据确认"};
-    for (int i = 0; i < 5; ++i) btn_step[size_t(i)] = button(goods, g, "btn_step" + QString::number(i + 1), steps[i]);
+    for (int i = 0; i < 5; ++i) {
+        btn_step[size_t(i)] = button(goods, g, "btn_step" + QString::number(i + 1), steps[i]);
+        if (i == 0) FileName[0] = fileEdit(goods, g, "FileName0");
+    }
     Lab_Status = new QLabel(goods);
     Lab_Status->setObjectName("Lab_Status");
     g->addWidget(Lab_Status);
@@ -125,6 +136,7 @@ TQXCKS01::TQXCKS01(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
         page->setObjectName("PartnerPage" + QString::number(s));
         auto* v = new QVBoxLayout(page);
         btn_template[size_t(s)] = button(page, v, "btn_template" + QString::number(s), "1.初始准备(EXCEL文档)");
+        FileName[size_t(s) + 1] = fileEdit(page, v, "FileName" + QString::number(s + 1));
         ClearFirst[size_t(s)] = new QRadioButton("导入前清空原有" + QString(what[s]) + "资料", page);
         ClearFirst[size_t(s)]->setObjectName("ClearFirst" + QString::number(s));
         KeepData[size_t(s)] = new QRadioButton("我要保留原有数据(编号重复时导入失败)", page);
@@ -180,8 +192,9 @@ void TQXCKS01::copyTemplate(const SheetSpec& spec) {
     if (QGuiApplication::platformName() != "offscreen") QDesktopServices::openUrl(QUrl::fromLocalFile(target));
 }
 
-bool TQXCKS01::readAndPreview(const SheetSpec& spec, ScanResult& scan, std::vector<int>& rows) {
-    const QString file = pickFile(this, "选择要导入的" + QString(spec.name) + "文件", {}, false);
+bool TQXCKS01::readAndPreview(const SheetSpec& spec, QLineEdit* fileName, ScanResult& scan, std::vector<int>& rows) {
+    QString file = fileName->text().trimmed();
+    if (file.isEmpty()) file = pickFile(this, "选择要导入的" + QString(spec.name) + "文件", {}, false);
     if (file.isEmpty()) return false;
     Lab_Status->setText("正在扫描数据...");
     QProgressDialog progress("正在扫描数据...", {}, 0, 100, this);
@@ -219,7 +232,7 @@ void TQXCKS01::btn_step2Click(QObject*) {
     ScannedRows.clear();
     ScanResult scan;
     std::vector<int> rows;
-    if (!readAndPreview(goodsSheet(), scan, rows)) return;
+    if (!readAndPreview(goodsSheet(), FileName[0], scan, rows)) return;
     Scanned = std::move(scan);
     ScannedRows = std::move(rows);
     Lab_Status->setText("已扫描 " + QString::number(ScannedRows.size()) + " 笔资料,请进行第3步 上传。");
@@ -305,7 +318,7 @@ QString TQXCKS01::PartnerBatch(int sheet, bool clearFirst, const ScanResult& sca
 void TQXCKS01::btn_importClick(int sheet) {
     ScanResult scan;
     std::vector<int> rows;
-    if (!readAndPreview(partnerSpec(sheet), scan, rows)) return;
+    if (!readAndPreview(partnerSpec(sheet), FileName[size_t(sheet) + 1], scan, rows)) return;
     AnsiString result;
     try {
         result = execInitialisation(PartnerBatch(sheet, ClearFirst[size_t(sheet)]->isChecked(), scan, rows));

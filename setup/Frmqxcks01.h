@@ -4,6 +4,7 @@
 // "901" with mode "B" (a maintenance batch: no stock or period guards).
 #include <QCheckBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -54,6 +55,8 @@ public:
     QTabWidget* PageControl;
     std::array<QPushButton*, 5> btn_step;
     QLabel* Lab_Status;
+    // The file to read per page (goods, customers, suppliers, members); empty: asked for.
+    std::array<QLineEdit*, 4> FileName;
     std::array<QRadioButton*, 3> ClearFirst;  // "导入前清空..." per sheet
     std::array<QRadioButton*, 3> KeepData;    // "我要保留原有数据..." per sheet
     std::array<QPushButton*, 3> btn_template;
@@ -69,7 +72,8 @@ public:
 
 private:
     // Reads, scans and previews a sheet; false when cancelled or unreadable.
-    bool readAndPreview(const qx::setup::SheetSpec& spec, qx::setup::ScanResult& scan, std::vector<int>& rows);
+    bool readAndPreview(const qx::setup::SheetSpec& spec, QLineEdit* fileName, qx::setup::ScanResult& scan,
+                        std::vector<int>& rows);
     void copyTemplate(const qx::setup::SheetSpec& spec);
 };
 
