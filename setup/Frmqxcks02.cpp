@@ -43,31 +43,30 @@ TQXCKS02::TQXCKS02(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
         F1[r] = F2[r] = F3[r] = nullptr;
         BDATE[r] = EDATE[r] = nullptr;
         if (r >= 3) {
-            FA[r] = new QLineEdit(box);
-            FA[r]->setObjectName(name("FA", r));
-            FA[r]->setMaxLength(50);
-            g->addWidget(FA[r], line, 2);
-            CLA[r] = new QComboBox(box);
-            CLA[r]->setObjectName(name("CLA", r));
-            CLA[r]->addItems(kRules);
-            g->addWidget(CLA[r], line, 3);
-            F1[r] = new QLineEdit(box);
-            F1[r]->setObjectName(name("F1_", r));
-            g->addWidget(F1[r], line, 4);
-            CLAZK[r] = new QComboBox(box);
-            CLAZK[r]->setObjectName(name("CLAZK", r));
-            CLAZK[r]->addItems(kBenefits);
-            g->addWidget(CLAZK[r], line, 5);
-            F2[r] = new QLineEdit(box);
-            F2[r]->setObjectName(name("F2_", r));
-            g->addWidget(F2[r], line, 6);
-            F3[r] = new QLineEdit(box);
-            F3[r]->setObjectName(name("F3_", r));
-            g->addWidget(F3[r], line, 7);
-            for (QLineEdit* e : {F1[r], F2[r], F3[r]}) {
+            // one control per column, named after its field and row ("FA3", "F1_3", "CLA3")
+            const auto place = [&](auto* control, const char* field, int column) {
+                control->setObjectName(name(field, r));
+                g->addWidget(control, line, column);
+                return control;
+            };
+            const auto list = [&](const QStringList& items, const char* field, int column) {
+                auto* c = place(new QComboBox(box), field, column);
+                c->addItems(items);
+                return c;
+            };
+            const auto number = [&](const char* field, int column) {
+                auto* e = place(new QLineEdit(box), field, column);
                 e->setMaxLength(20);
                 e->setMaximumWidth(70);
-            }
+                return e;
+            };
+            FA[r] = place(new QLineEdit(box), "FA", 2);
+            FA[r]->setMaxLength(50);
+            CLA[r] = list(kRules, "CLA", 3);
+            F1[r] = number("F1_", 4);
+            CLAZK[r] = list(kBenefits, "CLAZK", 5);
+            F2[r] = number("F2_", 6);
+            F3[r] = number("F3_", 7);
         }
         if (r >= 1) {
             BDATE[r] = new TDateEdit(box);

@@ -34,6 +34,14 @@ QSpinBox* spin(const QString& name, int low, int high) {
     return s;
 }
 
+// A number box on a row of its own.
+QSpinBox* spinRow(TFormPanel* panel, const QString& name, int low, int high, const QString& caption) {
+    QSpinBox* s = spin(name, low, high);
+    panel->AddControl(s, caption);
+    panel->NewRow();
+    return s;
+}
+
 QRadioButton* radio(const QString& name, const QString& caption) {
     auto* r = new QRadioButton(caption);
     r->setObjectName(name);
@@ -112,9 +120,7 @@ Tqxsys_co::Tqxsys_co(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
     addPage("BackupPage", "备份设置", p);
     BACKPATH = p->AddEdit("BACKPATH", "备份路径", 255);
     p->NewRow();
-    backday = spin("backday", 0, 365);
-    p->AddControl(backday, "每隔(天)提醒备份");
-    p->NewRow();
+    backday = spinRow(p, "backday", 0, 365, "每隔(天)提醒备份");
     GoLive = wideCheck(p, "GoLive", "正式启用  (单机版有效/更改后重新登录生效)");
     GoLiveHidden = new QCheckBox("正式启用", p);
     GoLiveHidden->setObjectName("GoLiveHidden");
@@ -123,9 +129,7 @@ Tqxsys_co::Tqxsys_co(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
     addPage("GeneralPage", "常规", p);
     AutoGoodsCode = wideCheck(p, "AutoGoodsCode", "商品自动编码");
     ClassPrefix = wideCheck(p, "ClassPrefix", "类别+");
-    GoodsDigits = spin("GoodsDigits", 4, 10);
-    p->AddControl(GoodsDigits, "位流水码");
-    p->NewRow();
+    GoodsDigits = spinRow(p, "GoodsDigits", 4, 10, "位流水码");
     WarehouseRights = wideCheck(p, "WarehouseRights", "启用仓库权限控制:可设定不同用户有权操作不同的仓库");
     OfferUnknownStyle =
         wideCheck(p, "OfferUnknownStyle", "<进货单> 录入不存在的款号时,提示将资料增加至商品基本资料。 ");
@@ -136,22 +140,16 @@ Tqxsys_co::Tqxsys_co(QWidget* Owner) : TFrm_Base_Dialog(Owner) {
     }
     p->NewRow();
     PartnerAutoCode = wideCheck(p, "PartnerAutoCode", "客户/供应商自动编码");
-    PartnerDigits = spin("PartnerDigits", 4, 6);
-    p->AddControl(PartnerDigits, "位流水码");
-    p->NewRow();
+    PartnerDigits = spinRow(p, "PartnerDigits", 4, 6, "位流水码");
     LogOperations = wideCheck(p, "LogOperations", "记录用户操作日记");
-    SalesDecimals = spin("SalesDecimals", 0, 2);
-    p->AddControl(SalesDecimals, "后台销售单金额小数位数：");
-    p->NewRow();
+    SalesDecimals = spinRow(p, "SalesDecimals", 0, 2, "后台销售单金额小数位数：");
     RoundHalf = radio("RoundHalf", "四舍五入");
     RoundUp = radio("RoundUp", "直接进位");
     RoundCut = radio("RoundCut", "直接抹去");
     group(p, "计算方法：", {RoundHalf, RoundUp, RoundCut});
     AllowNegative = wideCheck(p, "AllowNegative", "商品增加默认为【允许负库存】");
     MemberAutoCode = wideCheck(p, "MemberAutoCode", "会员自动编码");
-    MemberDigits = spin("MemberDigits", 4, 6);
-    p->AddControl(MemberDigits, "会员编码位数");
-    p->NewRow();
+    MemberDigits = spinRow(p, "MemberDigits", 4, 6, "会员编码位数");
     ByDiscount = radio("ByDiscount", "折扣计算(默认)");
     ByUnitPrice = radio("ByUnitPrice", "单价计算");
     group(p, "销售单价格修改", {ByDiscount, ByUnitPrice});
@@ -246,70 +244,55 @@ void Tqxsys_co::InitForm(const Trecord&) {
     loadMobileGrid();
 }
 
+// The plain check boxes and the option each one shows, both ways.
+std::vector<std::pair<QCheckBox*, bool SysParam::*>> Tqxsys_co::FlagBindings() const {
+    return {{AutoGoodsCode, &SysParam::autoGoodsCode},   {ClassPrefix, &SysParam::classPrefix},
+            {WarehouseRights, &SysParam::warehouseRights}, {OfferUnknownStyle, &SysParam::offerUnknownStyle},
+            {Discount, &SysParam::discount},             {GoLiveHidden, &SysParam::goLiveHidden},
+            {OfflineSales, &SysParam::offlineSales},     {MemberFirst, &SysParam::memberFirst},
+            {NoteColumn, &SysParam::noteColumn},         {Shift, &SysParam::shift},
+            {PartnerAutoCode, &SysParam::partnerAutoCode}, {LogOperations, &SysParam::logOperations},
+            {GoLive, &SysParam::goLive},                 {AllowNegative, &SysParam::allowNegative},
+            {MemberAutoCode, &SysParam::memberAutoCode}};
+}
+
 void Tqxsys_co::ParamToControls(const SysParam& s) {
-    AutoGoodsCode->setChecked(s.autoGoodsCode);
-    ClassPrefix->setChecked(s.classPrefix);
+    for (const auto& [box, flag] : FlagBindings()) box->setChecked(s.*flag);
     GoodsDigits->setValue(s.goodsDigits);
-    WarehouseRights->setChecked(s.warehouseRights);
-    OfferUnknownStyle->setChecked(s.offerUnknownStyle);
-    Discount->setChecked(s.discount);
-    GoLiveHidden->setChecked(s.goLiveHidden);
-    OfflineSales->setChecked(s.offlineSales);
-    MemberFirst->setChecked(s.memberFirst);
-    NoteColumn->setChecked(s.noteColumn);
-    for (int i = 0; i < 4; ++i) BarcodeOrder[size_t(i)]->setCurrentIndex(s.barcodeOrder[size_t(i)]);
-    Shift->setChecked(s.shift);
-    PartnerAutoCode->setChecked(s.partnerAutoCode);
     PartnerDigits->setValue(s.partnerDigits);
-    LogOperations->setChecked(s.logOperations);
+    MemberDigits->setValue(s.memberDigits);
     SalesDecimals->setValue(s.salesDecimals.trimmed().toInt());
+    YuanPerPoint->setText(s.yuanPerPoint);
+    for (int i = 0; i < 4; ++i) {
+        BarcodeOrder[size_t(i)]->setCurrentIndex(s.barcodeOrder[size_t(i)]);
+        BarcodeRule[size_t(i)]->setChecked(s.barcodeRules[size_t(i)]);
+    }
     RoundHalf->setChecked(s.rounding == "1");
     RoundUp->setChecked(s.rounding == "2");
     RoundCut->setChecked(s.rounding == "3");
-    GoLive->setChecked(s.goLive);
-    YuanPerPoint->setText(s.yuanPerPoint);
-    AllowNegative->setChecked(s.allowNegative);
-    MemberAutoCode->setChecked(s.memberAutoCode);
-    MemberDigits->setValue(s.memberDigits);
-    SingleBrand->setChecked(s.singleBrand);
-    SeveralBrands->setChecked(!s.singleBrand);
-    ColourCode->setChecked(s.colourCode);
-    ColourMark->setChecked(!s.colourCode);
-    AllColours->setChecked(s.allColours);
-    BrandColours->setChecked(!s.allColours);
-    for (int i = 0; i < 4; ++i) BarcodeRule[size_t(i)]->setChecked(s.barcodeRules[size_t(i)]);
+    (s.singleBrand ? SingleBrand : SeveralBrands)->setChecked(true);
+    (s.colourCode ? ColourCode : ColourMark)->setChecked(true);
+    (s.allColours ? AllColours : BrandColours)->setChecked(true);
     ByDiscount->setChecked(true);
     if (!s.byDiscount) ByUnitPrice->setChecked(true);
 }
 
 SysParam Tqxsys_co::ParamFromControls() const {
     SysParam s;
-    s.autoGoodsCode = AutoGoodsCode->isChecked();
-    s.classPrefix = ClassPrefix->isChecked();
+    for (const auto& [box, flag] : FlagBindings()) s.*flag = box->isChecked();
     s.goodsDigits = GoodsDigits->value();
-    s.warehouseRights = WarehouseRights->isChecked();
-    s.offerUnknownStyle = OfferUnknownStyle->isChecked();
-    s.discount = Discount->isChecked();
-    s.goLiveHidden = GoLiveHidden->isChecked();
-    s.offlineSales = OfflineSales->isChecked();
-    s.memberFirst = MemberFirst->isChecked();
-    s.noteColumn = NoteColumn->isChecked();
-    for (int i = 0; i < 4; ++i) s.barcodeOrder[size_t(i)] = std::max(0, BarcodeOrder[size_t(i)]->currentIndex());
-    s.shift = Shift->isChecked();
-    s.partnerAutoCode = PartnerAutoCode->isChecked();
     s.partnerDigits = PartnerDigits->value();
-    s.logOperations = LogOperations->isChecked();
-    s.salesDecimals = QString::number(SalesDecimals->value());
-    s.rounding = RoundingChoice();
-    s.goLive = GoLive->isChecked();
-    s.yuanPerPoint = YuanPerPoint->text();
-    s.allowNegative = AllowNegative->isChecked();
-    s.memberAutoCode = MemberAutoCode->isChecked();
     s.memberDigits = MemberDigits->value();
+    s.salesDecimals = QString::number(SalesDecimals->value());
+    s.yuanPerPoint = YuanPerPoint->text();
+    for (int i = 0; i < 4; ++i) {
+        s.barcodeOrder[size_t(i)] = std::max(0, BarcodeOrder[size_t(i)]->currentIndex());
+        s.barcodeRules[size_t(i)] = BarcodeRule[size_t(i)]->isChecked();
+    }
+    s.rounding = RoundingChoice();
     s.singleBrand = SingleBrand->isChecked();
     s.colourCode = ColourCode->isChecked();
     s.allColours = AllColours->isChecked();
-    for (int i = 0; i < 4; ++i) s.barcodeRules[size_t(i)] = BarcodeRule[size_t(i)]->isChecked();
     s.byDiscount = ByDiscount->isChecked();
     return s;
 }

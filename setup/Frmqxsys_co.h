@@ -10,6 +10,8 @@
 #include <QSpinBox>
 #include <QTabWidget>
 #include <array>
+#include <utility>
+#include <vector>
 
 #include "framework/Frm_Base.h"
 #include "setup/SysParam.h"
@@ -71,6 +73,7 @@ public:
     QPushButton* Button2;
 
 private:
+    std::vector<std::pair<QCheckBox*, bool qx::setup::SysParam::*>> FlagBindings() const;
     QWidget* addPage(const QString& name, const QString& caption, TFormPanel*& panel, int pairs = 2);
     void loadMobileGrid();
 };

@@ -19,6 +19,7 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
+#include "support/ScreenTestEnvironment.h"
 
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
 
@@ -55,25 +56,13 @@ inline QString golden(const QString& name) {
 class SetupTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ResetGlobals();
-        G_UserId = "U1";
-        G_UserName = "王经理";
-        G_ckid = "01";
         db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
         seed();
-        qx::dataop::setDatabase(db);
-        qx::dataop::setObserver([this](const Call& c) { calls.push_back(c); });
-        qx::ui::setToday(QDate(2026, 3, 18));
-        qx::ui::setScreenPresenter([](TFrm_Base* screen) { screen->show(); });
+        environment.install(db, &calls);
+        G_UserName = "王经理";
+        G_ckid = "01";
     }
-    void TearDown() override {
-        qx::ui::setModalHandler(nullptr);
-        qx::ui::setScreenPresenter(nullptr);
-        qx::ui::setToday(QDate());
-        qx::dataop::setObserver({});
-        qx::dataop::setDatabase(nullptr);
-        ResetGlobals();
-    }
+    void TearDown() override { environment.restore(); }
 
     void exec(const QString& sql) { db->execute(sql.toStdString()); }
     void execMaintenance(const QString& sql) { db->execute(sql.toStdString(), qx::db::ExecOptions{true}); }
@@ -114,31 +103,10 @@ protected:
     }
 
     qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
-    QString scalar(const QString& sql) {
-        const auto r = query(sql);
-        if (r.rows.empty() || r.rows[0].empty()) return {};
-        const auto& v = r.rows[0][0];
-        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-        return {};
-    }
+    QString scalar(const QString& sql) { return scalarOf(*db, sql); }
     int count(const QString& sql) { return scalar(sql).toInt(); }
     // Every row of a query as "a|b|c" lines (a database's content compared as text).
-    QStringList dump(const QString& sql) {
-        QStringList out;
-        for (const auto& row : query(sql).rows) {
-            QStringList cells;
-            for (const auto& v : row) {
-                if (auto* s = std::get_if<std::string>(&v)) cells << QString::fromStdString(*s);
-                else if (auto* i = std::get_if<std::int64_t>(&v)) cells << QString::number(*i);
-                else if (auto* d = std::get_if<double>(&v)) cells << FloatToStr(*d);
-                else cells << "NULL";
-            }
-            out << cells.join('|');
-        }
-        return out;
-    }
+    QStringList dump(const QString& sql) { return rowsOf(*db, sql); }
 
     std::vector<QString> statements(Call::Kind kind) const {
         std::vector<QString> out;
@@ -162,6 +130,7 @@ protected:
         return false;
     }
 
+    ScreenTestEnvironment environment;
     qx::ui::ScopedScriptedSink sink;
     QTemporaryDir dir;
     std::shared_ptr<qx::db::Database> db;
