@@ -219,6 +219,9 @@ void Tqxsys_co::FormCreate() {
 
 void Tqxsys_co::InitForm(const Trecord&) {
     opensql(AdoQry_Tmp, FuncNo, LoadQuery, 0, 0, {}, {}, false, "1");
+    // Without mobile text rows the cross join is empty: the company row is read on its own, so
+    // that OK never writes an empty dialog over it.
+    if (AdoQry_Tmp->IsEmpty()) opensql(AdoQry_Tmp, FuncNo, "SELECT * FROM SYS_CO", 0, 0, {}, {}, false, "1");
     if (!AdoQry_Tmp->IsEmpty()) {
         AdoQry_Tmp->First();
         const auto text = [this](const char* field) { return AdoQry_Tmp->FieldByName(field)->AsString(); };
@@ -238,8 +241,9 @@ void Tqxsys_co::InitForm(const Trecord&) {
         ParamToControls(SysParam::read(text("param")));
         // The first ten rows in the order the query gives them.
         int i = 0;
-        for (AdoQry_Tmp->First(); !AdoQry_Tmp->Eof() && i < 10; AdoQry_Tmp->Next(), ++i)
-            MobileText[size_t(i)]->setText(text("field_name"));
+        if (AdoQry_Tmp->FindField("field_name"))
+            for (AdoQry_Tmp->First(); !AdoQry_Tmp->Eof() && i < 10; AdoQry_Tmp->Next(), ++i)
+                MobileText[size_t(i)]->setText(text("field_name"));
     }
     loadMobileGrid();
 }

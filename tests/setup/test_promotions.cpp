@@ -317,6 +317,23 @@ TEST_F(PromotionTest, ASpecialPriceOfZeroIsRefusedButAnyValueInAFreeRuleIsAccept
     EXPECT_EQ(count("SELECT COUNT(*) FROM d704a WHERE I=6 AND DJ=0"), 1);
 }
 
+TEST_F(PromotionTest, LettersInAPriceCellAreRefusedAndNothingIsSaved) {
+    auto c = chooser(1, -1);
+    c->AdoQry_1->SetRecNo(1);
+    c->MoveButtons[0]->click();
+    auto* model = c->GRID2->model();
+    TColumnEh* column = c->GRID2->ColumnByField("tj");
+    ASSERT_NE(column, nullptr);
+    EXPECT_FALSE(column->ReadOnly);
+    model->setData(model->index(0, column->Index()), "八十", Qt::EditRole);
+    c->AdoQry_2->Cancel();
+    EXPECT_EQ(c->AdoQry_2->FieldByName("tj")->AsFloat(), 0.0);
+    EXPECT_FALSE(sink->texts().isEmpty());  // the grid said why
+    c->btn_ok->click();
+    EXPECT_EQ(sink->texts().back(), "特价/折扣 不能小于0!请更正!");
+    EXPECT_TRUE(execs().empty());
+}
+
 TEST_F(PromotionTest, FixedDiscountColumnsAreNamedSo) {
     auto c = chooser(2, -1);
     EXPECT_EQ(c->GRID2->ColumnByField("tj")->Title, "固定折扣|非会员");

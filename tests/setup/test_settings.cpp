@@ -86,6 +86,15 @@ TEST_F(SettingsTest, LoadsTheCompanyRowThroughTheCrossJoinWithTheMobileTexts) {
     for (int i = 0; i < 10; ++i) EXPECT_EQ(s->MobileText[size_t(i)]->text(), "文字" + QString::number(i + 1));
 }
 
+TEST_F(SettingsTest, WithoutMobileTextRowsTheCompanyRowStillLoads) {
+    exec("DELETE FROM sys_web WHERE field_type='m'");
+    exec("UPDATE sys_co SET PARAM='0,0'");
+    Tqxsys_co* s = open();
+    EXPECT_EQ(s->co->text(), "测试服饰");
+    EXPECT_FALSE(s->AutoGoodsCode->isChecked());
+    EXPECT_TRUE(s->MobileText[0]->text().isEmpty());
+}
+
 TEST_F(SettingsTest, FlagsAreOnUnlessZeroButTheBrandAndBarcodeItemsOnlyWhenOne) {
     const SysParam p = SysParam::read("2,x,,,,,,,,,,,,,,,,,,9,,,,,,,,,,,2,x,,,,,,7");
     EXPECT_TRUE(p.autoGoodsCode);    // "2" is not "0"
