@@ -253,6 +253,12 @@ AnsiString TQXCKS01_1::ColourGroupBatch() {
 
 void TQXCKS01_1::btn_okClick(QObject* Sender) {
     TFrm_Base_Dialog::btn_okClick(Sender);
+    // The batch wipes the whole stock database first: never without rows to rebuild it from.
+    opensql(AdoQry_Tmp, "901", "SELECT COUNT(*) AS N FROM D1801IMP", 0, 0, {}, {}, false, "1");
+    if (AdoQry_Tmp->IsEmpty() || AdoQry_Tmp->Fields(0)->AsInteger() == 0) {
+        DISPINFO("没有已上传的商品资料,请先运行第2步 准备上传 和第3步 上传!", 5);
+        return;
+    }
     AnsiString result;
     try {
         result = qx::setup::execInitialisation(GenerationBatch());

@@ -191,6 +191,23 @@ TEST_F(InitialisationTest, BarcodeRuleFiveMeansRuleTwoAndAnUnknownCodeKeepsFive)
               (QStringList{"R0|0", "R2|5", "R5|2", "R7|5", "RN|2"}));
 }
 
+TEST_F(InitialisationTest, NothingIsWipedWithoutUploadedRows) {
+    screen->btn_step[4]->click();
+    EXPECT_EQ(sink->texts(), QStringList{"没有已上传的商品资料,请先运行第2步 准备上传 和第3步 上传!"});
+    EXPECT_TRUE(execs().empty());
+    EXPECT_EQ(count("SELECT COUNT(*) FROM d1800"), 4);
+}
+
+TEST_F(InitialisationTest, AFileNameThatIsNoFileIsReportedAndNothingIsRead) {
+    screen->FileName[0]->setText("/tmp/no such's \"file\".xlsx");
+    screen->btn_step[1]->click();
+    EXPECT_EQ(sink->texts(), QStringList{"文件 /tmp/no such's \"file\".xlsx 不存在!"});
+    screen->FileName[1]->setText(sheetFile("not_a_sheet.xlsx"));
+    screen->btn_import[0]->click();
+    EXPECT_EQ(sink->texts().size(), 2);
+    EXPECT_TRUE(execs().empty());
+}
+
 TEST_F(InitialisationTest, UploadWithoutScanningSaysToRunStepTwo) {
     screen->btn_step[2]->click();
     EXPECT_EQ(sink->texts(), QStringList{"无资料上传,请先运行第2步 准备上传"});
