@@ -285,9 +285,17 @@ SheetRows readCsv(const QString& fileName) {
     if (!file.open(QIODevice::ReadOnly)) throw SheetError("无法打开文件 " + QFileInfo(fileName).fileName() + "!");
     const QByteArray bytes = file.readAll();
     if (bytes.contains('\0')) throw SheetError(notReadable(fileName, " CSV "));
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder.decode(bytes);
-    if (decoder.hasError()) throw SheetError("文件 " + QFileInfo(fileName).fileName() + " 不是 UTF-8 编码的 CSV 文件,请另存为[CSV UTF-8]后再导入!");
+    // UTF-8 (with or without a byte-order mark), else GB18030: what a spreadsheet program on a
+    // Chinese system writes as "CSV (逗号分隔)".
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = utf8.decode(bytes);
+    if (utf8.hasError()) {
+        QStringDecoder gb("GB18030", QStringDecoder::Flag::Stateless);
+        text = gb.isValid() ? QString(gb.decode(bytes)) : QString();
+        if (!gb.isValid() || gb.hasError())
+            throw SheetError("文件 " + QFileInfo(fileName).fileName() +
+                             " 的文字编码无法识别,请另存为[CSV UTF-8]后再导入!");
+    }
     SheetRows out;
     std::vector<Cell> row;
     QString field;

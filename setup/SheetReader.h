@@ -1,6 +1,6 @@
 #pragma once
 // Reads the first worksheet of a spreadsheet file into rows of cells: .xlsx through liborcus,
-// .xls (the old binary format) through FreeXL, .csv (UTF-8, "," separated, RFC 4180 quoting)
+// .xls (the old binary format) through FreeXL, .csv (UTF-8 or GB18030, "," separated, RFC 4180 quoting)
 // through a small reader here. A file that cannot be read, a merged cell or a formula is a
 // SheetError with a message for the user; nothing is half-read.
 #include <QString>

@@ -99,11 +99,23 @@ TEST(SheetReader, BrokenFilesAndUnsupportedContentGiveAClearMessage) {
     f.write("a,\"never closed\n");
     f.close();
     EXPECT_EQ(errorOf(dir.filePath("open.csv")), "CSV 文件在引号内结束(文件不完整),请检查后再导入!");
+    QFile g(dir.filePath("odd.csv"));
+    ASSERT_TRUE(g.open(QIODevice::WriteOnly));
+    g.write("\xFF\xFE\xFF,1\n");  // neither UTF-8 nor GB18030
+    g.close();
+    EXPECT_EQ(errorOf(dir.filePath("odd.csv")), "文件 odd.csv 的文字编码无法识别,请另存为[CSV UTF-8]后再导入!");
+}
+
+TEST(SheetReader, CsvInTheChineseSystemEncodingReadsToo) {
+    QTemporaryDir dir;
     QFile g(dir.filePath("gbk.csv"));
     ASSERT_TRUE(g.open(QIODevice::WriteOnly));
-    g.write("\xBA\xEC\xC9\xAB,1\n");  // GBK bytes
+    g.write("\xBA\xEC\xC9\xAB,1\n");  // "红色" in GB18030
     g.close();
-    EXPECT_EQ(errorOf(dir.filePath("gbk.csv")), "文件 gbk.csv 不是 UTF-8 编码的 CSV 文件,请另存为[CSV UTF-8]后再导入!");
+    const SheetRows rows = readSheet(dir.filePath("gbk.csv"));
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(rows[0][0].text, "红色");
+    EXPECT_EQ(rows[0][1].text, "1");
 }
 
 TEST(SheetReader, CellNamesAreAsTheSpreadsheetShowsThem) {
