@@ -124,6 +124,8 @@ protected:
         const auto b = statements(Call::Kind::ExecSql);
         return b.empty() ? QString() : b.back();
     }
+    // The ExecSql arguments of a call as "funcNo|noid|mode".
+    static QString arguments(const Call& c) { return c.funcNo + "|" + c.noid + "|" + c.mode; }
     bool opened(const QString& sql) const {
         for (const auto& s : statements(Call::Kind::OpenSql))
             if (s == sql) return true;

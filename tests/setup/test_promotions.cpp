@@ -117,11 +117,8 @@ TEST_F(PromotionTest, SavingReplacesAllElevenRowsInOneBatch) {
     EXPECT_TRUE(e->btn_ok->isEnabled());
     e->btn_ok->click();
     ASSERT_EQ(execs().size(), 1u);
-    const Call c = execs().front();
-    EXPECT_EQ(c.funcNo, "101");
-    EXPECT_EQ(c.noid, "AA");
-    EXPECT_EQ(c.mode, "Edit");
-    EXPECT_GOLDEN(c.sql, "promotion_save.sql");
+    EXPECT_EQ(arguments(execs().front()), "101|AA|Edit");
+    EXPECT_GOLDEN(execs().front().sql, "promotion_save.sql");
     EXPECT_EQ(sink->texts(), QStringList{"方案设定已保存!"});
     EXPECT_FALSE(e->btn_ok->isEnabled());
     EXPECT_EQ(count("SELECT COUNT(*) FROM d704 WHERE CK_ID='01'"), 11);
