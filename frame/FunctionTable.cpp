@@ -15,6 +15,9 @@
 #include "labels/Frmqxck299.h"
 #include "period/Frmqxck341.h"
 #include "period/Frmqxck342.h"
+#include "setup/Frmqxcks01.h"
+#include "setup/Frmqxcks02a.h"
+#include "setup/Frmqxsys_co.h"
 
 namespace qx::frame {
 namespace {
@@ -58,6 +61,11 @@ const std::array kFunctions{
     FunctionRow{704, "TQXCKS02A",  "Frmqxcks02a",  "TFrm_Base_Outer",      "促销方案",            ListWithParams, None,               Setup,     nullptr},
     FunctionRow{901, "Tqxsys_co",  "Frmqxsys_co",  "TFrm_Base_Dialog",     "系统设置",            ModalDialog,    None,               Setup,     nullptr},
     FunctionRow{932, "TQXCKS01",   "Frmqxcks01",   "TFrm_Base_Dialog",     "系统初始化",          ModalDialog,    None,               Setup,     nullptr},
+    FunctionRow{297, "TQXCK297",   "Frmqxck297",   "TFrm_Base_Outer",      "监管码",              Embedded,       None,               Labels,    nullptr},
+    FunctionRow{299, "TQXCK299",   "Frmqxck299",   "TFrm_Base_Qry",        "吊牌标签制作",        Embedded,       None,               Labels,    nullptr},
+    FunctionRow{704, "TQXCKS02A",  "Frmqxcks02a",  "TFrm_Base_Outer",      "促销方案",            ListWithParams, None,               Setup,     screen<TQXCKS02A, &QXCKS02A>},
+    FunctionRow{901, "Tqxsys_co",  "Frmqxsys_co",  "TFrm_Base_Dialog",     "系统设置",            ModalDialog,    None,               Setup,     screen<Tqxsys_co, &qxsys_co>},
+    FunctionRow{932, "TQXCKS01",   "Frmqxcks01",   "TFrm_Base_Dialog",     "系统初始化",          ModalDialog,    None,               Setup,     screen<TQXCKS01, &QXCKS01>},
 };
 // clang-format on
 

@@ -4,6 +4,8 @@
 // closed-period guards on, except the maintenance batches, which rewrite stock and documents on
 // purpose. They are recognised from the function code and the mode the screen passes:
 //   - function "932" (system initialisation: wipe and import), any mode;
+//   - function "901" with mode "B": the initialisation dialog's own batches (it passes the
+//     settings' code; the settings dialog itself saves with mode "E");
 //   - mode MaintenanceMode::ClearDocuments ("ClearDocuments": clearing documents).
 // Every other batch (document saves, deletes, settings) is guarded. The quantity balance repair
 // is guarded too: a recomputed negative stock of goods that may not go negative refuses it (the
@@ -49,6 +51,7 @@ void setObserver(Observer observer) { currentObserver() = std::move(observer); }
 
 bool isMaintenanceBatch(const QString& funcNo, const QString& mode) {
     return funcNo.trimmed() == SystemInitialisationFunction ||
+           (funcNo.trimmed() == SystemSettingsFunction && mode == SystemInitialisationMode) ||
            mode.compare(MaintenanceMode::ClearDocuments, Qt::CaseInsensitive) == 0;
 }
 

@@ -43,6 +43,9 @@ using Observer = std::function<void(const Call&)>;
 // every batch of function "932" (system initialisation), and batches whose mode is one of these.
 // The quantity balance repair is not one of them: it runs guarded.
 inline constexpr const char* SystemInitialisationFunction = "932";
+// The initialisation dialog runs its batches under the settings' code with this mode.
+inline constexpr const char* SystemSettingsFunction = "901";
+inline constexpr const char* SystemInitialisationMode = "B";
 namespace MaintenanceMode {
 inline constexpr const char* ClearDocuments = "ClearDocuments";  // clearing documents
 }  // namespace MaintenanceMode

@@ -10,6 +10,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     libzint-dev libzbar-dev libpoppler-qt6-dev
     fonts-wqy-zenhei xvfb xauth x11vnc
+    liborcus-dev libfreexl-dev python3-xlsxwriter python3-xlwt
 )
 
 missing=()

@@ -187,7 +187,9 @@ SqliteDatabase::~SqliteDatabase() {
 void SqliteDatabase::configureConnection() {
     sqlite3_busy_timeout(db_, kBusyTimeoutMs);
     sqlite3_extended_result_codes(db_, 1);
-    tsql::installSqliteRuntime(db_);
+    // maintenance batches: a division by zero gives NULL (clearing documents divides by a
+    // column it has just set to 0, see the README)
+    tsql::installSqliteRuntime(db_, &guard_.maintenance);
     const int utf8 = SQLITE_UTF8;
     sqlite3_create_function(db_, "qx_guarded", 0, utf8, &guard_, guardedFunction, nullptr, nullptr);
     sqlite3_create_function(db_, "qx_stock_short", 2, utf8, &guard_, stockShortFunction, nullptr, nullptr);

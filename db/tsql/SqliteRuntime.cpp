@@ -382,7 +382,14 @@ void likeFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
 }
 
 // a / b (or a % b) with SQL Server's rules: integers divide as integers, truncating toward zero;
-// a zero divisor raises an error instead of giving NULL.
+// a zero divisor raises an error instead of giving NULL, unless the connection's flag (the
+// function's user data, when registered with one) is set: then it gives NULL, as SQL Server does
+// with ARITHABORT and ANSI_WARNINGS off.
+bool zeroDivisorGivesNull(sqlite3_context* context) {
+    const auto* flag = static_cast<const bool*>(sqlite3_user_data(context));
+    return flag && *flag;
+}
+
 void divide(sqlite3_context* context, sqlite3_value** argv, bool modulo) {
     sqlite3_value* a = argv[0];
     sqlite3_value* b = argv[1];
@@ -391,13 +398,19 @@ void divide(sqlite3_context* context, sqlite3_value** argv, bool modulo) {
     const int tb = sqlite3_value_numeric_type(b);
     if (ta == SQLITE_INTEGER && tb == SQLITE_INTEGER) {
         const sqlite3_int64 x = sqlite3_value_int64(a), y = sqlite3_value_int64(b);
-        if (y == 0) return sqlite3_result_error(context, "Divide by zero error encountered.", -1);
+        if (y == 0) {
+            if (zeroDivisorGivesNull(context)) return sqlite3_result_null(context);
+            return sqlite3_result_error(context, "Divide by zero error encountered.", -1);
+        }
         if (y == -1 && x == std::numeric_limits<sqlite3_int64>::min())
             return sqlite3_result_error(context, "Arithmetic overflow error converting expression to data type bigint.", -1);
         return sqlite3_result_int64(context, modulo ? x % y : x / y);
     }
     const double x = sqlite3_value_double(a), y = sqlite3_value_double(b);
-    if (y == 0.0) return sqlite3_result_error(context, "Divide by zero error encountered.", -1);
+    if (y == 0.0) {
+        if (zeroDivisorGivesNull(context)) return sqlite3_result_null(context);
+        return sqlite3_result_error(context, "Divide by zero error encountered.", -1);
+    }
     sqlite3_result_double(context, modulo ? std::fmod(x, y) : x / y);
 }
 
@@ -410,7 +423,9 @@ void check(sqlite3* db, int rc, const char* what) {
 
 }  // namespace
 
-void installSqliteRuntime(sqlite3* db) {
+void installSqliteRuntime(sqlite3* db) { installSqliteRuntime(db, nullptr); }
+
+void installSqliteRuntime(sqlite3* db, const bool* zeroDivisorGivesNull) {
     // one collator per connection: a connection is used by one thread at a time
     auto* collation = new TextCollation();
     const int rc = sqlite3_create_collation_v2(db, kSqliteCollation, SQLITE_UTF8, collation, compareText, destroyCollation);
@@ -427,8 +442,12 @@ void installSqliteRuntime(sqlite3* db) {
         {"qx_right", 2, rightFunction},       {"qx_like", 2, likeFunction},         {"qx_like", 3, likeFunction},
         {"qx_div", 2, divFunction},           {"qx_mod", 2, modFunction},
     };
-    for (const auto& f : functions)
-        check(db, sqlite3_create_function_v2(db, f.name, f.arguments, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, f.body, nullptr, nullptr, nullptr), f.name);
+    for (const auto& f : functions) {
+        // the divisions read the connection's flag; nothing else takes user data
+        const bool division = f.body == divFunction || f.body == modFunction;
+        void* data = division ? const_cast<bool*>(zeroDivisorGivesNull) : nullptr;
+        check(db, sqlite3_create_function_v2(db, f.name, f.arguments, SQLITE_UTF8 | SQLITE_DETERMINISTIC, data, f.body, nullptr, nullptr, nullptr), f.name);
+    }
 }
 
 }  // namespace qx::tsql

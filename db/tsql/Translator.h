@@ -83,5 +83,8 @@ std::string sqliteTempTableName(std::string_view tsqlName);
 // and the qx_* helper functions the emitter calls. Call it on every connection before it runs
 // emitted SQL, also when opening an existing database: its tables and views name them.
 void installSqliteRuntime(sqlite3* db);
+// The same, with a flag the connection owns (it must outlive the connection): while it is set,
+// a division or modulo by zero gives NULL instead of failing the statement.
+void installSqliteRuntime(sqlite3* db, const bool* zeroDivisorGivesNull);
 
 }  // namespace qx::tsql
