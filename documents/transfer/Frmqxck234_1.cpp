@@ -105,30 +105,21 @@ void TQXCK234_1::Act_AddLineExecute(QObject*) {}
 void TQXCK234_1::Act_DeleteLineExecute(QObject*) {}
 
 void TQXCK234_1::Act_OtherExecute(QObject*) {
-    if (ReadOnlyMode) return;
-    AdoQry_Main->CheckBrowseMode();
-    for (int r = 0; r < AdoQry_Main->RecordCount(); ++r) {
-        AdoQry_Main->SetRecNo(r + 1);
-        AdoQry_Main->Edit();
-        for (int i = 0; i < qx::sizes::Count; ++i)
-            if (TField* y = AdoQry_Main->FindField(receiptField(i)))
-                y->SetAsInteger(AdoQry_Main->FieldByName(qx::sizes::quantityField(i))->AsInteger());
-        AdoQry_MainCalcFields(AdoQry_Main);
-        AdoQry_Main->Post();
-    }
-    AdoQry_Main->First();
-    Modified = true;
-    DataSourceDataChange(AdoQry_Main, nullptr);
+    setEveryReceipt([this](int position) { return AdoQry_Main->FieldByName(qx::sizes::quantityField(position))->AsInteger(); });
 }
 
 void TQXCK234_1::Act_CheckExecute(QObject*) {
+    setEveryReceipt([](int) { return 0; });
+}
+
+void TQXCK234_1::setEveryReceipt(const std::function<int(int position)>& received) {
     if (ReadOnlyMode) return;
     AdoQry_Main->CheckBrowseMode();
     for (int r = 0; r < AdoQry_Main->RecordCount(); ++r) {
         AdoQry_Main->SetRecNo(r + 1);
         AdoQry_Main->Edit();
         for (int i = 0; i < qx::sizes::Count; ++i)
-            if (TField* y = AdoQry_Main->FindField(receiptField(i))) y->SetAsInteger(0);
+            if (TField* y = AdoQry_Main->FindField(receiptField(i))) y->SetAsInteger(received(i));
         AdoQry_MainCalcFields(AdoQry_Main);
         AdoQry_Main->Post();
     }

@@ -2,6 +2,8 @@
 // The arrival check: the receiving warehouse counts a transfer in. It writes only the receipt
 // columns (D8303: Y, YDATE, YNAME, Y_NOTE, Y_WC; D8303A: Y0..Y9); everything the sender entered
 // stays as it is, lines are neither added nor deleted and no price is recomputed.
+#include <functional>
+
 #include "documents/transfer/TransferEntry.h"
 
 class TQXCK234_1 : public TTransferEntry {
@@ -41,6 +43,8 @@ protected:
 
 private:
     double receivedFooter() const;
+    // Every line's received quantity at each size position, from first line to last.
+    void setEveryReceipt(const std::function<int(int position)>& received);
 };
 
 extern TQXCK234_1* QXCK234_1;

@@ -1,5 +1,6 @@
 // The transfer entry screen: opening in the three modes, the warehouses, checks, the save batch
 // of every mode against its golden file, and what the batch does to the stock.
+#include <QFocusEvent>
 #include <QLabel>
 #include <QTest>
 
@@ -229,6 +230,41 @@ TEST_F(TransferEntryTest, ATakenNumberIsReplacedSilently) {
     const auto queries = statements(Call::Kind::OpenSql);
     ASSERT_FALSE(queries.empty());
     EXPECT_EQ(queries[0], "SELECT NOID FROM D8303 WHERE NOID='T0305'");
+    delete l;
+}
+
+TEST_F(TransferEntryTest, AHostileNumberIsRefusedWithItsCaption) {
+    TQXCK233* l = list();
+    l->Act_Add->trigger();
+    TQXCK233_1* e = l->entry();
+    for (const char* bad : {"T 1", "T'1--", ""}) {
+        e->Edit1->setText(bad);
+        sink->clear();
+        calls.clear();
+        qx::guard([&] { e->Edit1Exit(e->Edit1); });
+        ASSERT_EQ(sink->texts().size(), 1) << bad;
+        EXPECT_TRUE(sink->texts()[0].startsWith("调拨单号")) << sink->texts()[0].toStdString();
+        EXPECT_TRUE(statements(Call::Kind::OpenSql).empty()) << bad;
+    }
+    delete l;
+}
+
+TEST_F(TransferEntryTest, ADateBeforeTheOpenPeriodIsRefused) {
+    exec("UPDATE sys_co SET CK_END_DATE = '2026-03-10'");
+    TQXCK233* l = list();
+    TQXCK233_1* e = newTransfer(l, "K01", "01", {"1"});
+    e->BDATE->SetDate(QDate(2026, 3, 1));
+    sink->clear();
+    QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+    QApplication::sendEvent(e->BDATE, &out);
+    EXPECT_EQ(sink->texts(), QStringList{"单据日期不能早于本期开始日期2026-03-10!"});
+    // Saved all the same, the database refuses a transfer dated in a closed month.
+    const QString noid = e->Edit1->text();
+    sink->clear();
+    e->Act_Save->trigger();
+    EXPECT_EQ(sink->errors().size(), 1);
+    EXPECT_EQ(count("SELECT COUNT(*) FROM D8303 WHERE NOID='" + noid + "'"), 0);
+    EXPECT_EQ(stock("K0101", "01"), 45);  // only T0305 took its 5
     delete l;
 }
 

@@ -1,59 +1,17 @@
 // The transfer script of the repository, run through the headless script runner on the demo
 // shop: the buyer sends a transfer from 总仓, the manager of the receiving shop counts it in,
 // and both warehouses' stock follow.
-#include <gtest/gtest.h>
-
 #include <QFile>
-#include <QTemporaryDir>
-#include <QTextStream>
 
-#include "db/tools/DemoData.h"
-#include "frame/Qxfunc2.h"
-#include "framework/Frm_Base.h"
-#include "framework/U_dataop.h"
-#include "framework/U_function.h"
-#include "framework/U_glo.h"
-#include "host/MainWindow.h"
-#include "host/ScriptRunner.h"
+#include "tests/support/DemoShopScript.h"
 
 namespace {
 
-class TransferScriptTest : public ::testing::Test {
+class TransferScriptTest : public qx::test::DemoShopScriptTest {
 protected:
-    void SetUp() override {
-        ResetGlobals();
-        path = dir.filePath("demo.db");
-        qx::demo::createDemoDatabase(path.toStdString(), {.endDate = "2026-06-29"});
-        qx::ui::setToday(QDate(2026, 6, 30));
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(path.toStdString(), false));
-        qx::dataop::setDatabase(db);
-        window = std::make_unique<qx::host::MainWindow>(&QXProc2, path);
-        window->resize(1280, 800);
-        window->show();
-    }
-    void TearDown() override {
-        window.reset();
-        qx::dataop::setDatabase(nullptr);
-        qx::ui::setToday(QDate());
-        ResetGlobals();
-    }
-    QString scalar(const QString& sql) {
-        const auto r = db->open(sql.toStdString());
-        if (r.rows.empty()) return {};
-        const auto& v = r.rows[0][0];
-        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-        return {};
-    }
     int stock(const QString& warehouse, const QString& column) {
         return scalar("SELECT " + column + " FROM d1802 WHERE WL_ID='BL2508000302' AND CK_ID='" + warehouse + "'").toInt();
     }
-
-    QTemporaryDir dir;
-    QString path;
-    std::shared_ptr<qx::db::Database> db;
-    std::unique_ptr<qx::host::MainWindow> window;
 };
 
 TEST_F(TransferScriptTest, SendAndCountInThroughTheScriptRunner) {
@@ -63,11 +21,8 @@ TEST_F(TransferScriptTest, SendAndCountInThroughTheScriptRunner) {
     const int k0 = stock("ZC", "K0"), k1 = stock("ZC", "K1");
     ASSERT_EQ(scalar("SELECT COUNT(*) FROM d1802 WHERE WL_ID='BL2508000302' AND CK_ID='MD01'"), "0");
 
-    QString output;
-    QTextStream out(&output);
-    qx::host::ScriptRunner runner(*window, *db, out);
-    const int rc = runner.run(qx::host::parseScript(script));
-    out.flush();
+    int rc = -1;
+    const QString output = run(script, rc);
     ASSERT_EQ(rc, 0) << output.toStdString();
     EXPECT_FALSE(output.contains("error:")) << output.toStdString();
 
