@@ -234,3 +234,41 @@ TEST_F(TransferListTest, GoodsInTransitWithRightsAreThoseFromOrToTheUsersWarehou
 }
 
 }  // namespace
+
+namespace {
+
+using qx::test::TransferTest;
+
+class TransferApprovalTest : public TransferTest {};
+
+TEST_F(TransferApprovalTest, WithApprovalANewTransferWaitsAndIsTinted) {
+    G_SK = true;
+    G_SKSTR = "0";
+    TQXCK233* l = transfers();
+    EXPECT_NE(l->DBGridEh->ColumnByTitle("审批"), nullptr);
+    EXPECT_NE(l->DBGridEh->ColumnByTitle("审批日期"), nullptr);
+    TQXCK233_1* e = newTransfer(l, "K01", "01", {"4"});
+    const QString noid = e->Edit1->text();
+    e->Act_Save->trigger();
+    EXPECT_EQ(scalar("SELECT T FROM D8303 WHERE NOID='" + noid + "'"), "0");
+    EXPECT_EQ(stock("K0101", "01"), 50);  // not effective: nothing has left
+    l->Act_Refresh->trigger();
+    ASSERT_TRUE(l->AdoQry_Main->Locate("noid", noid));
+    TCellParams p;
+    p.Row = l->AdoQry_Main->CurrentRow();
+    p.Background = Qt::white;
+    l->DBGridEhGetCellParams(l->DBGridEh, l->DBGridEh->Columns(0), p);
+    EXPECT_EQ(p.Background, QColor(0x80, 0xFF, 0xFF));
+    delete l;
+    // Nor is it offered for counting in.
+    TQXCK234* a = arrivals();
+    EXPECT_FALSE(a->AdoQry_Main->Locate("noid", noid));
+    // Approved, it leaves.
+    exec("UPDATE D8303 SET T = 1 WHERE NOID='" + noid + "'");
+    EXPECT_EQ(stock("K0101", "01"), 46);
+    a->Act_Refresh->trigger();
+    EXPECT_TRUE(a->AdoQry_Main->Locate("noid", noid));
+    delete a;
+}
+
+}  // namespace
