@@ -28,6 +28,11 @@ TQXCK233::TQXCK233(QWidget* Owner)
     FormCreate();
 }
 
+void TQXCK233::GetData() {
+    TDocumentList::GetData();
+    qx::transfer::showReceiptsInLines(this);
+}
+
 void TQXCK233::DBGridEhGetCellParams(QObject* Sender, TColumnEh* Column, TCellParams& Params) {
     TDocumentList::DBGridEhGetCellParams(Sender, Column, Params);
     qx::transfer::blankZeroDiscrepancy(AdoQry_Main, Column, Params);

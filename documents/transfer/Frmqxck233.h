@@ -12,6 +12,7 @@ public:
     explicit TQXCK233(QWidget* Owner);
 
     static AnsiString HeadQuery();
+    void GetData() override;
     void DBGridEhGetCellParams(QObject* Sender, TColumnEh* Column, TCellParams& Params) override;
 
     TQXCK233_1* entry() const;

@@ -49,6 +49,7 @@ void TQXCK234::GetData() {
     Condition = ListCondition(given);
     qx::guard([this] { TDocumentList::GetData(); });
     Condition = given;
+    qx::transfer::showReceiptsInLines(this);
 }
 
 void TQXCK234::DBGridEhGetCellParams(QObject*, TColumnEh* Column, TCellParams& Params) {

@@ -1,5 +1,6 @@
 #include "documents/transfer/TransferEntry.h"
 
+#include "documents/transfer/TransferList.h"
 #include "framework/DBGridEh.h"
 #include "framework/SizeMatrix.h"
 
@@ -109,20 +110,5 @@ void TTransferEntry::BuildLineColumns() {
         amount->Footer.ValueType = fvtSum;
         amount->DisplayFormat = "0.00";
     }
-    for (int i = 0; i < qx::sizes::Count; ++i) {
-        if (!AdoQry_Main->FindField(receiptField(i))) continue;
-        TColumnEh* c = DBGridEh->AddColumn(receiptField(i), "收货填写|-", 42);
-        c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
-        c->Footer.ValueType = fvtSum;
-        c->ReadOnly = !ReceiptTyped();
-        const TColumnEh* size = DBGridEh->ColumnByField(qx::sizes::quantityField(i));
-        c->Visible = size && size->Visible;
-    }
-    if (AdoQry_Main->FindField("YTOT")) {
-        TColumnEh* c = DBGridEh->AddColumn("YTOT", "收货填写|合计", 50);
-        c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
-        c->Footer.ValueType = fvtSum;
-        c->ReadOnly = true;
-    }
-    DBGridEh->ColumnsChanged();
+    qx::transfer::addReceiptColumns(DBGridEh, AdoQry_Main, ReceiptTyped());
 }

@@ -4,6 +4,8 @@
 
 #include "framework/DBGridEh.h"
 #include "framework/DataSet.h"
+#include "framework/Frm_Base_Entry_Head.h"
+#include "framework/SizeMatrix.h"
 
 using namespace qx::documents;
 
@@ -69,6 +71,36 @@ const DocumentFilterKind& filterKind(const QString& caption) {
                                        },
                                    });
     return it.value();
+}
+
+void addReceiptColumns(TDBGridEh* grid, const TClientDataSet* lines, bool typed) {
+    for (int i = 0; i < qx::sizes::Count; ++i) {
+        const QString field = "Y" + QString::number(i);
+        if (!lines->FindField(field) || grid->ColumnByField(field)) continue;
+        TColumnEh* c = grid->AddColumn(field, "收货填写|-", 42);
+        c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
+        c->Footer.ValueType = fvtSum;
+        c->ReadOnly = !typed;
+        const TColumnEh* size = grid->ColumnByField(qx::sizes::quantityField(i));
+        c->Visible = size && size->Visible;
+    }
+    if (lines->FindField("YTOT") && !grid->ColumnByField("YTOT")) {
+        TColumnEh* c = grid->AddColumn("YTOT", "收货填写|合计", 50);
+        c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
+        c->Footer.ValueType = fvtSum;
+        c->ReadOnly = true;
+    }
+    grid->ColumnsChanged();
+}
+
+void showReceiptsInLines(TFrm_Base_Entry_Head* list) {
+    TDBGridEh* lines = list->DBGridEh_Detail;
+    if (lines->ColumnCount() == 0) return;  // built with the first lines
+    if (TColumnEh* amount = lines->ColumnByField("SMONEY")) {
+        amount->Footer.ValueType = fvtSum;
+        amount->DisplayFormat = "0.00";
+    }
+    addReceiptColumns(lines, list->AdoQry_Detail, false);
 }
 
 void blankZeroDiscrepancy(const TClientDataSet* heads, TColumnEh* column, TCellParams& params) {

@@ -7,6 +7,8 @@
 class TCellParams;
 class TColumnEh;
 class TClientDataSet;
+class TDBGridEh;
+class TFrm_Base_Entry_Head;
 
 namespace qx::transfer {
 
@@ -17,6 +19,13 @@ qx::documents::DocumentListKind listKind(const QString& caption, const QString& 
 QString lineQuery(bool arrival);
 // The filter of both lists: date, sending and receiving warehouse, number range.
 const qx::documents::DocumentFilterKind& filterKind(const QString& caption);
+// The received quantities Y0..Y9 (and their total YTOT where the lines have it) as the last
+// columns of a line grid, titled "收货填写|-", each shown exactly when the size column of the
+// same position is; `typed`: whether their cells take typing.
+void addReceiptColumns(TDBGridEh* grid, const TClientDataSet* lines, bool typed);
+// The list's lines grid shows the amount summed and the received quantities too (once its
+// columns are built).
+void showReceiptsInLines(TFrm_Base_Entry_Head* list);
 // A discrepancy of 0 is shown as an empty cell (DEROZERO).
 void blankZeroDiscrepancy(const TClientDataSet* heads, TColumnEh* column, TCellParams& params);
 

@@ -139,6 +139,23 @@ TEST_F(TransferListTest, TheArrivalListOffersOnlyEffectiveTransfersToTheReceiver
     delete l;
 }
 
+TEST_F(TransferListTest, TheLinesBelowShowWhatWasSentAndWhatWasCountedIn) {
+    exec("UPDATE D8303A SET Y0 = 3, Y1 = 1 WHERE NOID = 'T0305'");
+    for (TDocumentList* l : std::initializer_list<TDocumentList*>{transfers(), arrivals()}) {
+        ASSERT_TRUE(l->AdoQry_Main->Locate("noid", "T0305"));
+        l->RefreshDetail();
+        TDBGridEh* lines = l->DBGridEh_Detail;
+        ASSERT_NE(lines->ColumnByField("Y0"), nullptr) << l->Caption().toStdString();
+        EXPECT_EQ(lines->ColumnByField("Y0")->Title, "收货填写|-");
+        EXPECT_EQ(lines->ColumnByField("Y9")->Visible, lines->ColumnByField("S9")->Visible);
+        EXPECT_EQ(lines->DisplayedText(0, lines->ColumnByField("Y0")->Index()), "3");
+        EXPECT_EQ(lines->DisplayedText(0, lines->ColumnByField("Y1")->Index()), "1");
+        EXPECT_EQ(lines->ColumnByField("SMONEY")->Footer.ValueType, fvtSum);
+        EXPECT_EQ(lines->ColumnByField("SMONEY")->DisplayFormat, "0.00");
+        delete l;
+    }
+}
+
 TEST_F(TransferListTest, NotYetReceivedRowsAreTinted) {
     exec("UPDATE D8303 SET Y = 1 WHERE NOID = 'T0307'");
     TQXCK234* l = arrivals();
