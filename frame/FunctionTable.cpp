@@ -10,6 +10,8 @@
 #include "documents/purchase/Frmqxck202.h"
 #include "documents/sales/Frmqxck211.h"
 #include "documents/sales/Frmqxck212.h"
+#include "documents/transfer/Frmqxck233.h"
+#include "documents/transfer/Frmqxck234.h"
 #include "frame/Dispatch.h"
 #include "labels/Frmqxck297.h"
 #include "labels/Frmqxck299.h"
@@ -40,9 +42,9 @@ const std::array kFunctions{
     FunctionRow{213, "TQXCK211M",  "Frmqxck211m",  "TFrm_Base_Qry",        "销售明细表",          Embedded,       None,               Reports,   nullptr},
     FunctionRow{214, "TQXCK211G",  "Frmqxck211g",  "TFrm_Base_Qry",        "销售汇总表",          Embedded,       None,               Reports,   nullptr},
     FunctionRow{215, "TQXCK213",   "Frmqxck213",   "TFrm_Base_Entry_Head", "订单/补单",           Embedded,       None,               Documents, nullptr},
-    FunctionRow{217, "TQXCK233",   "Frmqxck233",   "TFrm_Base_Entry_Head", "调拨单",              Embedded,       SeveralWarehouses,  Documents, nullptr},
+    FunctionRow{217, "TQXCK233",   "Frmqxck233",   "TFrm_Base_Entry_Head", "调拨单",              Embedded,       SeveralWarehouses,  Documents, screen<TQXCK233, &QXCK233>},
     FunctionRow{218, "TQXCK231",   "Frmqxck231",   "TFrm_Base_Entry_Head", "损溢单",              Embedded,       None,               Documents, nullptr},
-    FunctionRow{219, "TQXCK234",   "Frmqxck234",   "TFrm_Base_Entry_Head", "调拨到货点收",        Embedded,       SeveralWarehouses,  Documents, nullptr},
+    FunctionRow{219, "TQXCK234",   "Frmqxck234",   "TFrm_Base_Entry_Head", "调拨到货点收",        Embedded,       SeveralWarehouses,  Documents, screen<TQXCK234, &QXCK234>},
     FunctionRow{235, "TQXCK235",   "Frmqxck235",   "TFrm_Base_Entry_Head", "盘点录入",            Embedded,       None,               Documents, nullptr},
     FunctionRow{241, "TQXck341",   "Frmqxck341",   "TFrm_Base_Outer",      "商品库存期初",        Embedded,       None,               Period,    screen<TQXck341, &QXck341>},
     FunctionRow{242, "TQXCK342",   "Frmqxck342",   "TFrm_Base_Dialog",     "库存期间月结",        ModalDialog,    None,               Period,    screen<TQXCK342, &QXCK342>},

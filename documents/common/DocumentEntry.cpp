@@ -48,6 +48,14 @@ void TDocumentEntry::buildHead() {
             break;
         case HeadRole::Changed: EDATE = Panel_Head->AddLabel(f.control, f.caption); break;
         case HeadRole::Maker: USER_NAME = Panel_Head->AddLabel(f.control, f.caption); break;
+        case HeadRole::Shown: Panel_Head->AddLabel(f.control, f.caption); break;
+        case HeadRole::Heading: {
+            Panel_Head->NewRow();
+            auto* heading = new QLabel(f.caption, Panel_Head);
+            heading->setObjectName(f.control);
+            Panel_Head->AddControl(heading, QString());
+            break;
+        }
         case HeadRole::Text: {
             QLineEdit* edit = Panel_Head->AddEdit(f.control, f.caption, f.maxLength);
             if (f.control == "NOTE") NOTE = edit;
@@ -155,7 +163,7 @@ void TDocumentEntry::RefreshData() {
         LockName = "";
     }
     RefreshOwnData();
-    if (EditMode == "Add") clearHeadForNewDocument();
+    if (EditMode == "Add" || (kind_.copyAddStartsFresh && EditMode == "CopyAdd")) clearHeadForNewDocument();
     else copyHeadFromList();
 
     TFrm_Base_Entry_BodyC::RefreshData();
@@ -182,6 +190,8 @@ void TDocumentEntry::copyHeadFromList() {
             static_cast<TLinkEdit*>(control)->NameLabel()->setText(text(f.nameLabel));
             break;
         case HeadRole::Maker: USER_NAME->setText(text("USER_NAME")); break;
+        case HeadRole::Shown: static_cast<QLabel*>(control)->setText(text(f.control)); break;
+        case HeadRole::Heading: break;
         case HeadRole::Changed: {
             TField* changed = row->FieldByName("edate");
             EDATE->setText(EditMode == "Edit" && !changed->IsNull() ? changed->AsString().left(10) : QString());
@@ -205,6 +215,8 @@ void TDocumentEntry::clearHeadForNewDocument() {
             static_cast<TLinkEdit*>(control)->NameLabel()->clear();
             break;
         case HeadRole::Changed: EDATE->clear(); break;
+        case HeadRole::Shown: static_cast<QLabel*>(control)->clear(); break;
+        case HeadRole::Heading: break;
         case HeadRole::Maker: USER_NAME->setText(G_UserName); break;
         case HeadRole::Number:
         case HeadRole::Warehouse: break;
@@ -253,6 +265,7 @@ void TDocumentEntry::LineValueChanged(TField* Sender) {
 
 bool TDocumentEntry::AllCheck() {
     if (!TFrm_Base_Entry_BodyC::AllCheck()) return false;
+    CheckOwnHead();
     checkTypedCodes(Panel_Head);
     const bool positive = kind_.lineCheck == LineCheck::PositiveQuantities;
     const int bad = positive ? firstLineWithBadQuantities(AdoQry_Main) : firstLineWithAllSizesZero(AdoQry_Main);
@@ -279,6 +292,7 @@ bool TDocumentEntry::headValue(const QString& name, QString& value) const {
     else if (name == "total") value = TotalText();
     else if (name == "G_SKSTR") value = G_SKSTR;
     else if (name == "G_UserId") value = G_UserId;
+    else if (name == "G_UserName") value = G_UserName;
     else if (QWidget* control = headControl(name)) value = ControlText(control);
     else return false;
     return true;
@@ -340,7 +354,9 @@ void TDocumentEntry::putHeadIntoListRow() {
             break;
         case HeadRole::Number:
         case HeadRole::Changed:
-        case HeadRole::Maker: break;
+        case HeadRole::Maker:
+        case HeadRole::Shown:
+        case HeadRole::Heading: break;
         }
     }
     for (const QString& total : kind_.savedTotals) put(total, TotalText());

@@ -62,6 +62,9 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     // A kind's own part of opening, after number and warehouse are set (barcodes of receipts).
     virtual void RefreshOwnData() {}
+    // A kind's own head check, after the framework's and before the typed codes and the lines
+    // are checked: reports, focuses and aborts (Abort) when the head is wrong.
+    virtual void CheckOwnHead() {}
     // A kind's own statements after the templates' (barcode updates of receipts).
     virtual void AppendOwnStatements(QString& batch) { Q_UNUSED(batch); }
     // The value of a placeholder of the templates; false when it names nothing.

@@ -6,7 +6,7 @@
 // list row after a save); a kind's own units hold only what is truly its own.
 //
 // Statement templates are the statements as the kind sends them, with {placeholders}:
-//   {number} {warehouse} {total} {G_SKSTR} {G_UserId} {discount}
+//   {number} {warehouse} {total} {G_SKSTR} {G_UserId} {G_UserName} {discount}
 //   {CONTROL}   the text of a head control by its name ({KH_GYS_ID}, {BDATE}, {send_no}, {NOTE})
 //   {FIELD}     in line templates, a line field by name, any case ({K_ID}, {s0}, {Smoney}, {NOTE})
 // Every value goes through the quoting helper; a placeholder is replaced once, so a typed
@@ -26,6 +26,8 @@ enum class HeadRole {
     Text,       // plain edits (send_no, NOTE)
     Changed,    // EDATE label: last changed
     Maker,      // USER_NAME label: who made the document
+    Shown,      // a label shown for information: copied from the list row, cleared for a new one
+    Heading,    // a caption starting a new row of the head, with no value ("收货填写-->")
 };
 
 enum class LookupList { None, Partner, Warehouse, Delivery, Settlement, Salesperson };
@@ -80,6 +82,7 @@ struct DocumentKind {
     PriceArithmetic arithmetic = PriceArithmetic::AmountFromPrice;
     TotalFrom total = TotalFrom::AmountField;
     bool warehouseFixedByLines = false;  // the warehouse edit is disabled once a line exists
+    bool copyAddStartsFresh = false;     // "CopyAdd" clears the head as "Add" does (lines are copied)
 
     // The save batch: head insert (new) or update (Edit, then the line delete), one insert
     // per line, then the completion and cost-fill statements, in order.

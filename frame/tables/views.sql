@@ -46,3 +46,13 @@ SELECT b.NOID, h.BDATE, h.CK_ID, h.VIPID, h.YW_ID, b.WL_ID, s.K_ID, s.COL_ID,
 FROM d712a b
 INNER JOIN d712 h ON h.NOID = b.NOID
 LEFT JOIN d1801 s ON s.WL_ID = b.WL_ID;
+
+-- Goods in transit: the lines of transfers that have left their warehouse (T = 1) and whose
+-- arrival is not confirmed yet (Y <> 1), with the sent quantities per size and their total.
+CREATE VIEW V_QX_ZT AS
+SELECT h.NOID, h.BDATE, h.CK_ID, h.CK_ID_IN, a.WL_ID, a.K_ID, a.COL_ID,
+       a.S0, a.S1, a.S2, a.S3, a.S4, a.S5, a.S6, a.S7, a.S8, a.S9,
+       a.S0 + a.S1 + a.S2 + a.S3 + a.S4 + a.S5 + a.S6 + a.S7 + a.S8 + a.S9 AS STOT
+FROM D8303 h
+INNER JOIN D8303A a ON a.NOID = h.NOID
+WHERE h.T = 1 AND ISNULL(h.Y, 0) <> 1;

@@ -1,0 +1,68 @@
+#pragma once
+// A demo shop (qxck-demo, ending 2026-06-29, today 2026-06-30) in a temporary file, the host's
+// main window on it, and scripts run through the headless script runner as qxck-run runs them.
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <memory>
+
+#include "db/tools/DemoData.h"
+#include "frame/Qxfunc2.h"
+#include "framework/Frm_Base.h"
+#include "framework/U_dataop.h"
+#include "framework/U_function.h"
+#include "framework/U_glo.h"
+#include "host/MainWindow.h"
+#include "host/ScriptRunner.h"
+
+namespace qx::test {
+
+class DemoShopScriptTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetGlobals();
+        path = dir.filePath("demo.db");
+        qx::demo::createDemoDatabase(path.toStdString(), {.endDate = "2026-06-29"});
+        qx::ui::setToday(QDate(2026, 6, 30));
+        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(path.toStdString(), false));
+        qx::dataop::setDatabase(db);
+        window = std::make_unique<qx::host::MainWindow>(&QXProc2, path);
+        window->resize(1280, 800);
+        window->show();
+    }
+    void TearDown() override {
+        window.reset();
+        qx::dataop::setDatabase(nullptr);
+        qx::ui::setToday(QDate());
+        ResetGlobals();
+    }
+
+    // Runs a script; its exit code goes to `rc`, the runner's output is returned.
+    QString run(const QString& script, int& rc) {
+        QString output;
+        QTextStream out(&output);
+        qx::host::ScriptRunner runner(*window, *db, out);
+        rc = runner.run(qx::host::parseScript(script));
+        out.flush();
+        return output;
+    }
+
+    // The first column of the first row as text ("" when there is none).
+    QString scalar(const QString& sql) {
+        const auto r = db->open(sql.toStdString());
+        if (r.rows.empty() || r.rows[0].empty()) return {};
+        const auto& v = r.rows[0][0];
+        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
+        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
+        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
+        return {};
+    }
+
+    QTemporaryDir dir;
+    QString path;
+    std::shared_ptr<qx::db::Database> db;
+    std::unique_ptr<qx::host::MainWindow> window;
+};
+
+}  // namespace qx::test
