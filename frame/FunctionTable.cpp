@@ -10,6 +10,9 @@
 #include "documents/purchase/Frmqxck202.h"
 #include "documents/sales/Frmqxck211.h"
 #include "documents/sales/Frmqxck212.h"
+#include "documents/orders/Frmqxck213.h"
+#include "documents/lossgain/Frmqxck231.h"
+#include "documents/stocktake/Frmqxck235.h"
 #include "frame/Dispatch.h"
 
 namespace qx::frame {
@@ -32,11 +35,11 @@ const std::array kFunctions{
     FunctionRow{212, "TQXCK212",   "Frmqxck212",   "TFrm_Base_Entry_Head", "销售退货",            Embedded,       None,               Documents, screen<TQXCK212, &QXCK212>},
     FunctionRow{213, "TQXCK211M",  "Frmqxck211m",  "TFrm_Base_Qry",        "销售明细表",          Embedded,       None,               Reports,   nullptr},
     FunctionRow{214, "TQXCK211G",  "Frmqxck211g",  "TFrm_Base_Qry",        "销售汇总表",          Embedded,       None,               Reports,   nullptr},
-    FunctionRow{215, "TQXCK213",   "Frmqxck213",   "TFrm_Base_Entry_Head", "订单/补单",           Embedded,       None,               Documents, nullptr},
+    FunctionRow{215, "TQXCK213",   "Frmqxck213",   "TFrm_Base_Entry_Head", "订单/补单",           Embedded,       None,               Documents, screen<TQXCK213, &QXCK213>},
     FunctionRow{217, "TQXCK233",   "Frmqxck233",   "TFrm_Base_Entry_Head", "调拨单",              Embedded,       SeveralWarehouses,  Documents, nullptr},
-    FunctionRow{218, "TQXCK231",   "Frmqxck231",   "TFrm_Base_Entry_Head", "损溢单",              Embedded,       None,               Documents, nullptr},
+    FunctionRow{218, "TQXCK231",   "Frmqxck231",   "TFrm_Base_Entry_Head", "损溢单",              Embedded,       None,               Documents, screen<TQXCK231, &QXCK231>},
     FunctionRow{219, "TQXCK234",   "Frmqxck234",   "TFrm_Base_Entry_Head", "调拨到货点收",        Embedded,       SeveralWarehouses,  Documents, nullptr},
-    FunctionRow{235, "TQXCK235",   "Frmqxck235",   "TFrm_Base_Entry_Head", "盘点录入",            Embedded,       None,               Documents, nullptr},
+    FunctionRow{235, "TQXCK235",   "Frmqxck235",   "TFrm_Base_Entry_Head", "盘点录入",            Embedded,       None,               Documents, screen<TQXCK235, &QXCK235>},
     FunctionRow{241, "TQXck341",   "Frmqxck341",   "TFrm_Base_Outer",      "商品库存期初",        Embedded,       None,               Period,    nullptr},
     FunctionRow{242, "TQXCK342",   "Frmqxck342",   "TFrm_Base_Dialog",     "库存期间月结",        ModalDialog,    None,               Period,    nullptr},
     FunctionRow{252, "TQXCK252",   "Frmqxck252",   "TFrm_Base_Qry",        "进销存分类表",        Embedded,       None,               Reports,   nullptr},
