@@ -49,22 +49,15 @@ TQXCK235_2::TQXCK235_2(QWidget* Owner) : TFrm_Sys_Filter(Owner) {
     DBGridEh->setObjectName("DBGridEh");
     AdoQry_Book = new TClientDataSet(this);
     AdoQry_Book->setObjectName("AdoQry_Book");
-    AdoQry_Book->AddField("K_ID", ftString, 17);
-    AdoQry_Book->AddField("COL_NAME", ftString, 20);
-    AdoQry_Book->AddField("SIZE_NAME", ftString, 10);
-    AdoQry_Book->AddField("BOOK", ftFloat);
-    AdoQry_Book->AddField("COUNTED", ftFloat);
-    AdoQry_Book->AddField("DIFF", ftFloat);
+    AdoQry_Book->AddField("K_ID", ftString, 17, "款号");
+    AdoQry_Book->AddField("COL_NAME", ftString, 20, "颜色");
+    AdoQry_Book->AddField("SIZE_NAME", ftString, 10, "尺码");
+    AdoQry_Book->AddField("BOOK", ftFloat, 0, "账面库存");
+    AdoQry_Book->AddField("COUNTED", ftFloat, 0, "盘点数量");
+    AdoQry_Book->AddField("DIFF", ftFloat, 0, "盈亏");
     AdoQry_Book->CreateDataSet();
     DBGridEh_Book = TDBGridEh::CreateBrowseGrid(this, AdoQry_Book);
     DBGridEh_Book->setObjectName("DBGridEh_Book");
-    DBGridEh_Book->AddColumn("K_ID", "款号", 90);
-    DBGridEh_Book->AddColumn("COL_NAME", "颜色", 70);
-    DBGridEh_Book->AddColumn("SIZE_NAME", "尺码", 50);
-    DBGridEh_Book->AddColumn("BOOK", "账面库存", 70);
-    DBGridEh_Book->AddColumn("COUNTED", "盘点数量", 70);
-    DBGridEh_Book->AddColumn("DIFF", "盈亏", 60);
-    DBGridEh_Book->ColumnsChanged();
     auto* bookTitle = new QLabel("盘点与账面对照(确定后写入损溢单的行)", this);
     bookTitle->setObjectName("Lab_Book");
 
@@ -204,7 +197,7 @@ void TQXCK235_2::gtimeTimer(QObject*) {
 // colour on every second row.
 bool TQXCK235_2::drawZeroBlank(QPainter* painter, const QRect& rect, const TCellParams& params) const {
     if (params.Text != "0") return false;
-    QColor fill = params.Background;
+    QColor fill = params.Background.isValid() ? params.Background : DBGridEh->palette().base().color();
     if (params.Selected) fill = QColor(201, 208, 226);
     else if (params.Row % 2 == 1) fill = DBGridEh->palette().alternateBase().color();
     painter->fillRect(rect, fill);
