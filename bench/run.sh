@@ -50,3 +50,12 @@ for name, b in sorted(bridge.items()):
         n = bridge["native/" + report]
         print(f"  {report:<20} bridged {us(b)/1e3:8.2f}   hand-written {us(n)/1e3:8.2f}   ratio {us(b)/us(n):5.2f}   rows {int(b['rows'])}")
 PY
+
+# Scanning into a count sheet: wall time per scanned barcode over 500 scans.
+"$bin/bench_scan" --benchmark_out="$out/scan.json" --benchmark_out_format=json >"$out/scan.log" 2>&1 ||
+    { cat "$out/scan.log" >&2; exit 1; }
+python3 - "$out/scan.json" <<'PY'
+import json, sys
+for b in json.load(open(sys.argv[1]))["benchmarks"]:
+    print(f"Scanning into a count sheet: {b['real_time']:.2f} {b['time_unit']} per scan (wall), {int(b['lines'])} lines")
+PY
