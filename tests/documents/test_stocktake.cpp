@@ -151,6 +151,7 @@ TEST_F(StocktakeTest, ACountSheetNeverPostsStockNorMakesSkuOrStockRows) {
 TEST_F(StocktakeTest, EditingASummarisedSheetPutsItBackToCountingAndUnlinksIt) {
     countSheet("PD1", "01", {{"K01", "01", {2}}}, 1);
     exec("UPDATE d8300 SET D8301NOID='SY1' WHERE NOID='PD1'");
+    exec("INSERT INTO d8301 (NOID, T, CK_ID, BDATE, USER_ID, NOTE) VALUES ('SY1', 1, '01', '2026-03-10', 'U1', '由盘点录入汇总自动生成')");
     TQXCK235* l = list();
     TQXCK235_1* e = edit(l, "PD1");
     EXPECT_FALSE(e->Edit1->isEnabled());
@@ -167,7 +168,21 @@ TEST_F(StocktakeTest, EditingASummarisedSheetPutsItBackToCountingAndUnlinksIt) {
     EXPECT_EQ(l->AdoQry_Main->FieldByName("t_name")->AsString(), "盘点中");
     EXPECT_EQ(l->AdoQry_Main->FieldByName("d8301noid")->AsString(), "");
     EXPECT_EQ(l->AdoQry_Main->FieldByName("t")->AsInteger(), 0);
+    EXPECT_EQ(count("SELECT COUNT(*) FROM d8301 WHERE NOID='SY1'"), 1) << "the loss/gain sheet is left as it is";
     delete l;
+}
+
+TEST_F(StocktakeTest, ThePermissionAnswerRunsNoBatch) {
+    countSheet("PD1", "01", {{"K01", "01", {2}}});
+    EXPECT_EQ(ExecSql("235", "PD1", "T", "DELETE FROM d8300", 65535, false, true, false, true), "Y");
+    EXPECT_EQ(count("SELECT COUNT(*) FROM d8300"), 1) << "the mode asks; it runs nothing";
+    const QString unknown = ExecSql("235", "NO'PE", "T", "", 65535, false, true, false, true);
+    EXPECT_NE(unknown, "Y");
+    EXPECT_TRUE(unknown.contains("NO'PE")) << unknown.toStdString();
+    exec("INSERT INTO D8303 (NOID, T, CK_ID, CK_ID_IN, BDATE, USER_ID, Y) VALUES ('DB1', 1, '01', '02', '2026-03-12', 'U1', 0)");
+    EXPECT_NE(ExecSql("235", "PD1", "T", "", 65535, false, true, false, true), "Y") << "sent from the warehouse, not received";
+    exec("UPDATE D8303 SET T=0 WHERE NOID='DB1'");
+    EXPECT_EQ(ExecSql("235", "PD1", "T", "", 65535, false, true, false, true), "Y") << "not yet effective: nothing left";
 }
 
 TEST_F(StocktakeTest, AnAllZeroLineIsRefusedAndANegativeCountIsAccepted) {
