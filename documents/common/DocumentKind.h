@@ -36,7 +36,7 @@ struct HeadField {
     QString caption;    // "供 应 商"
     HeadRole role;
     int maxLength = 0;
-    QString nameLabel;  // the lookup's name label, also a list field: "KG_NAME"
+    QString nameLabel = {};  // the lookup's name label, also a list field: "KG_NAME"
     LookupList list = LookupList::None;
 };
 
