@@ -189,6 +189,21 @@ TEST_F(LossGainTest, EditRewritesTheHeadAndLinesAndRepostsTheDifference) {
     delete l;
 }
 
+TEST_F(LossGainTest, CopyAddWritesTheSameDifferencesUnderANewNumber) {
+    stock("K0101", "01", {5, 3});
+    lossGainSheet("SY1", "01", "-1,0,0,0,0,0,0,0,0,0");
+    TQXCK231* l = lossGainList();
+    ASSERT_TRUE(l->AdoQry_Main->Locate("noid", "SY1"));
+    l->Act_CopyAdd->trigger();
+    TQXCK231_1* e = l->entry();
+    const QString noid = e->Edit1->text();
+    e->Act_Save->trigger();
+    EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
+    EXPECT_TRUE(qx::test::sameStatements(golden.text("CopyAdd", {{"number", noid}}), lastBatch()));
+    EXPECT_EQ(stockRow("K0101", "01"), "3/3/0/0/0") << "two sheets, two losses";
+    delete l;
+}
+
 TEST_F(LossGainTest, TheNumberIsCheckedUnderTheTransferWording) {
     TQXCK231* l = lossGainList();
     TQXCK231_1* e = add(l);

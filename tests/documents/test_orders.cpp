@@ -130,6 +130,20 @@ TEST_F(OrderTest, EditRewritesOnlyWarehouseAndNoteNeverTheDate) {
     delete l;
 }
 
+TEST_F(OrderTest, CopyAddCopiesTheOrderUnderANewNumber) {
+    order("DD1", "01");
+    TQXCK213* l = orderList();
+    ASSERT_TRUE(l->AdoQry_Main->Locate("noid", "DD1"));
+    l->Act_CopyAdd->trigger();
+    TQXCK213_1* e = l->entry();
+    const QString noid = e->Edit1->text();
+    EXPECT_EQ(e->NOTE->text(), "首单");
+    e->Act_Save->trigger();
+    EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
+    EXPECT_TRUE(qx::test::sameStatements(golden.text("CopyAdd", {{"number", noid}}), lastBatch()));
+    delete l;
+}
+
 TEST_F(OrderTest, HostileInputIsStoredAsTypedOrRefused) {
     TQXCK213* l = orderList();
     TQXCK213_1* e = add(l);

@@ -172,6 +172,23 @@ TEST_F(StocktakeTest, EditingASummarisedSheetPutsItBackToCountingAndUnlinksIt) {
     delete l;
 }
 
+TEST_F(StocktakeTest, CopyAddMakesANewCountingSheetWithTheLines) {
+    countSheet("PD1", "01", {{"K01", "01", {2}}}, 1);
+    TQXCK235* l = list();
+    ASSERT_TRUE(l->AdoQry_Main->Locate("noid", "PD1"));
+    l->Act_CopyAdd->trigger();
+    TQXCK235_1* e = l->entry();
+    const QString noid = e->Edit1->text();
+    EXPECT_NE(noid, "PD1");
+    EXPECT_EQ(e->EDATE->text(), "");
+    e->Act_Save->trigger();
+    EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
+    EXPECT_TRUE(qx::test::sameStatements(entryGolden.text("CopyAdd", {{"number", noid}}), lastBatch()));
+    EXPECT_EQ(lastExec().mode, "CopyAdd");
+    EXPECT_EQ(scalar("SELECT T FROM d8300 WHERE NOID='" + noid + "'"), "0");
+    delete l;
+}
+
 TEST_F(StocktakeTest, ThePermissionAnswerRunsNoBatch) {
     countSheet("PD1", "01", {{"K01", "01", {2}}});
     EXPECT_EQ(ExecSql("235", "PD1", "T", "DELETE FROM d8300", 65535, false, true, false, true), "Y");
