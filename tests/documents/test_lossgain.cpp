@@ -204,6 +204,20 @@ TEST_F(LossGainTest, CopyAddWritesTheSameDifferencesUnderANewNumber) {
     delete l;
 }
 
+TEST_F(LossGainTest, DeletingASheetTakesItsDifferencesBackOutOfStock) {
+    stock("K0101", "01", {5, 3});
+    lossGainSheet("SY1", "01", "-1,2,0,0,0,0,0,0,0,0");
+    EXPECT_EQ(stockRow("K0101", "01"), "4/5/0/0/0");
+    TQXCK231* l = lossGainList();
+    ASSERT_TRUE(l->AdoQry_Main->Locate("noid", "SY1"));
+    sink->queueAnswer(true);
+    l->Act_Delete->trigger();
+    EXPECT_EQ(lastBatch(), "delete from d8301 Where (noid='SY1')");
+    EXPECT_EQ(count("SELECT COUNT(*) FROM d8301A"), 0);
+    EXPECT_EQ(stockRow("K0101", "01"), "5/3/0/0/0");
+    delete l;
+}
+
 TEST_F(LossGainTest, TheNumberIsCheckedUnderTheTransferWording) {
     TQXCK231* l = lossGainList();
     TQXCK231_1* e = add(l);
