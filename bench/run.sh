@@ -56,3 +56,12 @@ def ms(b):
 print("Saving a 500-line purchase receipt (wall ms):")
 print(f"  through the entry screen {ms(screen):8.1f}   bare inserts {ms(bare):8.1f}   ratio {ms(screen)/ms(bare):5.2f}")
 PY
+
+# Scanning into a count sheet: wall time per scanned barcode over 500 scans.
+"$bin/bench_scan" --benchmark_out="$out/scan.json" --benchmark_out_format=json >"$out/scan.log" 2>&1 ||
+    { cat "$out/scan.log" >&2; exit 1; }
+python3 - "$out/scan.json" <<'PY'
+import json, sys
+for b in json.load(open(sys.argv[1]))["benchmarks"]:
+    print(f"Scanning into a count sheet: {b['real_time']:.2f} {b['time_unit']} per scan (wall), {int(b['lines'])} lines")
+PY

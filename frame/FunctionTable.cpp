@@ -12,6 +12,9 @@
 #include "documents/sales/Frmqxck212.h"
 #include "documents/transfer/Frmqxck233.h"
 #include "documents/transfer/Frmqxck234.h"
+#include "documents/orders/Frmqxck213.h"
+#include "documents/lossgain/Frmqxck231.h"
+#include "documents/stocktake/Frmqxck235.h"
 #include "frame/Dispatch.h"
 #include "labels/Frmqxck297.h"
 #include "labels/Frmqxck299.h"
@@ -41,11 +44,11 @@ const std::array kFunctions{
     FunctionRow{212, "TQXCK212",   "Frmqxck212",   "TFrm_Base_Entry_Head", "销售退货",            Embedded,       None,               Documents, screen<TQXCK212, &QXCK212>},
     FunctionRow{213, "TQXCK211M",  "Frmqxck211m",  "TFrm_Base_Qry",        "销售明细表",          Embedded,       None,               Reports,   nullptr},
     FunctionRow{214, "TQXCK211G",  "Frmqxck211g",  "TFrm_Base_Qry",        "销售汇总表",          Embedded,       None,               Reports,   nullptr},
-    FunctionRow{215, "TQXCK213",   "Frmqxck213",   "TFrm_Base_Entry_Head", "订单/补单",           Embedded,       None,               Documents, nullptr},
+    FunctionRow{215, "TQXCK213",   "Frmqxck213",   "TFrm_Base_Entry_Head", "订单/补单",           Embedded,       None,               Documents, screen<TQXCK213, &QXCK213>},
     FunctionRow{217, "TQXCK233",   "Frmqxck233",   "TFrm_Base_Entry_Head", "调拨单",              Embedded,       SeveralWarehouses,  Documents, screen<TQXCK233, &QXCK233>},
-    FunctionRow{218, "TQXCK231",   "Frmqxck231",   "TFrm_Base_Entry_Head", "损溢单",              Embedded,       None,               Documents, nullptr},
+    FunctionRow{218, "TQXCK231",   "Frmqxck231",   "TFrm_Base_Entry_Head", "损溢单",              Embedded,       None,               Documents, screen<TQXCK231, &QXCK231>},
     FunctionRow{219, "TQXCK234",   "Frmqxck234",   "TFrm_Base_Entry_Head", "调拨到货点收",        Embedded,       SeveralWarehouses,  Documents, screen<TQXCK234, &QXCK234>},
-    FunctionRow{235, "TQXCK235",   "Frmqxck235",   "TFrm_Base_Entry_Head", "盘点录入",            Embedded,       None,               Documents, nullptr},
+    FunctionRow{235, "TQXCK235",   "Frmqxck235",   "TFrm_Base_Entry_Head", "盘点录入",            Embedded,       None,               Documents, screen<TQXCK235, &QXCK235>},
     FunctionRow{241, "TQXck341",   "Frmqxck341",   "TFrm_Base_Outer",      "商品库存期初",        Embedded,       None,               Period,    screen<TQXck341, &QXck341>},
     FunctionRow{242, "TQXCK342",   "Frmqxck342",   "TFrm_Base_Dialog",     "库存期间月结",        ModalDialog,    None,               Period,    screen<TQXCK342, &QXCK342>},
     FunctionRow{252, "TQXCK252",   "Frmqxck252",   "TFrm_Base_Qry",        "进销存分类表",        Embedded,       None,               Reports,   nullptr},
@@ -60,11 +63,6 @@ const std::array kFunctions{
     FunctionRow{283, "TQXCK283",   "Frmqxck283",   "TFrm_Base_Qry",        "销售进度表",          Embedded,       None,               Reports,   nullptr},
     FunctionRow{297, "TQXCK297",   "Frmqxck297",   "TFrm_Base_Outer",      "监管码",              Embedded,       None,               Labels,    screen<TQXCK297, &QXCK297>},
     FunctionRow{299, "TQXCK299",   "Frmqxck299",   "TFrm_Base_Qry",        "吊牌标签制作",        Embedded,       None,               Labels,    screen<TQXCK299, &QXCK299>},
-    FunctionRow{704, "TQXCKS02A",  "Frmqxcks02a",  "TFrm_Base_Outer",      "促销方案",            ListWithParams, None,               Setup,     nullptr},
-    FunctionRow{901, "Tqxsys_co",  "Frmqxsys_co",  "TFrm_Base_Dialog",     "系统设置",            ModalDialog,    None,               Setup,     nullptr},
-    FunctionRow{932, "TQXCKS01",   "Frmqxcks01",   "TFrm_Base_Dialog",     "系统初始化",          ModalDialog,    None,               Setup,     nullptr},
-    FunctionRow{297, "TQXCK297",   "Frmqxck297",   "TFrm_Base_Outer",      "监管码",              Embedded,       None,               Labels,    nullptr},
-    FunctionRow{299, "TQXCK299",   "Frmqxck299",   "TFrm_Base_Qry",        "吊牌标签制作",        Embedded,       None,               Labels,    nullptr},
     FunctionRow{704, "TQXCKS02A",  "Frmqxcks02a",  "TFrm_Base_Outer",      "促销方案",            ListWithParams, None,               Setup,     screen<TQXCKS02A, &QXCKS02A>},
     FunctionRow{901, "Tqxsys_co",  "Frmqxsys_co",  "TFrm_Base_Dialog",     "系统设置",            ModalDialog,    None,               Setup,     screen<Tqxsys_co, &qxsys_co>},
     FunctionRow{932, "TQXCKS01",   "Frmqxcks01",   "TFrm_Base_Dialog",     "系统初始化",          ModalDialog,    None,               Setup,     screen<TQXCKS01, &QXCKS01>},

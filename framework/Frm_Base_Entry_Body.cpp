@@ -93,6 +93,7 @@ Tfrm_Base_Entry_Body::Tfrm_Base_Entry_Body(QWidget* Owner) : TFrm_Base_Panel(Own
             AdoQry_Main->FieldByName(StyleField)->SetText(code);
         });
     };
+    setupRatioAndScan();
     ColorLink->OnPicked = [this](const QString& code, const QString& name) {
         qx::guard([&] { setLineColor(code, name); });
         // Picked: the quantities come next.
@@ -356,11 +357,10 @@ void Tfrm_Base_Entry_Body::prepareLines() {
         source->Visible = false;
     }
     if (!AdoQry_Main->FindField("STOT") && AdoQry_Main->FindField("S0")) {
-        TField* stot = AdoQry_Main->AddField("STOT", ftInteger, 0, tr("合计"));
-        stot->ReadOnly = true;
+        AdoQry_Main->AddField("STOT", ftInteger, 0, tr("合计"));
     }
     if (TField* stot = AdoQry_Main->FindField("STOT")) {
-        stot->ReadOnly = true;
+        stot->ReadOnly = false;  // what is typed there is a ratio (EnterRatio); the sum is kept
         for (int r = 0; r < AdoQry_Main->RecordCount(); ++r)
             AdoQry_Main->SetCellValue(r, stot->Index(), qlonglong(qx::sizes::lineTotal(AdoQry_Main, r)));
     }
@@ -390,6 +390,7 @@ void Tfrm_Base_Entry_Body::attachSetters() {
 
 void Tfrm_Base_Entry_Body::BuildLineColumns() {
     BuildDocumentLineColumns(DBGridEh, AdoQry_Main, lineColumnConfig());
+    if (TColumnEh* total = DBGridEh->ColumnByField("STOT")) total->ReadOnly = false;  // takes a ratio
     DBGridEh->ButtonFields = QStringList{StyleField, "COL_NAME", "COL_ID"};
 }
 
@@ -399,6 +400,10 @@ TLineColumnConfig Tfrm_Base_Entry_Body::lineColumnConfig() const {
 }
 
 void Tfrm_Base_Entry_Body::lineValueTyped(TField* field, const AnsiString& text) {
+    if (field->FieldName.compare("STOT", Qt::CaseInsensitive) == 0) {
+        EnterRatio(text);  // the total is the sizes' sum: what is typed there is a ratio
+        return;
+    }
     SetFloatText(field, text);
     ScopedSetTextSuspension suspended(field->DataSet());
     LineValueChanged(field);
@@ -499,6 +504,7 @@ void Tfrm_Base_Entry_Body::moveToNextCell(bool backwards) {
         const int logical = header->logicalIndex(v);
         TColumnEh* c = DBGridEh->Columns(logical);
         if (DBGridEh->isColumnHidden(logical) || c->ReadOnly || !c->Field() || c->Field()->ReadOnly) continue;
+        if (c->FieldName.compare("STOT", Qt::CaseInsensitive) == 0) continue;  // a ratio only when the clerk goes there
         editable << logical;
     }
     if (editable.isEmpty() || AdoQry_Main->IsEmpty()) return;

@@ -47,6 +47,7 @@
 class TDBGridEh;
 class TQX_LINK_K;
 class TQX_LINK_COL;
+class QLineEdit;
 
 class QX_FRAMEWORK_EXPORT Tfrm_Base_Entry_Body : public TFrm_Base_Panel {
     Q_OBJECT
@@ -141,6 +142,15 @@ public:
     // runs no setter.
     virtual void LineValueChanged(TField* Sender);
 
+    // Entry by size ratio (framework/SizeRatio.*): "1:2:2:1*12" typed into the line's total
+    // cell, or built in the dialog of Act_Ratio ("配比", Ctrl+R), fills the current line's sizes.
+    void EnterRatio(const AnsiString& text);
+    virtual void Act_RatioExecute(QObject* Sender);
+    QAction* Act_Ratio;
+    // Scanning (framework/ScanEntry.*): the scan field above the lines; Enter there scans.
+    void ScanCode(const AnsiString& code);
+    QLineEdit* Edit_Scan;
+
 signals:
     void saved();
 
@@ -168,6 +178,10 @@ protected:
     double styleTagPrice_ = 0;  // PFJ of the style just entered
     int colorRow_ = -1;         // the line waiting for its colour
     QList<QPointer<QWidget>> locked_;
+
+private:
+    void setupRatioAndScan();  // framework/ScanEntry.cpp
+    void addScannedSize(const QString& style, const QString& colour, const QString& colourName, int position);
 };
 
 // Lines from an order (订单/补单, D8203) of the document's warehouse: the orders, newest first,

@@ -72,9 +72,28 @@ void opensql(TClientDataSet* ds, WideString FuncNo, WideString sql, const int, c
     ds->LoadFromResult(result);
 }
 
+namespace {
+// The answer to "may the stocktake of this sheet's warehouse be summarised now?": "Y", or why not.
+AnsiString stocktakePermission(const QString& sheet) {
+    try {
+        qx::db::Database& db = requireDatabase();
+        const auto found = db.open("SELECT CK_ID FROM d8300 WHERE NOID=" + QuotedStr(sheet).toStdString());
+        if (found.rows.empty() || found.rows[0].empty()) return "盘点录入单 " + sheet + " 不存在,不能汇总!";
+        const auto* text = std::get_if<std::string>(&found.rows[0][0]);
+        const std::string warehouse = text ? *text : std::string();
+        if (db.maySummariseStocktake(warehouse)) return "Y";
+        return "仓库 " + QString::fromStdString(warehouse) +
+               " 还有在途的调拨单(已调出未点收),账面库存不准,暂不能汇总盘点!请先完成调拨到货点收。";
+    } catch (const qx::db::Error& e) {
+        throw wrap(e);
+    }
+}
+}  // namespace
+
 AnsiString ExecSql(WideString FuncNo, WideString noid, WideString mode, WideString batch, unsigned short,
                    bool, bool, bool, bool) {
     notify(Call::Kind::ExecSql, FuncNo, batch, noid, mode);
+    if (mode == qx::dataop::StocktakePermissionMode) return stocktakePermission(noid);
     qx::db::ExecOptions options;
     options.maintenance = isMaintenanceBatch(FuncNo, mode);
     try {

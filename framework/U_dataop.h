@@ -49,6 +49,10 @@ inline constexpr const char* SystemInitialisationMode = "B";
 namespace MaintenanceMode {
 inline constexpr const char* ClearDocuments = "ClearDocuments";  // clearing documents
 }  // namespace MaintenanceMode
+// ExecSql with this mode and a stocktake sheet's number runs no batch: it answers whether the
+// sheet's warehouse may be summarised now ("Y"), or says why not (a transfer from or to the
+// warehouse is still in transit).
+inline constexpr const char* StocktakePermissionMode = "T";
 QX_FRAMEWORK_EXPORT bool isMaintenanceBatch(const QString& funcNo, const QString& mode);
 
 QX_FRAMEWORK_EXPORT void setDatabase(std::shared_ptr<qx::db::Database> database);

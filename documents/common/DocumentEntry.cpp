@@ -244,6 +244,7 @@ void TDocumentEntry::Edit1Exit(QObject*) {
 // ---- line values
 
 void TDocumentEntry::LineValueChanged(TField* Sender) {
+    if (kind_.arithmetic == PriceArithmetic::None) return;
     TClientDataSet* lines = Sender->DataSet();
     TField* total = lines->FindField("STOT");
     TField* price = lines->FindField("SJ");
@@ -362,5 +363,7 @@ void TDocumentEntry::putHeadIntoListRow() {
     for (const QString& total : kind_.savedTotals) put(total, TotalText());
     put("USER_ID", G_UserId);
     put("USER_NAME", G_UserName);
-    row->FieldByName("t")->SetAsInteger(0);  // shown as not yet effective until the list is refreshed
+    for (const auto& [field, value] : kind_.savedListValues) put(field, value);
+    // Shown as not yet effective until the list is refreshed (lists without a state have no t).
+    if (TField* state = row->FindField("t")) state->SetAsInteger(0);
 }

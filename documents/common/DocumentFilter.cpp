@@ -97,7 +97,7 @@ void TDocumentFilter::btn_okClick(QObject* Sender) {
     refuseReversedDates(BDATE, EDATE, kind_.reversedDates);
 
     const QString table = kind_.headTable;
-    Description = " ●开单日期:" + shortDate(BDATE->Date()) + " 至 " + shortDate(EDATE->Date()) + " " + titDATE->text();
+    Description = kind_.dateDescription + shortDate(BDATE->Date()) + " 至 " + shortDate(EDATE->Date()) + " " + titDATE->text();
     Condition = "(" + table + ".BDATE>='" + SqlStr(BDATE->Text()) + "') AND (" + table + ".BDATE<='" +
                 SqlStr(EDATE->Text()) + "') ";
     for (const FilterCondition& c : kind_.conditions) {

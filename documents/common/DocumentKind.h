@@ -12,6 +12,7 @@
 // Every value goes through the quoting helper; a placeholder is replaced once, so a typed
 // "{number}" stays text.
 #include <QList>
+#include <QPair>
 #include <QString>
 #include <QStringList>
 
@@ -37,7 +38,7 @@ struct HeadField {
     QString caption;    // "供 应 商"
     HeadRole role;
     int maxLength = 0;
-    QString nameLabel;  // the lookup's name label, also a list field: "KG_NAME"
+    QString nameLabel = {};  // the lookup's name label, also a list field: "KG_NAME"
     LookupList list = LookupList::None;
 };
 
@@ -50,6 +51,7 @@ enum class PriceArithmetic {
     AmountFromPrice,        // SMONEY = STOT × SJ; the amount derives nothing
     PriceAndAmount,         // and SJ = SMONEY / STOT when the amount is typed
     PriceAndAmountWithTag,  // both, and OMONEY = STOT × ODJ
+    None,                   // quantities only: nothing is derived
 };
 
 enum class TotalFrom {
@@ -93,6 +95,9 @@ struct DocumentKind {
     QStringList afterLines;
     // List row fields the saved head writes besides the head fields ("TOLMONEY").
     QStringList savedTotals;
+    // Fixed values the saved head writes into the list row (field, value): a state shown as
+    // text, a link the save cleared.
+    QList<QPair<QString, QString>> savedListValues;
 
     const HeadField* field(HeadRole role) const {
         for (const HeadField& f : head)
@@ -136,6 +141,7 @@ struct DocumentFilterKind {
     QString numberCaption;       // "进货单号"
     QString numberDescription;   // " ●进货单号："
     QList<FilterCondition> conditions;  // in screen and condition order
+    QString dateDescription = " ●开单日期:";  // some dialogs write it with a full-width colon
 };
 
 }  // namespace qx::documents

@@ -3,6 +3,8 @@
 // for by test factories, so the dispatcher is exercised as the host will use it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <QDialog>
 #include <QPointer>
 #include <QTimer>
@@ -110,6 +112,21 @@ protected:
 };
 
 using Calls = std::vector<std::string>;
+
+TEST(FunctionTable, EveryCodeHasExactlyOneRowAndTheBuiltScreensTheirFactory) {
+    std::vector<int> codes;
+    int built = 0;
+    for (const auto& row : qx::frame::functionTable()) {
+        codes.push_back(row.code);
+        built += row.factory ? 1 : 0;
+    }
+    std::vector<int> sorted = codes;
+    std::sort(sorted.begin(), sorted.end());
+    EXPECT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end()) << "a code stands twice";
+    for (int code : {201, 202, 211, 212, 215, 217, 218, 219, 235, 241, 242, 297, 299, 704, 901, 932})
+        EXPECT_TRUE(qx::frame::findFunction(code) && qx::frame::findFunction(code)->factory) << code;
+    EXPECT_GE(built, 16);
+}
 
 TEST_F(DispatchTest, CodesOutsideTheTableOpenNothingAndSayNothing) {
     for (int code : {0, 216, 205, 220, 234, 298, 300, 999, -1}) {
