@@ -12,8 +12,10 @@
 #include "documents/sales/Frmqxck212_1.h"
 #include "documents/sales/Frmqxck212f.h"
 #include "documents/common/DocumentCommon.h"
+#include "framework/Screenshot.h"
 #include "tests/support/ShopFixture.h"
 
+#include <QFileInfo>
 #include <QTest>
 
 namespace qx::test {
@@ -183,6 +185,15 @@ protected:
         EXPECT_EQ(sink->texts().back(), "仓 库代码 Z' 不存在!");
         EXPECT_TRUE(sink->errors().isEmpty());
         e->CK_ID->setText(G_ckid);
+    }
+
+    // A picture of the entry as a clerk sees it, under the screenshots folder of the build.
+    void expectScreenshot(TDocumentEntry* e, const QString& name) {
+        e->resize(1280, 480);
+        const QString file = qx::saveScreenshot(e, name);
+        EXPECT_FALSE(file.isEmpty());
+        EXPECT_GT(QFileInfo(file).size(), 10000) << file.toStdString();
+        e->Modified = false;
     }
 
     // A field of the current line as text.

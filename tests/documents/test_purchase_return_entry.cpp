@@ -511,4 +511,19 @@ TEST_F(PurchaseReturnEntryTest, AnAmountTypedOnALineWithoutQuantityDerivesNothin
     delete l;
 }
 
+// ---- how it looks
+
+TEST_F(PurchaseReturnEntryTest, AScreenshotOfANewDocumentWithThreeLines) {
+    TQXCK202* l = list();
+    TQXCK202_1* e = add(l);
+    fillHead(e, "G01", "换季整理");
+    addLine(e, "K01", "02", {"3", "2", "4", "1"}, "12");
+    addLine(e, "K02", "03", {"", "2", "3", "1"}, "82");
+    addLine(e, "K01", "01", {"1", "1", "1", "1", "1"}, "12");
+    EXPECT_EQ(e->DBGridEh->GetSumValue("STOT"), 21);
+    expectScreenshot(e, "purchase_return_entry");
+    e->AdoQry_Main->Cancel();
+    delete l;
+}
+
 }  // namespace

@@ -446,4 +446,19 @@ TEST_F(SalesTicketEntryTest, UnknownCodesAreRefusedWithTheLookupsMessage) {
     delete l;
 }
 
+// ---- how it looks
+
+TEST_F(SalesTicketEntryTest, AScreenshotOfANewDocumentWithThreeLines) {
+    TQXCK211* l = list();
+    TQXCK211_1* e = add(l);
+    fillHead(e, "C01", "换季整理");
+    addLine(e, "K01", "02", {"3", "2", "4", "1"}, "80");
+    addLine(e, "K02", "03", {"", "2", "3", "1"}, "150");
+    addLine(e, "K01", "01", {"1", "1", "1", "1", "1"}, "80");
+    EXPECT_EQ(e->DBGridEh->GetSumValue("STOT"), 21);
+    expectScreenshot(e, "sales_ticket_entry");
+    e->AdoQry_Main->Cancel();
+    delete l;
+}
+
 }  // namespace
