@@ -187,6 +187,17 @@ protected:
         e->CK_ID->setText(G_ckid);
     }
 
+    // Letters typed into the date edit change nothing: the date stays a date.
+    void expectDateKeepsADate(TDocumentEntry* e) {
+        const QString before = e->BDATE->Text();
+        e->BDATE->SetText("abcd-ef-gh");
+        EXPECT_EQ(e->BDATE->Text(), before);
+        e->BDATE->setFocus();
+        QTest::keyClicks(e->BDATE, "x'y");
+        EXPECT_EQ(e->BDATE->Text(), before);
+        EXPECT_TRUE(sink->errors().isEmpty());
+    }
+
     // A picture of the entry as a clerk sees it, under the screenshots folder of the build.
     void expectScreenshot(TDocumentEntry* e, const QString& name) {
         e->resize(1280, 480);

@@ -511,6 +511,12 @@ TEST_F(PurchaseReturnEntryTest, AnAmountTypedOnALineWithoutQuantityDerivesNothin
     delete l;
 }
 
+TEST_F(PurchaseReturnEntryTest, LettersInTheDateChangeNothing) {
+    TQXCK202* l = list();
+    expectDateKeepsADate(add(l));
+    delete l;
+}
+
 // ---- how it looks
 
 TEST_F(PurchaseReturnEntryTest, AScreenshotOfANewDocumentWithThreeLines) {

@@ -366,6 +366,12 @@ TEST_F(SalesReturnEntryTest, UnknownCodesAreRefusedWithTheLookupsMessage) {
     delete l;
 }
 
+TEST_F(SalesReturnEntryTest, LettersInTheDateChangeNothing) {
+    TQXCK212* l = list();
+    expectDateKeepsADate(add(l));
+    delete l;
+}
+
 // ---- how it looks
 
 TEST_F(SalesReturnEntryTest, AScreenshotOfANewDocumentWithThreeLines) {

@@ -119,6 +119,32 @@ TEST_F(SalesTicketEntryTest, EditLocksNumberAndWarehouseOnly) {
     delete l;
 }
 
+TEST_F(SalesTicketEntryTest, ATakenNumberIsReplacedSilentlyAndTheNumberIsCheckedAsSalesNumber) {
+    TQXCK211* l = list();
+    TQXCK211_1* e = add(l);
+    e->Edit1->setText("S0305");
+    calls.clear();
+    e->Edit1Exit(e->Edit1);
+    EXPECT_NE(e->Edit1->text(), "S0305");
+    EXPECT_TRUE(sink->texts().isEmpty());
+    ASSERT_FALSE(statements(Call::Kind::OpenSql).empty());
+    EXPECT_EQ(statements(Call::Kind::OpenSql).front(), "SELECT NOID FROM d8201 WHERE NOID='S0305'");
+    e->Edit1->setText("S'1");
+    EXPECT_ANY_THROW(e->Edit1Exit(e->Edit1));
+    EXPECT_EQ(sink->texts().back(), "销售单号不能包含引号!");
+    delete l;
+}
+
+TEST_F(SalesTicketEntryTest, ASupplierIsNoCustomer) {
+    TQXCK211* l = list();
+    TQXCK211_1* e = add(l);
+    EXPECT_FALSE(e->PartnerLink->Pick("G01"));
+    e->KH_GYS_ID->setText("G01");
+    EXPECT_ANY_THROW(e->KH_GYS_ID->CheckId());
+    EXPECT_EQ(sink->texts().back(), "客 户代码 G01 不存在!");
+    delete l;
+}
+
 // ---- price arithmetic
 
 TEST_F(SalesTicketEntryTest, QuantitiesAndPricesMakeBothAmountsAndTheAmountMakesThePrice) {
@@ -443,6 +469,12 @@ TEST_F(SalesTicketEntryTest, UnknownCodesAreRefusedWithTheLookupsMessage) {
     expectUnknownCodesRefused(e, "D8201",
                               {{e->KH_GYS_ID, "客 户代码 Z' 不存在!"}, {e->SEND_ID, "送货方式代码 Z' 不存在!"},
                                {e->YW_ID, "业 务 员代码 Z' 不存在!"}, {e->JY_ID, "结算方式代码 Z' 不存在!"}});
+    delete l;
+}
+
+TEST_F(SalesTicketEntryTest, LettersInTheDateChangeNothing) {
+    TQXCK211* l = list();
+    expectDateKeepsADate(add(l));
     delete l;
 }
 
