@@ -253,6 +253,39 @@ TEST_F(SalesTicketEntryTest, LinesFromAnOrderKeepTheirStylePricesAndDiscount) {
     delete l;
 }
 
+TEST_F(SalesTicketEntryTest, ADoubleClickOffersTheWarehousesOrdersAndTakesTheChosenOnesLines) {
+    exec("INSERT INTO D8203 (NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES ('O1', '01', '2026-03-10', 'U1', '')");
+    exec("INSERT INTO D8203 (NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES ('O2', '02', '2026-03-11', 'U1', '')");
+    exec("INSERT INTO D8203A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9, DJ, MONEY, NOTE) "
+         "VALUES ('O1', 'K0203', 'K02', '03', '01', 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 120, 240, '')");
+    TQXCK211* l = list();
+    TQXCK211_1* e = add(l);
+    QStringList offered;
+    qx::ui::setModalHandler([&offered](TFrm_Base* dialog) {
+        auto* picker = dynamic_cast<TFrm_Sys_PickOrder*>(dialog);
+        if (!picker) return int(mrCancel);
+        for (int r = 0; r < picker->AdoQry_Orders->RecordCount(); ++r)
+            offered << qx::documents::lineText(picker->AdoQry_Orders, r, "NOID");
+        picker->btn_okClick(picker);
+        return picker->ModalResult();
+    });
+    e->DBGridEhDblClick1(e->DBGridEh);
+    EXPECT_EQ(offered, QStringList{"O1"});  // the orders of the ticket's warehouse only
+    ASSERT_EQ(e->AdoQry_Main->RecordCount(), 1);
+    EXPECT_EQ(cell(e, "NOID"), "O1");
+    EXPECT_EQ(cell(e, "K_ID"), "K02");
+    EXPECT_EQ(cell(e, "STOT"), "2");
+    EXPECT_DOUBLE_EQ(value(e, "SJ"), 120);
+    EXPECT_DOUBLE_EQ(value(e, "SMONEY"), 240);
+    EXPECT_DOUBLE_EQ(value(e, "ODJ"), 159);
+    fillHead(e, "C01");
+    const QString noid = e->Edit1->text();
+    e->Act_Save->trigger();
+    EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
+    EXPECT_EQ(lines(noid), 1);
+    delete l;
+}
+
 // ---- the save batch
 
 TEST_F(SalesTicketEntryTest, AddSendsItsBatch) {
