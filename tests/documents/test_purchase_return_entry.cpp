@@ -4,12 +4,13 @@
 #include <QLabel>
 #include <QTest>
 
-#include "tests/documents/StockDocumentFixture.h"
+#include "tests/documents/DocumentEntryTest.h"
 #include "tests/support/GoldenStatements.h"
 
 namespace {
 
 using qx::dataop::Call;
+
 
 class PurchaseReturnEntryTest : public qx::test::StockDocumentTest {
 protected:
@@ -41,28 +42,13 @@ protected:
 
 // ---- opening
 
-TEST_F(PurchaseReturnEntryTest, AddStartsANewReturnWithCashTheUsersWarehouseAndReturnPrices) {
+TEST_F(PurchaseReturnEntryTest, ANewReturnHasReturnPricesNoDeliveryNoteAndNoBarcodes) {
     TQXCK202* l = list();
     TQXCK202_1* e = add(l);
     EXPECT_EQ(e->Caption(), "采购退货");
-    EXPECT_EQ(e->EditMode, "Add");
-    EXPECT_FALSE(e->Edit1->text().isEmpty());
-    EXPECT_TRUE(e->Edit1->isEnabled());
-    EXPECT_EQ(e->BDATE->Text(), "2026-03-18");
-    EXPECT_EQ(e->CK_ID->text(), "01");
-    EXPECT_EQ(e->CK_NAME->text(), "总仓");
-    EXPECT_TRUE(e->CK_ID->isEnabled());
-    EXPECT_EQ(e->JY_ID->text(), "1");
-    EXPECT_EQ(e->JY_NAME->text(), "现金");
-    EXPECT_EQ(e->KH_GYS_ID->text(), "");
-    EXPECT_EQ(e->NOTE->text(), "");
-    EXPECT_EQ(e->EDATE->text(), "");
-    EXPECT_EQ(e->focusWidget(), e->KH_GYS_ID);
     EXPECT_EQ(e->DBGridEh->ColumnByField("sj")->Title, "退货价");
     EXPECT_EQ(e->DBGridEh->ColumnByField("smoney")->Title, "金额");
     EXPECT_EQ(e->DBGridEh->ColumnByField("smoney")->Footer.ValueType, fvtSum);
-    // A return has no delivery note number and keeps no barcodes.
-    EXPECT_EQ(e->send_no, nullptr);
     EXPECT_EQ(e->findChild<QLineEdit*>("send_no"), nullptr);
     EXPECT_EQ(e->BarcodeDataSet, nullptr);
     delete l;
@@ -115,107 +101,6 @@ TEST_F(PurchaseReturnEntryTest, EditShowsTheReturnAndLocksNumberSupplierAndWareh
     e->Act_Save->trigger();
     EXPECT_EQ(scalar("SELECT KH_GYS_ID + '|' + CK_ID FROM D8102 WHERE NOID='P0305'"), "G01|01");
     EXPECT_EQ(count("SELECT COUNT(*) FROM D8102"), 1);
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, CopyAddCopiesTheHeadWithANewNumberAndNoChangeDate) {
-    TQXCK202* l = list();
-    l->Act_CopyAdd->trigger();
-    TQXCK202_1* e = l->entry();
-    EXPECT_EQ(e->EditMode, "CopyAdd");
-    EXPECT_NE(e->Edit1->text(), "P0305");
-    EXPECT_EQ(e->KH_GYS_ID->text(), "G01");
-    EXPECT_EQ(e->NOTE->text(), "首批退货");
-    EXPECT_EQ(e->EDATE->text(), "");
-    EXPECT_TRUE(e->KH_GYS_ID->isEnabled());
-    EXPECT_EQ(e->LockName, "");
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, TheWarehouseIsFixedByTheFirstLine) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    EXPECT_TRUE(e->CK_ID->isEnabled());
-    addLine(e, "K01", "02", {"1"}, "10");
-    EXPECT_FALSE(e->CK_ID->isEnabled());
-    EXPECT_FALSE(e->CK_NAME->isEnabled());
-    e->Modified = false;
-    e->AdoQry_Main->Cancel();
-    e->Act_Quit->trigger();
-    // A new return starts free again.
-    l->Act_Add->trigger();
-    EXPECT_TRUE(l->entry()->CK_ID->isEnabled());
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, TheWarehouseEditGivesTheFocusToTheGridWhenLinesChange) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    addLine(e, "K01", "02", {"1"}, "10");
-    e->CK_ID->setEnabled(true);
-    e->activateWindow();
-    QApplication::setActiveWindow(e);
-    e->CK_ID->setFocus();
-    ASSERT_TRUE(e->CK_ID->hasFocus());
-    e->DataSourceDataChange(e->AdoQry_Main, nullptr);
-    EXPECT_FALSE(e->CK_ID->hasFocus());
-    EXPECT_TRUE(e->DBGridEh->hasFocus());
-    EXPECT_FALSE(e->CK_ID->isEnabled());
-    e->Modified = false;
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, ATakenNumberIsReplacedSilentlyUnderTheCaptionDispatchNumber) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    e->Edit1->setText("P0305");
-    calls.clear();
-    e->Edit1Exit(e->Edit1);
-    EXPECT_NE(e->Edit1->text(), "P0305");
-    EXPECT_TRUE(sink->texts().isEmpty());
-    const auto opened = statements(Call::Kind::OpenSql);
-    ASSERT_FALSE(opened.empty());
-    EXPECT_EQ(opened.front(), "SELECT NOID FROM d8102 WHERE NOID='P0305'");
-    // The number's own checks report under "出货单号", as the receipt's do.
-    e->Edit1->setText("P 1");
-    EXPECT_ANY_THROW(e->Edit1Exit(e->Edit1));
-    EXPECT_EQ(sink->texts().back(), "出货单号不能包含空格!");
-    e->Edit1->setText("P'1");
-    EXPECT_ANY_THROW(e->Edit1Exit(e->Edit1));
-    EXPECT_EQ(sink->texts().back(), "出货单号不能包含引号!");
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, SettlementMethodTwoIsNotOffered) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    EXPECT_FALSE(e->SettlementLink->Pick("2"));
-    EXPECT_TRUE(e->SettlementLink->Pick("1"));
-    // Typed, it is refused as an unknown code before anything is saved.
-    fillHead(e, "G01");
-    addLine(e, "K01", "02", {"1"}, "10");
-    e->JY_ID->setFocus();
-    e->JY_ID->clear();
-    QTest::keyClicks(e->JY_ID, "2");
-    const QString noid = e->Edit1->text();
-    e->Act_Save->trigger();
-    ASSERT_FALSE(sink->texts().isEmpty());
-    EXPECT_EQ(sink->texts().back(), "结算方式代码 2 不存在!");
-    EXPECT_EQ(count("SELECT COUNT(*) FROM D8102 WHERE NOID='" + noid + "'"), 0);
-    e->Modified = false;
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, QuitClosesAnOpenPickListFirst) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    e->KH_GYS_ID->ButtonClick();
-    EXPECT_TRUE(e->PartnerLink->Visible());
-    e->Act_Quit->trigger();
-    EXPECT_FALSE(e->PartnerLink->Visible());
-    EXPECT_TRUE(e->isVisible());
-    e->Act_Quit->trigger();
-    EXPECT_FALSE(e->isVisible());
     delete l;
 }
 
@@ -283,31 +168,6 @@ TEST_F(PurchaseReturnEntryTest, ALineTypedByHandHasNoOrderNumber) {
     delete l;
 }
 
-TEST_F(PurchaseReturnEntryTest, ANegativeQuantityOrALineTotallingZeroStopsTheSave) {
-    const QString message =
-        "数量请用正数(不能为负数)表示,且每一行的合计数量不能为0(如本单无该款该色,请将本行删除)!\r\n"
-        "请修正以上问题后再次尝试保存!";
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    fillHead(e, "G01");
-    addLine(e, "K01", "02", {"-1", "3"}, "10");
-    const QString noid = e->Edit1->text();
-    e->Act_Save->trigger();
-    EXPECT_EQ(sink->texts(), QStringList{message});
-    EXPECT_EQ(count("SELECT COUNT(*) FROM D8102 WHERE NOID='" + noid + "'"), 0);
-    EXPECT_TRUE(statements(Call::Kind::ExecSql).empty());
-    sink->clear();
-    ASSERT_TRUE(typeCell(e, "S0", "0"));
-    ASSERT_TRUE(typeCell(e, "S1", "0"));
-    e->AdoQry_Main->CheckBrowseMode();
-    e->Act_Save->trigger();
-    EXPECT_EQ(sink->texts(), QStringList{message});
-    EXPECT_TRUE(statements(Call::Kind::ExecSql).empty());
-    EXPECT_TRUE(e->isVisible());
-    e->Modified = false;
-    delete l;
-}
-
 // ---- the save batch
 
 TEST_F(PurchaseReturnEntryTest, AddSendsItsBatch) {
@@ -358,18 +218,6 @@ TEST_F(PurchaseReturnEntryTest, FourPiecesOfAStyleCostingTwentyFiveAreSavedAtCos
                      "CAST(SMONEY AS VARCHAR) FROM D8102A WHERE NOID='" + noid + "'"),
               "25.00|100.00|12.00|48.00");
     EXPECT_EQ(scalar("SELECT TOLMONEY FROM D8102 WHERE NOID='" + noid + "'"), "48");
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, EditRecomputesTheCostFromTheStylesCurrentPrice) {
-    TQXCK202* l = list();
-    ASSERT_EQ(scalar("SELECT DJ FROM D8102A WHERE NOID='P0305'"), "0");  // written by hand without cost
-    setCost("K01", "30");
-    TQXCK202_1* e = edit(l);
-    e->Act_Save->trigger();
-    EXPECT_EQ(lines("P0305"), 1);
-    EXPECT_EQ(scalar("SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) FROM D8102A WHERE NOID='P0305'"),
-              "30.00|90.00");
     delete l;
 }
 
@@ -454,82 +302,8 @@ TEST_F(PurchaseReturnEntryTest, TheListRowShowsTheSavedReturn) {
     delete l;
 }
 
-// ---- hostile input
-
-TEST_F(PurchaseReturnEntryTest, QuotesInHeadAndLinesAreStoredAsTyped) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    fillHead(e, "G01");
-    addLine(e, "K01", "02", {"1"}, "10");
-    expectQuotesStoredAsTyped(e, "D8102");
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, VeryLongTextsAreCutToTheirLengths) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    fillHead(e, "G01");
-    addLine(e, "K01", "02", {"1"}, "10");
-    expectLongTextsCut(e, "D8102");
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, LettersInNumberCellsAreRefusedAndTheCellsKeepTheirValues) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    addLine(e, "K01", "02", {"3"}, "10");
-    expectLettersRefused(e, {"S0", "S1", "S4", "STOT", "SJ", "SMONEY"});
-    e->AdoQry_Main->Cancel();
-    e->Modified = false;
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, UnknownCodesAreRefusedWithTheLookupsMessage) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    fillHead(e, "G01");
-    expectUnknownWarehouseRefused(e);
-    addLine(e, "K01", "02", {"1"}, "10");
-    expectUnknownCodesRefused(e, "D8102",
-                              {{e->KH_GYS_ID, "供 应 商代码 Z' 不存在!"},
-                               {e->SEND_ID, "送货方式代码 Z' 不存在!"}, {e->YW_ID, "采 购 员代码 Z' 不存在!"},
-                               {e->JY_ID, "结算方式代码 Z' 不存在!"}});
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, AnAmountTypedOnALineWithoutQuantityDerivesNothing) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    addLine(e, "K01", "02", {}, "10");
-    sink->clear();
-    EXPECT_TRUE(typeCell(e, "SMONEY", "45"));
-    EXPECT_DOUBLE_EQ(e->AdoQry_Main->FieldByName("SJ")->AsFloat(), 10);
-    EXPECT_TRUE(sink->texts().isEmpty());
-    EXPECT_TRUE(sink->errors().isEmpty());
-    e->AdoQry_Main->Cancel();
-    e->Modified = false;
-    delete l;
-}
-
-TEST_F(PurchaseReturnEntryTest, LettersInTheDateChangeNothing) {
-    TQXCK202* l = list();
-    expectDateKeepsADate(add(l));
-    delete l;
-}
-
-// ---- how it looks
-
-TEST_F(PurchaseReturnEntryTest, AScreenshotOfANewDocumentWithThreeLines) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    fillHead(e, "G01", "换季整理");
-    addLine(e, "K01", "02", {"3", "2", "4", "1"}, "12");
-    addLine(e, "K02", "03", {"", "2", "3", "1"}, "82");
-    addLine(e, "K01", "01", {"1", "1", "1", "1", "1"}, "12");
-    EXPECT_EQ(e->DBGridEh->GetSumValue("STOT"), 21);
-    expectScreenshot(e, "purchase_return_entry");
-    e->AdoQry_Main->Cancel();
-    delete l;
-}
-
 }  // namespace
+
+namespace qx::test {
+INSTANTIATE_TEST_SUITE_P(PurchaseReturns, DocumentEntryTest, ::testing::Values(purchaseReturnEntry()), entryName);
+}  // namespace qx::test
