@@ -14,6 +14,9 @@
 #include "documents/common/DocumentCommon.h"
 #include "tests/support/ShopFixture.h"
 
+#include <type_traits>
+#include <utility>
+
 
 namespace qx::test {
 
@@ -89,8 +92,50 @@ protected:
         return numbers;
     }
 
+    // Each head control has its caption and maximum length.
+    struct HeadCaption {
+        QWidget* control;
+        const char* caption;
+        int max;
+    };
+    static void expectHeadCaptions(TDocumentEntry& e, std::initializer_list<HeadCaption> expected) {
+        for (const HeadCaption& x : expected) {
+            ASSERT_NE(e.Panel_Head->CaptionOf(x.control), nullptr) << x.caption;
+            EXPECT_EQ(e.Panel_Head->CaptionOf(x.control)->text(), x.caption);
+            EXPECT_EQ(qobject_cast<QLineEdit*>(x.control)->maxLength(), x.max) << x.caption;
+        }
+        EXPECT_EQ(e.Panel_Head->CaptionOf(e.BDATE)->text(), "开单日期");
+        EXPECT_EQ(e.Panel_Head->CaptionOf(e.EDATE)->text(), "更改日期");
+    }
+
     // A field of the current line as text.
     static QString cell(TDocumentEntry* e, const QString& field) { return e->AdoQry_Main->FieldByName(field)->AsString(); }
+};
+
+// The screens of one kind: its list on its code positioned on the document of the set-up
+// (`existing`), the entry opened from it in each mode, the kind's line count.
+template <class List, int Code>
+class KindScreensTest : public StockDocumentTest {
+protected:
+    using Entry = std::remove_pointer_t<decltype(std::declval<List>().entry())>;
+    List* list() {
+        auto* l = open<List>(Code);
+        l->AdoQry_Main->Locate("noid", existing);
+        return l;
+    }
+    Entry* add(List* l) {
+        l->Act_Add->trigger();
+        return l->entry();
+    }
+    Entry* edit(List* l) {
+        l->Act_Edit->trigger();
+        return l->entry();
+    }
+    double value(Entry* e, const char* field) { return e->AdoQry_Main->FieldByName(field)->AsFloat(); }
+    int lines(const QString& noid) { return count("SELECT COUNT(*) FROM " + lineTable + " WHERE NOID='" + noid + "'"); }
+
+    QString existing;   // the number of the document the set-up writes
+    QString lineTable;  // "D8102A"
 };
 
 }  // namespace qx::test

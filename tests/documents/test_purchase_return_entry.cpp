@@ -11,11 +11,12 @@ namespace {
 
 using qx::dataop::Call;
 
-
-class PurchaseReturnEntryTest : public qx::test::StockDocumentTest {
+class PurchaseReturnEntryTest : public qx::test::KindScreensTest<TQXCK202, 202> {
 protected:
     void SetUp() override {
-        StockDocumentTest::SetUp();
+        KindScreensTest::SetUp();
+        existing = "P0305";
+        lineTable = "D8102A";
         setCost("K01", "25");
         setCost("K02", "40");
         addHead("D8102", "P0305", "2026-03-05", "01", 1, "G01", "首批退货");
@@ -23,20 +24,6 @@ protected:
         addReturnLine("D8102A", "P0305", "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "10", "30");
         calls.clear();
     }
-    TQXCK202* list() {
-        auto* l = open<TQXCK202>(202);
-        l->AdoQry_Main->Locate("noid", "P0305");
-        return l;
-    }
-    TQXCK202_1* add(TQXCK202* l) {
-        l->Act_Add->trigger();
-        return l->entry();
-    }
-    TQXCK202_1* edit(TQXCK202* l) {
-        l->Act_Edit->trigger();
-        return l->entry();
-    }
-    int lines(const QString& noid) { return count("SELECT COUNT(*) FROM D8102A WHERE NOID='" + noid + "'"); }
     qx::test::GoldenStatements golden{"documents/golden/Frmqxck202_1.sql"};
 };
 
@@ -56,21 +43,10 @@ TEST_F(PurchaseReturnEntryTest, ANewReturnHasReturnPricesNoDeliveryNoteAndNoBarc
 
 TEST_F(PurchaseReturnEntryTest, HeadControlsHaveTheirCaptionsAndLengths) {
     TQXCK202_1 e(nullptr);
-    struct Expect {
-        QWidget* control;
-        const char* caption;
-        int max;
-    };
-    for (const Expect& x : {Expect{e.Edit1, "退货单号", 12}, Expect{e.KH_GYS_ID, "供 应 商", 10},
-                            Expect{e.CK_ID, "仓    库", 4}, Expect{e.SEND_ID, "送货方式", 2},
-                            Expect{e.YW_ID, "采 购 员", 4}, Expect{e.JY_ID, "结算方式", 2},
-                            Expect{e.NOTE, "备    注", 100}}) {
-        ASSERT_NE(e.Panel_Head->CaptionOf(x.control), nullptr) << x.caption;
-        EXPECT_EQ(e.Panel_Head->CaptionOf(x.control)->text(), x.caption);
-        EXPECT_EQ(qobject_cast<QLineEdit*>(x.control)->maxLength(), x.max) << x.caption;
-    }
-    EXPECT_EQ(e.Panel_Head->CaptionOf(e.BDATE)->text(), "开单日期");
-    EXPECT_EQ(e.Panel_Head->CaptionOf(e.EDATE)->text(), "更改日期");
+    expectHeadCaptions(e, {{e.Edit1, "退货单号", 12}, {e.KH_GYS_ID, "供 应 商", 10},
+                            {e.CK_ID, "仓    库", 4}, {e.SEND_ID, "送货方式", 2},
+                            {e.YW_ID, "采 购 员", 4}, {e.JY_ID, "结算方式", 2},
+                            {e.NOTE, "备    注", 100}});
     EXPECT_EQ(e.WarehouseEdit, e.CK_ID);
     EXPECT_EQ(e.PartnerEdit, e.KH_GYS_ID);
     EXPECT_EQ(e.LineSourceField, "NOID");

@@ -11,11 +11,12 @@ namespace {
 
 using qx::dataop::Call;
 
-
-class SalesReturnEntryTest : public qx::test::StockDocumentTest {
+class SalesReturnEntryTest : public qx::test::KindScreensTest<TQXCK212, 212> {
 protected:
     void SetUp() override {
-        StockDocumentTest::SetUp();
+        KindScreensTest::SetUp();
+        existing = "T0305";
+        lineTable = "D8202A";
         setCost("K01", "25");
         setCost("K02", "40");
         addHead("D8202", "T0305", "2026-03-05", "01", 1, "C01", "尺码不合");
@@ -23,21 +24,6 @@ protected:
         addReturnLine("D8202A", "T0305", "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "90", "270");
         calls.clear();
     }
-    TQXCK212* list() {
-        auto* l = open<TQXCK212>(212);
-        l->AdoQry_Main->Locate("noid", "T0305");
-        return l;
-    }
-    TQXCK212_1* add(TQXCK212* l) {
-        l->Act_Add->trigger();
-        return l->entry();
-    }
-    TQXCK212_1* edit(TQXCK212* l) {
-        l->Act_Edit->trigger();
-        return l->entry();
-    }
-    double value(TQXCK212_1* e, const char* field) { return e->AdoQry_Main->FieldByName(field)->AsFloat(); }
-    int lines(const QString& noid) { return count("SELECT COUNT(*) FROM D8202A WHERE NOID='" + noid + "'"); }
     qx::test::GoldenStatements golden{"documents/golden/Frmqxck212_1.sql"};
 };
 
@@ -56,21 +42,10 @@ TEST_F(SalesReturnEntryTest, ANewReturnHasReturnPricesAndNoTagPriceOrDiscount) {
 
 TEST_F(SalesReturnEntryTest, HeadControlsHaveTheirCaptionsAndLengths) {
     TQXCK212_1 e(nullptr);
-    struct Expect {
-        QWidget* control;
-        const char* caption;
-        int max;
-    };
-    for (const Expect& x : {Expect{e.Edit1, "退货单号", 12}, Expect{e.KH_GYS_ID, "客    户", 10},
-                            Expect{e.CK_ID, "仓    库", 4}, Expect{e.YW_ID, "业 务 员", 4},
-                            Expect{e.SEND_ID, "送货方式", 2}, Expect{e.JY_ID, "结算方式", 2},
-                            Expect{e.NOTE, "备    注", 100}}) {
-        ASSERT_NE(e.Panel_Head->CaptionOf(x.control), nullptr) << x.caption;
-        EXPECT_EQ(e.Panel_Head->CaptionOf(x.control)->text(), x.caption);
-        EXPECT_EQ(qobject_cast<QLineEdit*>(x.control)->maxLength(), x.max) << x.caption;
-    }
-    EXPECT_EQ(e.Panel_Head->CaptionOf(e.BDATE)->text(), "开单日期");
-    EXPECT_EQ(e.Panel_Head->CaptionOf(e.EDATE)->text(), "更改日期");
+    expectHeadCaptions(e, {{e.Edit1, "退货单号", 12}, {e.KH_GYS_ID, "客    户", 10},
+                            {e.CK_ID, "仓    库", 4}, {e.YW_ID, "业 务 员", 4},
+                            {e.SEND_ID, "送货方式", 2}, {e.JY_ID, "结算方式", 2},
+                            {e.NOTE, "备    注", 100}});
     EXPECT_EQ(e.PartnerLink->Table().toLower(), "d1102");
 }
 

@@ -11,11 +11,12 @@ namespace {
 
 using qx::dataop::Call;
 
-
-class SalesTicketEntryTest : public qx::test::StockDocumentTest {
+class SalesTicketEntryTest : public qx::test::KindScreensTest<TQXCK211, 211> {
 protected:
     void SetUp() override {
-        StockDocumentTest::SetUp();
+        KindScreensTest::SetUp();
+        existing = "S0305";
+        lineTable = "D8201A";
         setCost("K01", "25");
         setCost("K02", "40");
         addHead("D8201", "S0305", "2026-03-05", "01", 1, "C01", "老客户");
@@ -24,21 +25,6 @@ protected:
         exec("UPDATE D8201A SET ZK=90, ODJ=100, OMONEY=300 WHERE NOID='S0305'");
         calls.clear();
     }
-    TQXCK211* list() {
-        auto* l = open<TQXCK211>(211);
-        l->AdoQry_Main->Locate("noid", "S0305");
-        return l;
-    }
-    TQXCK211_1* add(TQXCK211* l) {
-        l->Act_Add->trigger();
-        return l->entry();
-    }
-    TQXCK211_1* edit(TQXCK211* l) {
-        l->Act_Edit->trigger();
-        return l->entry();
-    }
-    double value(TQXCK211_1* e, const char* field) { return e->AdoQry_Main->FieldByName(field)->AsFloat(); }
-    int lines(const QString& noid) { return count("SELECT COUNT(*) FROM D8201A WHERE NOID='" + noid + "'"); }
     qx::test::GoldenStatements golden{"documents/golden/Frmqxck211_1.sql"};
 };
 
@@ -54,21 +40,10 @@ TEST_F(SalesTicketEntryTest, ANewTicketIsASale) {
 
 TEST_F(SalesTicketEntryTest, HeadAndGridHaveTheirCaptions) {
     TQXCK211_1 e(nullptr);
-    struct Expect {
-        QWidget* control;
-        const char* caption;
-        int max;
-    };
-    for (const Expect& x : {Expect{e.Edit1, "销售单号", 12}, Expect{e.KH_GYS_ID, "客    户", 10},
-                            Expect{e.CK_ID, "仓    库", 4}, Expect{e.YW_ID, "业 务 员", 4},
-                            Expect{e.SEND_ID, "送货方式", 2}, Expect{e.JY_ID, "结算方式", 2},
-                            Expect{e.NOTE, "备    注", 100}}) {
-        ASSERT_NE(e.Panel_Head->CaptionOf(x.control), nullptr) << x.caption;
-        EXPECT_EQ(e.Panel_Head->CaptionOf(x.control)->text(), x.caption);
-        EXPECT_EQ(qobject_cast<QLineEdit*>(x.control)->maxLength(), x.max) << x.caption;
-    }
-    EXPECT_EQ(e.Panel_Head->CaptionOf(e.BDATE)->text(), "开单日期");
-    EXPECT_EQ(e.Panel_Head->CaptionOf(e.EDATE)->text(), "更改日期");
+    expectHeadCaptions(e, {{e.Edit1, "销售单号", 12}, {e.KH_GYS_ID, "客    户", 10},
+                            {e.CK_ID, "仓    库", 4}, {e.YW_ID, "业 务 员", 4},
+                            {e.SEND_ID, "送货方式", 2}, {e.JY_ID, "结算方式", 2},
+                            {e.NOTE, "备    注", 100}});
     // Customers, not suppliers.
     EXPECT_EQ(e.PartnerLink->Table().toLower(), "d1102");
 }
