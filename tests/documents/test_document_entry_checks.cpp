@@ -4,6 +4,7 @@
 // cost from the style on edit, quitting, hostile input of every head edit and line cell, and a
 // screenshot.
 #include <QFileInfo>
+#include <QFocusEvent>
 #include <QTest>
 
 #include "framework/Screenshot.h"
@@ -165,6 +166,25 @@ TEST_P(DocumentEntryTest, QuitClosesAnOpenPickListFirst) {
     EXPECT_TRUE(e->isVisible());
     e->Act_Quit->trigger();
     EXPECT_FALSE(e->isVisible());
+}
+
+TEST_P(DocumentEntryTest, ADateBeforeTheOpenPeriodIsRefusedWhenTheDateIsLeftAndByTheDatabase) {
+    exec("UPDATE sys_co SET CK_END_DATE='2026-03-10'");
+    TDocumentEntry* e = newDocument();
+    e->BDATE->SetText("2026-03-09");
+    QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+    QApplication::sendEvent(e->BDATE, &out);
+    EXPECT_EQ(sink->texts(), QStringList{"单据日期不能早于本期开始日期2026-03-10!"});
+    // Saved anyway, the database refuses it and the screen keeps what was typed.
+    sink->clear();
+    const QString noid = e->Edit1->text();
+    e->Act_Save->trigger();
+    ASSERT_EQ(sink->errors().size(), 1);
+    EXPECT_TRUE(sink->errors()[0].contains("属于已结账期间")) << sink->errors()[0].toStdString();
+    EXPECT_EQ(count("SELECT COUNT(*) FROM " + GetParam().headTable + " WHERE NOID='" + noid + "'"), 0);
+    EXPECT_TRUE(e->isVisible());
+    EXPECT_EQ(e->AdoQry_Main->RecordCount(), 1);
+    e->Modified = false;
 }
 
 // ---- hostile input
