@@ -270,6 +270,11 @@ TEST_P(DocumentEntryTest, UnknownCodesAreRefusedWithTheLookupsMessage) {
     addLine(e, "K01", "02", {"1"}, GetParam().price);
     EXPECT_FALSE(typeCell(e, "K_ID", "ZZ9'"));
     EXPECT_EQ(sink->texts().back(), "款号 ZZ9' 不存在!");
+    EXPECT_EQ(cell(e, "K_ID"), "K01");
+    // A colour the style does not come in.
+    EXPECT_FALSE(typeCell(e, "COL_NAME", "9'9"));
+    EXPECT_EQ(sink->texts().back(), "款号 K01 没有颜色 9'9!");
+    EXPECT_EQ(cell(e, "COL_ID"), "02");
     e->AdoQry_Main->Cancel();
     const QString noid = e->Edit1->text();
     const QList<QPair<TLinkEdit*, QString>> cases = {{e->KH_GYS_ID, GetParam().partnerMessage},
