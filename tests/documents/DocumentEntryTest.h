@@ -11,11 +11,11 @@ class DocumentEntryTest;
 
 struct EntryKind {
     int code;
-    QString headTable;      // "D8102"
-    QString existing;       // the number of the document of the set-up
-    QString partner;        // "G01"
-    QString price;          // a price typed on new lines
-    QString numberCaption;  // the caption the number's checks report with
+    QString headTable;       // "D8102"
+    QString existing;        // the number of the document of the set-up
+    QString partner;         // "G01"
+    QString price;           // a price typed on new lines
+    QString numberCaption;   // the caption the number's checks report with
     QString partnerMessage;  // "供 应 商代码 Z' 不存在!"
     QString salespersonMessage;
     QStringList numberFields;  // line cells that take numbers
@@ -25,7 +25,8 @@ struct EntryKind {
     QString name;
 };
 
-class DocumentEntryTest : public StockDocumentTest, public ::testing::WithParamInterface<EntryKind> {
+class DocumentEntryTest : public StockDocumentTest,
+                          public ::testing::WithParamInterface<EntryKind> {
 public:
     template <class List>
     static TDocumentList* opener(DocumentEntryTest* t) {
@@ -41,8 +42,11 @@ protected:
         setCost("K01", "25");
         setCost("K02", "40");
         addHead(k.headTable, k.existing, "2026-03-05", "01", 1, k.partner, "首批");
-        if (k.code == 211) addSaleLine(k.existing, "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "90", "270");
-        else addReturnLine(k.headTable + "A", k.existing, "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "90", "270");
+        if (k.code == 211)
+            addSaleLine(k.existing, "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "90", "270");
+        else
+            addReturnLine(k.headTable + "A", k.existing, "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0",
+                          "90", "270");
         calls.clear();
     }
     void TearDown() override {
@@ -52,9 +56,12 @@ protected:
     // The entry opened from the kind's list in a mode ("Add", "CopyAdd", "Edit").
     TDocumentEntry* entry(const QString& mode = "Add") {
         if (!list_) list_ = GetParam().open(this);
-        if (mode == "Add") list_->Act_Add->trigger();
-        else if (mode == "CopyAdd") list_->Act_CopyAdd->trigger();
-        else list_->Act_Edit->trigger();
+        if (mode == "Add")
+            list_->Act_Add->trigger();
+        else if (mode == "CopyAdd")
+            list_->Act_CopyAdd->trigger();
+        else
+            list_->Act_Edit->trigger();
         return list_->Entry;
     }
     // A new document with its head and one line.
@@ -67,22 +74,54 @@ protected:
     TDocumentList* list_ = nullptr;
 };
 
-inline std::string entryName(const ::testing::TestParamInfo<EntryKind>& info) { return info.param.name.toStdString(); }
+inline std::string entryName(const ::testing::TestParamInfo<EntryKind>& info) {
+    return info.param.name.toStdString();
+}
 
 inline EntryKind purchaseReturnEntry() {
-    return {202, "D8102", "P0305", "G01", "12", "出货单号", "供 应 商代码 Z' 不存在!", "采 购 员代码 Z' 不存在!",
-            {"S0", "S1", "S4", "STOT", "SJ", "SMONEY"}, false, "purchase_return_entry",
-            &DocumentEntryTest::opener<TQXCK202>, "PurchaseReturns"};
+    return {202,
+            "D8102",
+            "P0305",
+            "G01",
+            "12",
+            "出货单号",
+            "供 应 商代码 Z' 不存在!",
+            "采 购 员代码 Z' 不存在!",
+            {"S0", "S1", "S4", "STOT", "SJ", "SMONEY"},
+            false,
+            "purchase_return_entry",
+            &DocumentEntryTest::opener<TQXCK202>,
+            "PurchaseReturns"};
 }
 inline EntryKind salesTicketEntry() {
-    return {211, "D8201", "S0305", "C01", "80", "销售单号", "客 户代码 Z' 不存在!", "业 务 员代码 Z' 不存在!",
-            {"S0", "S9", "STOT", "ODJ", "OMONEY", "ZK", "SJ", "SMONEY"}, true, "sales_ticket_entry",
-            &DocumentEntryTest::opener<TQXCK211>, "SalesTickets"};
+    return {211,
+            "D8201",
+            "S0305",
+            "C01",
+            "80",
+            "销售单号",
+            "客 户代码 Z' 不存在!",
+            "业 务 员代码 Z' 不存在!",
+            {"S0", "S9", "STOT", "ODJ", "OMONEY", "ZK", "SJ", "SMONEY"},
+            true,
+            "sales_ticket_entry",
+            &DocumentEntryTest::opener<TQXCK211>,
+            "SalesTickets"};
 }
 inline EntryKind salesReturnEntry() {
-    return {212, "D8202", "T0305", "C01", "80", "出货单号", "客 户代码 Z' 不存在!", "业 务 员代码 Z' 不存在!",
-            {"S0", "S5", "STOT", "SJ", "SMONEY"}, false, "sales_return_entry",
-            &DocumentEntryTest::opener<TQXCK212>, "SalesReturns"};
+    return {212,
+            "D8202",
+            "T0305",
+            "C01",
+            "80",
+            "出货单号",
+            "客 户代码 Z' 不存在!",
+            "业 务 员代码 Z' 不存在!",
+            {"S0", "S5", "STOT", "SJ", "SMONEY"},
+            false,
+            "sales_return_entry",
+            &DocumentEntryTest::opener<TQXCK212>,
+            "SalesReturns"};
 }
 
 }  // namespace qx::test

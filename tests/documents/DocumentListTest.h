@@ -16,9 +16,9 @@ using FilterFill = std::function<void(TDocumentFilter*)>;
 
 struct ListKind {
     int code;
-    QString caption;         // "采购退货"
-    QString headTable;       // "D8102"
-    QString lineTable;       // "D8102A"
+    QString caption;                // "采购退货"
+    QString headTable;              // "D8102"
+    QString lineTable;              // "D8102A"
     QString partner, otherPartner;  // "G01", "G02"
     QString partnerDescription;     // " ●供应商："
     QString numberDescription;      // " ●退货单号："
@@ -48,11 +48,14 @@ protected:
     }
     TDocumentList* openKind(FilterFill fill = {}) { return GetParam().open(this, fill); }
     QString golden(const QString& caseName, const QHash<QString, QString>& vars = {}) const {
-        return GoldenStatements("documents/golden/Frmqxck" + QString::number(GetParam().code) + ".sql")
+        return GoldenStatements("documents/golden/Frmqxck" + QString::number(GetParam().code) +
+                                ".sql")
             .text(caseName, vars);
     }
     QString filterGolden(const QString& caseName) const {
-        return GoldenStatements("documents/golden/Frmqxck" + QString::number(GetParam().code) + "f.sql").text(caseName);
+        return GoldenStatements("documents/golden/Frmqxck" + QString::number(GetParam().code) +
+                                "f.sql")
+            .text(caseName);
     }
 };
 
@@ -60,22 +63,53 @@ class DocumentFilterTest : public DocumentListTest {};
 
 // The three kinds with what their lists and filters show.
 inline ListKind purchaseReturns() {
-    return {202, "采购退货", "D8102", "D8102A", "G01", "G02", " ●供应商：", " ●退货单号：", "开始日期 不能大于 <结束日期>!",
-            {"单号", "供应商简称", "业务员", "仓库", "开单日期", "最后更改", "结算方式", "进货方式", "开单", "备注"},
-            &DocumentListTest::opener<TQXCK202>, "PurchaseReturns"};
+    return {202,
+            "采购退货",
+            "D8102",
+            "D8102A",
+            "G01",
+            "G02",
+            " ●供应商：",
+            " ●退货单号：",
+            "开始日期 不能大于 <结束日期>!",
+            {"单号", "供应商简称", "业务员", "仓库", "开单日期", "最后更改", "结算方式", "进货方式",
+             "开单", "备注"},
+            &DocumentListTest::opener<TQXCK202>,
+            "PurchaseReturns"};
 }
 inline ListKind salesTickets() {
-    return {211, "销售开单", "D8201", "D8201A", "C01", "C02", " ●客户：", " ●销售单号：", "<开始日期> 不能大于 <结束日期>!",
-            {"单号", "客户简称", "业务员", "仓库", "开单日期", "最后更改", "结算方式", "送货方式", "开单", "备注",
-             "本单销售总额"},
-            &DocumentListTest::opener<TQXCK211>, "SalesTickets"};
+    return {211,
+            "销售开单",
+            "D8201",
+            "D8201A",
+            "C01",
+            "C02",
+            " ●客户：",
+            " ●销售单号：",
+            "<开始日期> 不能大于 <结束日期>!",
+            {"单号", "客户简称", "业务员", "仓库", "开单日期", "最后更改", "结算方式", "送货方式",
+             "开单", "备注", "本单销售总额"},
+            &DocumentListTest::opener<TQXCK211>,
+            "SalesTickets"};
 }
 inline ListKind salesReturns() {
-    return {212, "销售退货", "D8202", "D8202A", "C01", "C02", " ●客户：", " ●退货单号：", "<开始日期> 不能大于 <结束日期>!",
-            {"单号", "客户简称", "业务员", "仓库", "开单日期", "最后更改", "结算方式", "送货方式", "开单", "备注"},
-            &DocumentListTest::opener<TQXCK212>, "SalesReturns"};
+    return {212,
+            "销售退货",
+            "D8202",
+            "D8202A",
+            "C01",
+            "C02",
+            " ●客户：",
+            " ●退货单号：",
+            "<开始日期> 不能大于 <结束日期>!",
+            {"单号", "客户简称", "业务员", "仓库", "开单日期", "最后更改", "结算方式", "送货方式",
+             "开单", "备注"},
+            &DocumentListTest::opener<TQXCK212>,
+            "SalesReturns"};
 }
 
-inline std::string kindName(const ::testing::TestParamInfo<ListKind>& info) { return info.param.name.toStdString(); }
+inline std::string kindName(const ::testing::TestParamInfo<ListKind>& info) {
+    return info.param.name.toStdString();
+}
 
 }  // namespace qx::test

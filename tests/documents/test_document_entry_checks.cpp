@@ -30,8 +30,9 @@ TEST_P(DocumentEntryTest, ANewDocumentStartsTodayWithCashInTheUsersWarehouse) {
     EXPECT_EQ(e->CK_NAME->text(), "总仓");
     EXPECT_EQ(e->JY_ID->text(), "1");
     EXPECT_EQ(e->JY_NAME->text(), "现金");
-    for (QLineEdit* edit : {static_cast<QLineEdit*>(e->KH_GYS_ID), static_cast<QLineEdit*>(e->SEND_ID),
-                            static_cast<QLineEdit*>(e->YW_ID), e->NOTE})
+    for (QLineEdit* edit :
+         {static_cast<QLineEdit*>(e->KH_GYS_ID), static_cast<QLineEdit*>(e->SEND_ID),
+          static_cast<QLineEdit*>(e->YW_ID), e->NOTE})
         EXPECT_EQ(edit->text(), "") << edit->objectName().toStdString();
     EXPECT_EQ(e->EDATE->text(), "");
     EXPECT_EQ(e->focusWidget(), e->KH_GYS_ID);
@@ -61,7 +62,8 @@ TEST_P(DocumentEntryTest, ATakenNumberIsReplacedSilentlyAndTheNumberHasItsChecks
     EXPECT_TRUE(sink->texts().isEmpty());
     ASSERT_FALSE(statements(Call::Kind::OpenSql).empty());
     EXPECT_EQ(statements(Call::Kind::OpenSql).front(),
-              "SELECT NOID FROM " + GetParam().headTable.toLower() + " WHERE NOID='" + GetParam().existing + "'");
+              "SELECT NOID FROM " + GetParam().headTable.toLower() + " WHERE NOID='" +
+                  GetParam().existing + "'");
     e->Edit1->setText("N 1");
     EXPECT_ANY_THROW(e->Edit1Exit(e->Edit1));
     EXPECT_EQ(sink->texts().back(), GetParam().numberCaption + "不能包含空格!");
@@ -101,11 +103,15 @@ TEST_P(DocumentEntryTest, SettlementMethodTwoIsOfferedOnSalesOnly) {
     e->Act_Save->trigger();
     if (GetParam().settlementTwo) {
         EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
-        EXPECT_EQ(scalar("SELECT JY_ID FROM " + GetParam().headTable + " WHERE NOID='" + noid + "'"), "2");
+        EXPECT_EQ(
+            scalar("SELECT JY_ID FROM " + GetParam().headTable + " WHERE NOID='" + noid + "'"),
+            "2");
     } else {
         ASSERT_FALSE(sink->texts().isEmpty());
         EXPECT_EQ(sink->texts().back(), "结算方式代码 2 不存在!");
-        EXPECT_EQ(count("SELECT COUNT(*) FROM " + GetParam().headTable + " WHERE NOID='" + noid + "'"), 0);
+        EXPECT_EQ(
+            count("SELECT COUNT(*) FROM " + GetParam().headTable + " WHERE NOID='" + noid + "'"),
+            0);
         e->Modified = false;
     }
 }
@@ -153,7 +159,8 @@ TEST_P(DocumentEntryTest, EditReplacesTheLinesAndTakesTheCostFromTheStyleAgain) 
         ASSERT_TRUE(list_->AdoQry_Main->Locate("noid", GetParam().existing));
     }
     EXPECT_EQ(count("SELECT COUNT(*) FROM " + lines), 1);
-    EXPECT_EQ(scalar("SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) FROM " + lines), "30.00|90.00");
+    EXPECT_EQ(scalar("SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) FROM " + lines),
+              "30.00|90.00");
     EXPECT_EQ(count("SELECT COUNT(*) FROM D1801 WHERE WL_ID='K0101'"), 1);
 }
 
@@ -181,7 +188,8 @@ TEST_P(DocumentEntryTest, ADateBeforeTheOpenPeriodIsRefusedWhenTheDateIsLeftAndB
     e->Act_Save->trigger();
     ASSERT_EQ(sink->errors().size(), 1);
     EXPECT_TRUE(sink->errors()[0].contains("属于已结账期间")) << sink->errors()[0].toStdString();
-    EXPECT_EQ(count("SELECT COUNT(*) FROM " + GetParam().headTable + " WHERE NOID='" + noid + "'"), 0);
+    EXPECT_EQ(count("SELECT COUNT(*) FROM " + GetParam().headTable + " WHERE NOID='" + noid + "'"),
+              0);
     EXPECT_TRUE(e->isVisible());
     EXPECT_EQ(e->AdoQry_Main->RecordCount(), 1);
     e->Modified = false;
@@ -208,7 +216,9 @@ TEST_P(DocumentEntryTest, VeryLongTextsAreCutToTheLengthsOfEditsAndCells) {
     const QString head = GetParam().headTable;
     TDocumentEntry* e = newDocument();
     for (QLineEdit* edit : e->Panel_Head->findChildren<QLineEdit*>()) {
-        if (edit->objectName().isEmpty() || edit->objectName().startsWith("qt_") || !edit->isEnabled()) continue;
+        if (edit->objectName().isEmpty() || edit->objectName().startsWith("qt_") ||
+            !edit->isEnabled())
+            continue;
         const int max = edit->maxLength();
         EXPECT_LE(max, 100) << edit->objectName().toStdString();
         const QString kept = edit->text();
@@ -221,8 +231,10 @@ TEST_P(DocumentEntryTest, VeryLongTextsAreCutToTheLengthsOfEditsAndCells) {
     const QString noid = e->Edit1->text();
     e->Act_Save->trigger();
     EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
-    EXPECT_EQ(scalar("SELECT NOTE FROM " + head + " WHERE NOID='" + noid + "'"), QString(100, QChar(u'长')));
-    EXPECT_EQ(scalar("SELECT NOTE FROM " + head + "A WHERE NOID='" + noid + "'"), QString(100, 'x'));
+    EXPECT_EQ(scalar("SELECT NOTE FROM " + head + " WHERE NOID='" + noid + "'"),
+              QString(100, QChar(u'长')));
+    EXPECT_EQ(scalar("SELECT NOTE FROM " + head + "A WHERE NOID='" + noid + "'"),
+              QString(100, 'x'));
 }
 
 TEST_P(DocumentEntryTest, LettersInNumberCellsAreRefusedAndTheCellsKeepTheirValues) {

@@ -10,7 +10,8 @@ namespace {
 using qx::dataop::Call;
 
 QString thisMonth(const QString& headTable) {
-    return " WHERE (" + headTable + ".BDATE>='2026-03-01') AND (" + headTable + ".BDATE<='2026-03-18') ";
+    return " WHERE (" + headTable + ".BDATE>='2026-03-01') AND (" + headTable +
+           ".BDATE<='2026-03-18') ";
 }
 
 }  // namespace
@@ -32,8 +33,10 @@ TEST_P(DocumentListTest, OpensOnThisMonthWithTheHeadStatementAndTheFirstDocument
 
 TEST_P(DocumentListTest, TheLinesOfTheCurrentDocumentAreShownBelow) {
     const ListKind& k = GetParam();
-    if (k.code == 211) addSaleLine("N0305", "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "90", "270");
-    else addReturnLine(k.lineTable, "N0305", "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "90", "270");
+    if (k.code == 211)
+        addSaleLine("N0305", "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "90", "270");
+    else
+        addReturnLine(k.lineTable, "N0305", "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "90", "270");
     TDocumentList* list = openKind();
     ASSERT_TRUE(list->AdoQry_Main->Locate("noid", "N0305"));
     EXPECT_EQ(list->AdoQry_Detail->RecordCount(), 1);
@@ -98,7 +101,8 @@ TEST_P(DocumentListTest, TheEntryScreenIsConfiguredWithTheListsTexts) {
     EXPECT_TRUE(sameStatements(golden("Lines", {{"number", "%s"}}), e->BodySql));
     EXPECT_EQ(e->DeleteSql, golden("Delete", {{"number", "%S"}}));
     const bool sale = GetParam().code == 211;
-    EXPECT_EQ(e->QtyFields, sale ? "S0,S1,S2,S3,S4,S5,S6,S7,S8,S9,STOT,ZK" : "S0,S1,S2,S3,S4,S5,S6,S7,S8,S9,STOT");
+    EXPECT_EQ(e->QtyFields, sale ? "S0,S1,S2,S3,S4,S5,S6,S7,S8,S9,STOT,ZK"
+                                 : "S0,S1,S2,S3,S4,S5,S6,S7,S8,S9,STOT");
     EXPECT_EQ(e->PriceFields, sale ? "dj,sj,ODJ" : "dj,sj");
     EXPECT_EQ(e->MoneyFields, sale ? "money,smoney,OMONEY" : "money,smoney");
     EXPECT_EQ(e->WlField, "wl_id");
@@ -111,8 +115,10 @@ TEST_P(DocumentListTest, TheEntryScreenIsConfiguredWithTheListsTexts) {
 
 TEST_P(DocumentListTest, DeletingADocumentRemovesItsLinesAndRepostsTheStock) {
     const ListKind& k = GetParam();
-    if (k.code == 211) addSaleLine("N0301", "K01", "01", "01", "2,0,0,0,0,0,0,0,0,0", "90", "180");
-    else addReturnLine(k.lineTable, "N0301", "K01", "01", "01", "2,0,0,0,0,0,0,0,0,0", "90", "180");
+    if (k.code == 211)
+        addSaleLine("N0301", "K01", "01", "01", "2,0,0,0,0,0,0,0,0,0", "90", "180");
+    else
+        addReturnLine(k.lineTable, "N0301", "K01", "01", "01", "2,0,0,0,0,0,0,0,0,0", "90", "180");
     EXPECT_EQ(stock("K0101", "01"), k.code == 212 ? "2" : "-2");
     TDocumentList* list = openKind([](TDocumentFilter* f) {
         f->Edit1->setText("N0301");
@@ -164,7 +170,8 @@ TEST_P(DocumentFilterTest, ThisMonthIsThePresetPeriod) {
 TEST_P(DocumentFilterTest, EitherEndOfTheNumberRangeWorksAlone) {
     TDocumentList* list = openKind([](TDocumentFilter* f) { f->Edit2->setText("N0305"); });
     EXPECT_TRUE(sameStatements(filterGolden("UpperOnly"), list->Condition));
-    EXPECT_EQ(list->Lab_Condition->text(), " ●开单日期:03-01 至 03-18 (18天)" + GetParam().numberDescription + " 至 N0305");
+    EXPECT_EQ(list->Lab_Condition->text(),
+              " ●开单日期:03-01 至 03-18 (18天)" + GetParam().numberDescription + " 至 N0305");
     EXPECT_EQ(listed(list), QStringList({"N0301", "N0305"}));
     delete list;
     list = openKind([](TDocumentFilter* f) { f->Edit1->setText("N0305B"); });
@@ -182,8 +189,9 @@ TEST_P(DocumentFilterTest, EveryConditionAddsToConditionAndDescription) {
         f->Edit2->setText("N0399");
     });
     EXPECT_TRUE(sameStatements(filterGolden("Everything"), list->Condition));
-    EXPECT_EQ(list->Lab_Condition->text(), " ●开单日期:03-01 至 03-18 (18天)" + GetParam().partnerDescription + partner +
-                                               " ●仓库：01" + GetParam().numberDescription + "N0300 至 N0399");
+    EXPECT_EQ(list->Lab_Condition->text(),
+              " ●开单日期:03-01 至 03-18 (18天)" + GetParam().partnerDescription + partner +
+                  " ●仓库：01" + GetParam().numberDescription + "N0300 至 N0399");
     EXPECT_EQ(listed(list), QStringList({"N0301", "N0305"}));
     delete list;
 }
@@ -193,7 +201,8 @@ TEST_P(DocumentFilterTest, QuotesInFilterFieldsAreTextsNotTheEndOfOne) {
         f->KH_ID->setText("x' OR '1");
         f->Edit2->setText("N'9");
     });
-    EXPECT_TRUE(list->Condition.contains("KH_gys_ID = 'x'' OR ''1')")) << list->Condition.toStdString();
+    EXPECT_TRUE(list->Condition.contains("KH_gys_ID = 'x'' OR ''1')"))
+        << list->Condition.toStdString();
     EXPECT_TRUE(list->Condition.contains(".NOID<='N''9')")) << list->Condition.toStdString();
     EXPECT_TRUE(sink->errors().isEmpty());
     EXPECT_EQ(list->AdoQry_Main->RecordCount(), 0);

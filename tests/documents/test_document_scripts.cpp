@@ -23,14 +23,15 @@ struct ScriptKind {
     const char* script;  // host/scripts/{script}.qxs
     const char* head;    // "D8102"
     const char* caption;
-    int sign;            // stock change per piece: -1 out of the warehouse, +1 back into it
+    int sign;  // stock change per piece: -1 out of the warehouse, +1 back into it
 };
 
 class DocumentScriptTest : public ::testing::TestWithParam<ScriptKind> {
 protected:
     static void SetUpTestSuite() {
         demo = new QTemporaryDir;
-        qx::demo::createDemoDatabase(demo->filePath("demo.db").toStdString(), {.endDate = "2026-06-29"});
+        qx::demo::createDemoDatabase(demo->filePath("demo.db").toStdString(),
+                                     {.endDate = "2026-06-29"});
     }
     static void TearDownTestSuite() {
         delete demo;
@@ -57,8 +58,10 @@ protected:
 
     // The script's parts: what comes before the first "# step:" line, then each step by name.
     void loadSteps() {
-        QFile file(QString::fromUtf8(qgetenv("QXCK_SOURCE_DIR")) + "/host/scripts/" + GetParam().script + ".qxs");
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Text)) << file.fileName().toStdString();
+        QFile file(QString::fromUtf8(qgetenv("QXCK_SOURCE_DIR")) + "/host/scripts/" +
+                   GetParam().script + ".qxs");
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly | QIODevice::Text))
+            << file.fileName().toStdString();
         QString name = "start";
         for (const QString& line : QString::fromUtf8(file.readAll()).split('\n')) {
             if (line.startsWith("# step:")) {
@@ -89,8 +92,12 @@ protected:
         if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
         return {};
     }
-    int stock(const QString& sku) { return scalar("SELECT KC FROM d1802 WHERE WL_ID='" + sku + "' AND CK_ID='ZC'").toInt(); }
-    QString noteCondition() const { return QString(" WHERE NOTE='脚本") + GetParam().caption + " O''Neil'"; }
+    int stock(const QString& sku) {
+        return scalar("SELECT KC FROM d1802 WHERE WL_ID='" + sku + "' AND CK_ID='ZC'").toInt();
+    }
+    QString noteCondition() const {
+        return QString(" WHERE NOTE='脚本") + GetParam().caption + " O''Neil'";
+    }
 
     static QTemporaryDir* demo;
     QTemporaryDir dir;
@@ -118,7 +125,8 @@ TEST_P(DocumentScriptTest, TheTypicalRequestRunsStepByStep) {
     EXPECT_EQ(stock("BL2508000302"), first + k.sign * 3);
     EXPECT_EQ(stock("BL2508000208"), second + k.sign * 1);
     // The cost of every line is its style's.
-    EXPECT_EQ(scalar("SELECT COUNT(*) FROM " + head + "A L INNER JOIN D1800 M ON L.K_ID=M.K_ID WHERE L.NOID='" + noid +
+    EXPECT_EQ(scalar("SELECT COUNT(*) FROM " + head +
+                     "A L INNER JOIN D1800 M ON L.K_ID=M.K_ID WHERE L.NOID='" + noid +
                      "' AND L.DJ=M.DJ AND L.DJ>0"),
               "2");
 

@@ -43,10 +43,13 @@ TEST_F(PurchaseReturnEntryTest, ANewReturnHasReturnPricesNoDeliveryNoteAndNoBarc
 
 TEST_F(PurchaseReturnEntryTest, HeadControlsHaveTheirCaptionsAndLengths) {
     TQXCK202_1 e(nullptr);
-    expectHeadCaptions(e, {{e.Edit1, "退货单号", 12}, {e.KH_GYS_ID, "供 应 商", 10},
-                            {e.CK_ID, "仓    库", 4}, {e.SEND_ID, "送货方式", 2},
-                            {e.YW_ID, "采 购 员", 4}, {e.JY_ID, "结算方式", 2},
-                            {e.NOTE, "备    注", 100}});
+    expectHeadCaptions(e, {{e.Edit1, "退货单号", 12},
+                           {e.KH_GYS_ID, "供 应 商", 10},
+                           {e.CK_ID, "仓    库", 4},
+                           {e.SEND_ID, "送货方式", 2},
+                           {e.YW_ID, "采 购 员", 4},
+                           {e.JY_ID, "结算方式", 2},
+                           {e.NOTE, "备    注", 100}});
     EXPECT_EQ(e.WarehouseEdit, e.CK_ID);
     EXPECT_EQ(e.PartnerEdit, e.KH_GYS_ID);
     EXPECT_EQ(e.LineSourceField, "NOID");
@@ -98,9 +101,13 @@ TEST_F(PurchaseReturnEntryTest, TheAmountFollowsQuantityAndPriceButNotTheOtherWa
 }
 
 TEST_F(PurchaseReturnEntryTest, ATypedStyleClearsTheLinesOrderNumberSoItsUnitMayChange) {
-    exec("INSERT INTO D8203 (NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES ('O1', '01', '2026-03-10', 'U1', '')");
-    exec("INSERT INTO D8203A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9, DJ, MONEY, NOTE) "
-         "VALUES ('O1', 'K0102', 'K01', '02', '01', 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 15, 30, '')");
+    exec(
+        "INSERT INTO D8203 (NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES ('O1', '01', '2026-03-10', "
+        "'U1', '')");
+    exec(
+        "INSERT INTO D8203A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, "
+        "S9, DJ, MONEY, NOTE) "
+        "VALUES ('O1', 'K0102', 'K01', '02', '01', 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 15, 30, '')");
     TQXCK202* l = list();
     TQXCK202_1* e = add(l);
     e->PickOrderLines("O1");
@@ -190,8 +197,10 @@ TEST_F(PurchaseReturnEntryTest, FourPiecesOfAStyleCostingTwentyFiveAreSavedAtCos
     addLine(e, "K01", "02", {"3", "1"}, "12");
     const QString noid = e->Edit1->text();
     e->Act_Save->trigger();
-    EXPECT_EQ(scalar("SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) + '|' + CAST(SJ AS VARCHAR) + '|' + "
-                     "CAST(SMONEY AS VARCHAR) FROM D8102A WHERE NOID='" + noid + "'"),
+    EXPECT_EQ(scalar("SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) + '|' + CAST(SJ AS "
+                     "VARCHAR) + '|' + "
+                     "CAST(SMONEY AS VARCHAR) FROM D8102A WHERE NOID='" +
+                     noid + "'"),
               "25.00|100.00|12.00|48.00");
     EXPECT_EQ(scalar("SELECT TOLMONEY FROM D8102 WHERE NOID='" + noid + "'"), "48");
     delete l;
@@ -206,7 +215,8 @@ TEST_F(PurchaseReturnEntryTest, AReturnTakesStockOutOfItsWarehouseWhenEffective)
     const QString noid = e->Edit1->text();
     e->Act_Save->trigger();
     EXPECT_EQ(scalar("SELECT T FROM D8102 WHERE NOID='" + noid + "'"), "1");
-    EXPECT_EQ(scalar("SELECT CAST(K0 AS VARCHAR) + ',' + CAST(K1 AS VARCHAR) FROM D1802 WHERE WL_ID='K0102' AND "
+    EXPECT_EQ(scalar("SELECT CAST(K0 AS VARCHAR) + ',' + CAST(K1 AS VARCHAR) FROM D1802 WHERE "
+                     "WL_ID='K0102' AND "
                      "CK_ID='01'"),
               "2,4");
     EXPECT_EQ(stock("K0102", "01"), "6");
@@ -281,5 +291,6 @@ TEST_F(PurchaseReturnEntryTest, TheListRowShowsTheSavedReturn) {
 }  // namespace
 
 namespace qx::test {
-INSTANTIATE_TEST_SUITE_P(PurchaseReturns, DocumentEntryTest, ::testing::Values(purchaseReturnEntry()), entryName);
+INSTANTIATE_TEST_SUITE_P(PurchaseReturns, DocumentEntryTest,
+                         ::testing::Values(purchaseReturnEntry()), entryName);
 }  // namespace qx::test

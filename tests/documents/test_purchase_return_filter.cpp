@@ -5,7 +5,8 @@
 
 namespace qx::test {
 
-INSTANTIATE_TEST_SUITE_P(PurchaseReturns, DocumentFilterTest, ::testing::Values(purchaseReturns()), kindName);
+INSTANTIATE_TEST_SUITE_P(PurchaseReturns, DocumentFilterTest, ::testing::Values(purchaseReturns()),
+                         kindName);
 
 TEST(PurchaseReturnFilter, HasSupplierWarehouseAndNumberRangeButNoDeliveryNote) {
     ResetGlobals();

@@ -3,7 +3,8 @@
 
 namespace qx::test {
 
-INSTANTIATE_TEST_SUITE_P(PurchaseReturns, DocumentListTest, ::testing::Values(purchaseReturns()), kindName);
+INSTANTIATE_TEST_SUITE_P(PurchaseReturns, DocumentListTest, ::testing::Values(purchaseReturns()),
+                         kindName);
 
 TEST_F(StockDocumentTest, PurchaseReturnListShowsSuppliersAndNoDeliveryNote) {
     TQXCK202* list = open<TQXCK202>(202);

@@ -42,10 +42,13 @@ TEST_F(SalesReturnEntryTest, ANewReturnHasReturnPricesAndNoTagPriceOrDiscount) {
 
 TEST_F(SalesReturnEntryTest, HeadControlsHaveTheirCaptionsAndLengths) {
     TQXCK212_1 e(nullptr);
-    expectHeadCaptions(e, {{e.Edit1, "退货单号", 12}, {e.KH_GYS_ID, "客    户", 10},
-                            {e.CK_ID, "仓    库", 4}, {e.YW_ID, "业 务 员", 4},
-                            {e.SEND_ID, "送货方式", 2}, {e.JY_ID, "结算方式", 2},
-                            {e.NOTE, "备    注", 100}});
+    expectHeadCaptions(e, {{e.Edit1, "退货单号", 12},
+                           {e.KH_GYS_ID, "客    户", 10},
+                           {e.CK_ID, "仓    库", 4},
+                           {e.YW_ID, "业 务 员", 4},
+                           {e.SEND_ID, "送货方式", 2},
+                           {e.JY_ID, "结算方式", 2},
+                           {e.NOTE, "备    注", 100}});
     EXPECT_EQ(e.PartnerLink->Table().toLower(), "d1102");
 }
 
@@ -69,7 +72,8 @@ TEST_F(SalesReturnEntryTest, TheSettlementListOffersEveryMethodButTwo) {
     e->JY_ID->ButtonClick();
     QStringList offered;
     TClientDataSet* rows = e->SettlementLink->DataSet();
-    for (int r = 0; r < rows->RecordCount(); ++r) offered << qx::documents::lineText(rows, r, "JY_ID");
+    for (int r = 0; r < rows->RecordCount(); ++r)
+        offered << qx::documents::lineText(rows, r, "JY_ID");
     EXPECT_EQ(offered, QStringList{"1"});
     e->SettlementLink->Close();
     delete l;
@@ -165,13 +169,18 @@ TEST_F(SalesReturnEntryTest, ASavedReturnWritesCostAndPutsTheGoodsBack) {
     const QString noid = e->Edit1->text();
     e->Act_Save->trigger();
     EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
-    EXPECT_EQ(scalar("SELECT KH_GYS_ID + '|' + CK_ID + '|' + SEND_ID + '|' + YW_ID + '|' + JY_ID + '|' + NOTE + '|' + "
-                     "CAST(TOLMONEY AS VARCHAR) FROM D8202 WHERE NOID='" + noid + "'"),
+    EXPECT_EQ(scalar("SELECT KH_GYS_ID + '|' + CK_ID + '|' + SEND_ID + '|' + YW_ID + '|' + JY_ID + "
+                     "'|' + NOTE + '|' + "
+                     "CAST(TOLMONEY AS VARCHAR) FROM D8202 WHERE NOID='" +
+                     noid + "'"),
               "C02|01|2|01|1|退货|320.00");
-    EXPECT_EQ(scalar("SELECT WL_ID + '|' + CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) + '|' + "
-                     "CAST(SJ AS VARCHAR) + '|' + CAST(SMONEY AS VARCHAR) FROM D8202A WHERE NOID='" + noid + "'"),
-              "K0102|25.00|100.00|80.00|320.00");
-    EXPECT_EQ(scalar("SELECT CAST(K0 AS VARCHAR) + ',' + CAST(K1 AS VARCHAR) FROM D1802 WHERE WL_ID='K0102' AND "
+    EXPECT_EQ(
+        scalar("SELECT WL_ID + '|' + CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) + '|' + "
+               "CAST(SJ AS VARCHAR) + '|' + CAST(SMONEY AS VARCHAR) FROM D8202A WHERE NOID='" +
+               noid + "'"),
+        "K0102|25.00|100.00|80.00|320.00");
+    EXPECT_EQ(scalar("SELECT CAST(K0 AS VARCHAR) + ',' + CAST(K1 AS VARCHAR) FROM D1802 WHERE "
+                     "WL_ID='K0102' AND "
                      "CK_ID='01'"),
               "4,2");
     // Edited to one piece less, then deleted: the stock follows.
@@ -211,5 +220,6 @@ TEST_F(SalesReturnEntryTest, ANeverStockedStyleColourGetsItsSkuRowButNoStockRowF
 }  // namespace
 
 namespace qx::test {
-INSTANTIATE_TEST_SUITE_P(SalesReturns, DocumentEntryTest, ::testing::Values(salesReturnEntry()), entryName);
+INSTANTIATE_TEST_SUITE_P(SalesReturns, DocumentEntryTest, ::testing::Values(salesReturnEntry()),
+                         entryName);
 }  // namespace qx::test

@@ -5,7 +5,8 @@
 
 namespace qx::test {
 
-INSTANTIATE_TEST_SUITE_P(SalesReturns, DocumentFilterTest, ::testing::Values(salesReturns()), kindName);
+INSTANTIATE_TEST_SUITE_P(SalesReturns, DocumentFilterTest, ::testing::Values(salesReturns()),
+                         kindName);
 
 TEST(SalesReturnFilter, HasCustomerWarehouseAndNumberRange) {
     ResetGlobals();

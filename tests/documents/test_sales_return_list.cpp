@@ -4,7 +4,8 @@
 
 namespace qx::test {
 
-INSTANTIATE_TEST_SUITE_P(SalesReturns, DocumentListTest, ::testing::Values(salesReturns()), kindName);
+INSTANTIATE_TEST_SUITE_P(SalesReturns, DocumentListTest, ::testing::Values(salesReturns()),
+                         kindName);
 
 TEST_F(StockDocumentTest, SalesReturnListHasNoTotalColumn) {
     TQXCK212* list = open<TQXCK212>(212);

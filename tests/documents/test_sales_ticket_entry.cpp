@@ -40,10 +40,13 @@ TEST_F(SalesTicketEntryTest, ANewTicketIsASale) {
 
 TEST_F(SalesTicketEntryTest, HeadAndGridHaveTheirCaptions) {
     TQXCK211_1 e(nullptr);
-    expectHeadCaptions(e, {{e.Edit1, "销售单号", 12}, {e.KH_GYS_ID, "客    户", 10},
-                            {e.CK_ID, "仓    库", 4}, {e.YW_ID, "业 务 员", 4},
-                            {e.SEND_ID, "送货方式", 2}, {e.JY_ID, "结算方式", 2},
-                            {e.NOTE, "备    注", 100}});
+    expectHeadCaptions(e, {{e.Edit1, "销售单号", 12},
+                           {e.KH_GYS_ID, "客    户", 10},
+                           {e.CK_ID, "仓    库", 4},
+                           {e.YW_ID, "业 务 员", 4},
+                           {e.SEND_ID, "送货方式", 2},
+                           {e.JY_ID, "结算方式", 2},
+                           {e.NOTE, "备    注", 100}});
     // Customers, not suppliers.
     EXPECT_EQ(e.PartnerLink->Table().toLower(), "d1102");
 }
@@ -53,10 +56,12 @@ TEST_F(SalesTicketEntryTest, TheLineGridShowsTagAndDiscountedPricesAfterTheTotal
     TQXCK211_1* e = add(l);
     addLine(e, "K01", "02", {"1"});
     QStringList fields;
-    for (int i = 0; i < e->DBGridEh->ColumnCount(); ++i) fields << e->DBGridEh->Columns(i)->FieldName.toUpper();
+    for (int i = 0; i < e->DBGridEh->ColumnCount(); ++i)
+        fields << e->DBGridEh->Columns(i)->FieldName.toUpper();
     const int stot = fields.indexOf("STOT");
     ASSERT_GE(stot, 0);
-    EXPECT_EQ(fields.mid(stot), QStringList({"STOT", "ODJ", "OMONEY", "ZK", "SJ", "SMONEY", "NOTE"}));
+    EXPECT_EQ(fields.mid(stot),
+              QStringList({"STOT", "ODJ", "OMONEY", "ZK", "SJ", "SMONEY", "NOTE"}));
     EXPECT_EQ(e->DBGridEh->ColumnByField("ODJ")->Title, "吊牌|单价");
     EXPECT_EQ(e->DBGridEh->ColumnByField("OMONEY")->Title, "吊牌|总额");
     EXPECT_EQ(e->DBGridEh->ColumnByField("ZK")->Title, "折后|折扣");
@@ -141,36 +146,51 @@ TEST_F(SalesTicketEntryTest, ChoosingAnOrderNeedsAWarehouseFirst) {
 }
 
 TEST_F(SalesTicketEntryTest, LinesFromAnOrderKeepTheirStylePricesAndDiscount) {
-    exec("INSERT INTO D8203 (NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES ('O1', '01', '2026-03-10', 'U1', '')");
-    exec("INSERT INTO D8203A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9, DJ, MONEY, NOTE) "
-         "VALUES ('O1', 'K0102', 'K01', '02', '01', 2, 1, 0, 0, 0, 0, 0, 0, 0, 0, 80, 240, '')");
+    exec(
+        "INSERT INTO D8203 (NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES ('O1', '01', '2026-03-10', "
+        "'U1', '')");
+    exec(
+        "INSERT INTO D8203A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, "
+        "S9, DJ, MONEY, NOTE) "
+        "VALUES ('O1', 'K0102', 'K01', '02', '01', 2, 1, 0, 0, 0, 0, 0, 0, 0, 0, 80, 240, '')");
     TQXCK211* l = list();
     TQXCK211_1* e = add(l);
     e->PickOrderLines("O1");
     ASSERT_EQ(e->AdoQry_Main->RecordCount(), 1);
     EXPECT_EQ(cell(e, "NOID"), "O1");
     EXPECT_FALSE(e->CK_ID->isEnabled());
-    const QModelIndex sj = e->DBGridEh->model()->index(0, e->DBGridEh->ColumnByField("SJ")->Index());
-    const QModelIndex s0 = e->DBGridEh->model()->index(0, e->DBGridEh->ColumnByField("S0")->Index());
+    const QModelIndex sj =
+        e->DBGridEh->model()->index(0, e->DBGridEh->ColumnByField("SJ")->Index());
+    const QModelIndex s0 =
+        e->DBGridEh->model()->index(0, e->DBGridEh->ColumnByField("S0")->Index());
     EXPECT_FALSE(e->DBGridEh->model()->flags(sj) & Qt::ItemIsEditable);
     EXPECT_TRUE(e->DBGridEh->model()->flags(s0) & Qt::ItemIsEditable);
-    for (const char* field : {"K_ID", "WL_NAME", "DW_NAME", "COL_NAME", "ODJ", "OMONEY", "ZK", "SJ", "SMONEY"}) {
-        const QModelIndex index = e->DBGridEh->model()->index(0, e->DBGridEh->ColumnByField(field)->Index());
+    for (const char* field :
+         {"K_ID", "WL_NAME", "DW_NAME", "COL_NAME", "ODJ", "OMONEY", "ZK", "SJ", "SMONEY"}) {
+        const QModelIndex index =
+            e->DBGridEh->model()->index(0, e->DBGridEh->ColumnByField(field)->Index());
         EXPECT_FALSE(e->DBGridEh->model()->flags(index) & Qt::ItemIsEditable) << field;
     }
     // A line typed by hand stays editable everywhere.
     addLine(e, "K02", "03", {"1"}, "150");
-    const QModelIndex typed = e->DBGridEh->model()->index(1, e->DBGridEh->ColumnByField("SJ")->Index());
+    const QModelIndex typed =
+        e->DBGridEh->model()->index(1, e->DBGridEh->ColumnByField("SJ")->Index());
     EXPECT_TRUE(e->DBGridEh->model()->flags(typed) & Qt::ItemIsEditable);
     e->Modified = false;
     delete l;
 }
 
 TEST_F(SalesTicketEntryTest, ADoubleClickOffersTheWarehousesOrdersAndTakesTheChosenOnesLines) {
-    exec("INSERT INTO D8203 (NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES ('O1', '01', '2026-03-10', 'U1', '')");
-    exec("INSERT INTO D8203 (NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES ('O2', '02', '2026-03-11', 'U1', '')");
-    exec("INSERT INTO D8203A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9, DJ, MONEY, NOTE) "
-         "VALUES ('O1', 'K0203', 'K02', '03', '01', 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 120, 240, '')");
+    exec(
+        "INSERT INTO D8203 (NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES ('O1', '01', '2026-03-10', "
+        "'U1', '')");
+    exec(
+        "INSERT INTO D8203 (NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES ('O2', '02', '2026-03-11', "
+        "'U1', '')");
+    exec(
+        "INSERT INTO D8203A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, "
+        "S9, DJ, MONEY, NOTE) "
+        "VALUES ('O1', 'K0203', 'K02', '03', '01', 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 120, 240, '')");
     TQXCK211* l = list();
     TQXCK211_1* e = add(l);
     QStringList offered;
@@ -243,8 +263,8 @@ TEST_F(SalesTicketEntryTest, TheDiscountIsStoredByItsOwnRule) {
         const char* typed;
         const char* written;
     };
-    for (const Case& c : {Case{"10", "0.00"}, Case{"90", "0.00"}, Case{"100", "0.00"}, Case{"12.5", "2.50"},
-                          Case{"8.5", "8.50"}, Case{"0", "0.00"}}) {
+    for (const Case& c : {Case{"10", "0.00"}, Case{"90", "0.00"}, Case{"100", "0.00"},
+                          Case{"12.5", "2.50"}, Case{"8.5", "8.50"}, Case{"0", "0.00"}}) {
         TQXCK211* l = list();
         TQXCK211_1* e = add(l);
         fillHead(e, "C01");
@@ -253,8 +273,11 @@ TEST_F(SalesTicketEntryTest, TheDiscountIsStoredByItsOwnRule) {
         e->AdoQry_Main->CheckBrowseMode();
         const QString noid = e->Edit1->text();
         e->Act_Save->trigger();
-        EXPECT_TRUE(lastBatch().contains("'80','80','" + QString(c.written) + "','99','99',''")) << c.typed;
-        EXPECT_EQ(scalar("SELECT CAST(ZK AS VARCHAR) FROM D8201A WHERE NOID='" + noid + "'"), c.written) << c.typed;
+        EXPECT_TRUE(lastBatch().contains("'80','80','" + QString(c.written) + "','99','99',''"))
+            << c.typed;
+        EXPECT_EQ(scalar("SELECT CAST(ZK AS VARCHAR) FROM D8201A WHERE NOID='" + noid + "'"),
+                  c.written)
+            << c.typed;
         delete l;
     }
 }
@@ -270,20 +293,29 @@ TEST_F(SalesTicketEntryTest, ASavedTicketWritesHeadLinesAndCostAndTakesStockOut)
     const QString noid = e->Edit1->text();
     e->Act_Save->trigger();
     EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
-    EXPECT_EQ(scalar("SELECT KH_GYS_ID + '|' + CK_ID + '|' + SEND_ID + '|' + YW_ID + '|' + JY_ID + '|' + USER_ID + '|' + "
-                     "NOTE + '|' + CAST(T AS VARCHAR) FROM D8201 WHERE NOID='" + noid + "'"),
+    EXPECT_EQ(scalar("SELECT KH_GYS_ID + '|' + CK_ID + '|' + SEND_ID + '|' + YW_ID + '|' + JY_ID + "
+                     "'|' + USER_ID + '|' + "
+                     "NOTE + '|' + CAST(T AS VARCHAR) FROM D8201 WHERE NOID='" +
+                     noid + "'"),
               "C02|01|2|01|1|U1|销售|1");
-    EXPECT_EQ(scalar("SELECT CAST(TOLMONEY AS VARCHAR) FROM D8201 WHERE NOID='" + noid + "'"), "320.00");
+    EXPECT_EQ(scalar("SELECT CAST(TOLMONEY AS VARCHAR) FROM D8201 WHERE NOID='" + noid + "'"),
+              "320.00");
     // The SKU is the style followed by the colour; the cost is the style's.
-    EXPECT_EQ(scalar("SELECT WL_ID + '|' + K_ID + '|' + COL_ID + '|' + CK_ID FROM D8201A WHERE NOID='" + noid + "'"),
-              "K0102|K01|02|01");
-    EXPECT_EQ(scalar("SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) FROM D8201A WHERE NOID='" + noid + "'"),
-              "25.00|100.00");
+    EXPECT_EQ(
+        scalar("SELECT WL_ID + '|' + K_ID + '|' + COL_ID + '|' + CK_ID FROM D8201A WHERE NOID='" +
+               noid + "'"),
+        "K0102|K01|02|01");
+    EXPECT_EQ(
+        scalar(
+            "SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) FROM D8201A WHERE NOID='" +
+            noid + "'"),
+        "25.00|100.00");
     // The sale writes no SKU, stock or barcode rows of its own.
     EXPECT_FALSE(lastBatch().contains("D1801"));
     EXPECT_FALSE(lastBatch().contains("D1802"));
     EXPECT_FALSE(lastBatch().contains("d1809", Qt::CaseInsensitive));
-    EXPECT_EQ(scalar("SELECT CAST(K0 AS VARCHAR) + ',' + CAST(K1 AS VARCHAR) FROM D1802 WHERE WL_ID='K0102' AND "
+    EXPECT_EQ(scalar("SELECT CAST(K0 AS VARCHAR) + ',' + CAST(K1 AS VARCHAR) FROM D1802 WHERE "
+                     "WL_ID='K0102' AND "
                      "CK_ID='01'"),
               "2,4");
     // The list row shows the ticket with its total.
@@ -303,10 +335,12 @@ TEST_F(SalesTicketEntryTest, EditReplacesTheLinesAndTakesTheCostAgain) {
     addLine(e, "K02", "03", {"2"}, "150");
     e->Act_Save->trigger();
     EXPECT_EQ(lines("S0305"), 2);
-    EXPECT_EQ(scalar("SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) FROM D8201A WHERE NOID='S0305' AND "
+    EXPECT_EQ(scalar("SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) FROM D8201A WHERE "
+                     "NOID='S0305' AND "
                      "K_ID='K01'"),
               "30.00|90.00");
-    EXPECT_EQ(scalar("SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) FROM D8201A WHERE NOID='S0305' AND "
+    EXPECT_EQ(scalar("SELECT CAST(DJ AS VARCHAR) + '|' + CAST(MONEY AS VARCHAR) FROM D8201A WHERE "
+                     "NOID='S0305' AND "
                      "K_ID='K02'"),
               "40.00|80.00");
     // Saved again, the lines are replaced, not doubled.
@@ -317,7 +351,7 @@ TEST_F(SalesTicketEntryTest, EditReplacesTheLinesAndTakesTheCostAgain) {
 }
 
 TEST_F(SalesTicketEntryTest, EditAndDeleteRepostTheStock) {
-    addStock("K0101", "02", {0});  // another warehouse, untouched
+    addStock("K0101", "02", {0});                 // another warehouse, untouched
     const QString before = stock("K0101", "01");  // the ticket of the set-up took 3 out
     ASSERT_EQ(before, "-3");
     TQXCK211* l = list();
@@ -345,7 +379,8 @@ TEST_F(SalesTicketEntryTest, ASaleFromACheckedStockRowWithTooLittleStockIsRefuse
     const QString noid = e->Edit1->text();
     e->Act_Save->trigger();
     ASSERT_EQ(sink->errors().size(), 1) << sink->texts().join("|").toStdString();
-    EXPECT_TRUE(sink->errors()[0].contains("库存不足支持本次出库业务")) << sink->errors()[0].toStdString();
+    EXPECT_TRUE(sink->errors()[0].contains("库存不足支持本次出库业务"))
+        << sink->errors()[0].toStdString();
     EXPECT_EQ(count("SELECT COUNT(*) FROM D8201 WHERE NOID='" + noid + "'"), 0);
     EXPECT_EQ(lines(noid), 0);
     EXPECT_EQ(stock("K0102", "01"), "2");
@@ -379,5 +414,6 @@ TEST_F(SalesTicketEntryTest, AnUncheckedStockRowMayGoNegative) {
 }  // namespace
 
 namespace qx::test {
-INSTANTIATE_TEST_SUITE_P(SalesTickets, DocumentEntryTest, ::testing::Values(salesTicketEntry()), entryName);
+INSTANTIATE_TEST_SUITE_P(SalesTickets, DocumentEntryTest, ::testing::Values(salesTicketEntry()),
+                         entryName);
 }  // namespace qx::test

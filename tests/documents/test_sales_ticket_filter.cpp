@@ -5,7 +5,8 @@
 
 namespace qx::test {
 
-INSTANTIATE_TEST_SUITE_P(SalesTickets, DocumentFilterTest, ::testing::Values(salesTickets()), kindName);
+INSTANTIATE_TEST_SUITE_P(SalesTickets, DocumentFilterTest, ::testing::Values(salesTickets()),
+                         kindName);
 
 TEST(SalesTicketFilter, HasCustomerWarehouseAndNumberRange) {
     ResetGlobals();

@@ -4,7 +4,8 @@
 
 namespace qx::test {
 
-INSTANTIATE_TEST_SUITE_P(SalesTickets, DocumentListTest, ::testing::Values(salesTickets()), kindName);
+INSTANTIATE_TEST_SUITE_P(SalesTickets, DocumentListTest, ::testing::Values(salesTickets()),
+                         kindName);
 
 TEST_F(StockDocumentTest, SalesTicketListShowsTheTicketsTotalWithASum) {
     addHead("D8201", "N0305", "2026-03-05", "01", 1, "C01");
