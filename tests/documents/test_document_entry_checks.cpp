@@ -93,6 +93,14 @@ TEST_P(DocumentEntryTest, TheWarehouseIsFixedByTheFirstLineAndFreeForTheNextDocu
     EXPECT_TRUE(entry()->CK_ID->isEnabled());
 }
 
+TEST_P(DocumentEntryTest, AUserWritingToOneWarehouseKeepsTheDefaultOne) {
+    G_CKCOUNT_W = 1;
+    TDocumentEntry* e = entry();
+    EXPECT_EQ(e->CK_ID->text(), "01");
+    EXPECT_FALSE(e->CK_ID->isEnabled());
+    EXPECT_FALSE(e->CK_NAME->isEnabled());
+}
+
 TEST_P(DocumentEntryTest, SettlementMethodTwoIsOfferedOnSalesOnly) {
     TDocumentEntry* e = newDocument();
     EXPECT_EQ(e->SettlementLink->Pick("2"), GetParam().settlementTwo);
