@@ -130,11 +130,14 @@ public:
             lastEditFailed = false;
             return true;
         }
+        // A text field takes no more than its size, whoever types into it (the editor cuts too).
+        QString text = value.toString();
+        if (f->DataType == ftString && f->Size > 0 && text.size() > f->Size) text.truncate(f->Size);
         inSetData = true;
         lastEditFailed = !qx::guard([&] {
             if (ds()->CurrentRow() != index.row()) ds()->SetRecNo(index.row() + 1);
             ds()->Edit();
-            f->SetText(value.toString());
+            f->SetText(text);
         });
         inSetData = false;
         return !lastEditFailed;

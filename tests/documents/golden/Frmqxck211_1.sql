@@ -1,0 +1,21 @@
+# The sales ticket entry's save batches. ${number}: the ticket's number. K01 has the tag price 99
+# and costs 25, K02 159 and 40; the ticket S0305 (2026-03-05, warehouse 01, customer C01) has one
+# line K0101 sold at 90 with the discount 90 off the tag price 100.
+
+-- case: Add
+INSERT INTO D8201(T,NOID,KH_GYS_ID,CK_ID, BDATE, SEND_ID,YW_ID,JY_ID, USER_ID, NOTE,TOLMONEY) VALUES ('1','${number}','C01','01','2026-03-18','2','01','1','U1','销售','620');
+INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9,   SJ, SMONEY,ZK,ODJ,OMONEY, NOTE,DJ,MONEY) VALUES ('${number}','K0102','K01','02','01','3','1','0','0','0','0','0','0','0','0','80','320','5.00','99','396','',0,0);
+INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9,   SJ, SMONEY,ZK,ODJ,OMONEY, NOTE,DJ,MONEY) VALUES ('${number}','K0203','K02','03','01','0','2','0','0','0','0','0','0','0','0','150','300','0.00','159','318','',0,0);
+UPDATE D8201A SET DJ=M.DJ,MONEY=(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9)*M.DJ FROM D1800 M WHERE (D8201A.K_ID=M.K_ID) AND (D8201A.NOID='${number}');
+
+-- case: CopyAdd
+INSERT INTO D8201(T,NOID,KH_GYS_ID,CK_ID, BDATE, SEND_ID,YW_ID,JY_ID, USER_ID, NOTE,TOLMONEY) VALUES ('1','${number}','C01','01','2026-03-05','1','01','1','U1','老客户','270');
+INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9,   SJ, SMONEY,ZK,ODJ,OMONEY, NOTE,DJ,MONEY) VALUES ('${number}','K0101','K01','01','01','1','2','0','0','0','0','0','0','0','0','90','270','0.00','100','300','',0,0);
+UPDATE D8201A SET DJ=M.DJ,MONEY=(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9)*M.DJ FROM D1800 M WHERE (D8201A.K_ID=M.K_ID) AND (D8201A.NOID='${number}');
+
+-- case: Edit
+UPDATE D8201 SET EDATE=GETDATE(), KH_GYS_ID='C01',CK_ID='01',BDATE='2026-03-05',SEND_ID='1',YW_ID='01',JY_ID='1',USER_ID='U1',NOTE='老客户',TOLMONEY='420' WHERE noid='S0305';
+delete from  d8201A WHERE NOID='S0305';
+INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9,   SJ, SMONEY,ZK,ODJ,OMONEY, NOTE,DJ,MONEY) VALUES ('S0305','K0101','K01','01','01','1','2','0','0','0','0','0','0','0','0','90','270','0.00','100','300','',0,0);
+INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9,   SJ, SMONEY,ZK,ODJ,OMONEY, NOTE,DJ,MONEY) VALUES ('S0305','K0203','K02','03','01','1','0','0','0','0','0','0','0','0','0','150','150','0.00','159','159','',0,0);
+UPDATE D8201A SET DJ=M.DJ,MONEY=(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9)*M.DJ FROM D1800 M WHERE (D8201A.K_ID=M.K_ID) AND (D8201A.NOID='S0305');
