@@ -517,7 +517,7 @@ void TFrm_Base_Panel::BuildDocumentLineColumns(TDBGridEh* grid, TClientDataSet* 
     };
     add(config.StyleField, tr("款号"), 90);
     if (TColumnEh* c = add("WL_NAME", tr("品名"), 120)) c->ReadOnly = true;
-    if (TColumnEh* c = add("DW_NAME", tr("单位"), 44)) c->ReadOnly = true;
+    if (TColumnEh* c = add("DW_NAME", tr("单位"), 44)) c->ReadOnly = !config.UnitEditable;
     if (!add("COL_NAME", tr("颜色"), 70)) add("COL_ID", tr("色号"), 50);
     for (const QString& size : qx::sizes::quantityFields())
         if (TColumnEh* c = rightAligned(add(size, QStringLiteral("尺码|") + size, 42))) c->Footer.ValueType = fvtSum;

@@ -139,6 +139,7 @@ struct TLineColumnConfig {
     // The fields after the total, in this order, instead of the quantity, price and amount
     // fields of the configuration ("ODJ,OMONEY,ZK,SJ,SMONEY").
     AnsiString TrailingFields;
+    bool UnitEditable = false;  // the line's unit (DW_NAME) takes typing
 };
 
 class QX_FRAMEWORK_EXPORT TFrm_Base_Common : public TFrm_Base {

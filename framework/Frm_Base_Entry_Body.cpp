@@ -395,8 +395,8 @@ void Tfrm_Base_Entry_Body::BuildLineColumns() {
 }
 
 TLineColumnConfig Tfrm_Base_Entry_Body::lineColumnConfig() const {
-    return {StyleField, QtyFields,  PriceFields, MoneyFields,       PriceLabel,
-            AmountLabel, LineTitles, LineTags,    LineTrailingFields};
+    return {StyleField,  QtyFields,  PriceFields, MoneyFields,        PriceLabel,
+            AmountLabel, LineTitles, LineTags,    LineTrailingFields, LineUnitEditable};
 }
 
 void Tfrm_Base_Entry_Body::lineValueTyped(TField* field, const AnsiString& text) {

@@ -99,6 +99,7 @@ public:
     QHash<QString, QString> LineTitles;  // line column titles by upper-cased field ("吊牌|单价")
     QHash<QString, int> LineTags;        // line column tags by upper-cased field
     AnsiString LineTrailingFields;       // line columns after the total, in order (see TLineColumnConfig)
+    bool LineUnitEditable = false;       // a line's unit may be changed (DW_IDSetText, showdw)
     // A line field naming the document a line was taken from ("NOID"), added empty to lines
     // that do not bring it; the order picker fills it.
     AnsiString LineSourceField;

@@ -44,6 +44,7 @@ const DocumentKind& TQXCK202_1::Description() {
 
 TQXCK202_1::TQXCK202_1(QWidget* Owner) : TDocumentEntry(Owner, Description()) {
     setObjectName("QXCK202_1");
+    LineUnitEditable = true;  // a line typed by hand may change its unit; one from an order may not
     FormCreate();
 }
 

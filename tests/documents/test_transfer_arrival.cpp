@@ -74,8 +74,8 @@ TEST_F(ArrivalTest, TheSendersLinesCannotBeAddedDeletedOrRepriced) {
     EXPECT_TRUE(model->flags(model->index(0, e->DBGridEh->ColumnByField("Y0")->Index())) & Qt::ItemIsEditable);
     // A size the line's size group does not name takes no receipt either.
     EXPECT_FALSE(model->flags(model->index(0, e->DBGridEh->ColumnByField("Y7")->Index())) & Qt::ItemIsEditable);
-    // Even a price forced into the line recomputes nothing.
-    ASSERT_TRUE(typeCell(e, "SJ", "50"));
+    // A price typed or pasted into the sender's line is refused and recomputes nothing.
+    EXPECT_FALSE(typeCell(e, "SJ", "50"));
     EXPECT_DOUBLE_EQ(e->AdoQry_Main->FieldByName("SMONEY")->AsFloat(), 495);
     e->Act_Other->trigger();
     e->Act_Save->trigger();
