@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 
+#include "db/procedures/StockProcedures.h"
 #include "db/sqlite/SqliteDatabase.h"
 
 namespace qx::db {
@@ -26,7 +27,12 @@ ResultSet runSqlText(SqliteDatabase& db, const tsql::ProcedureCall& call) {
 struct Registry {
     std::mutex mutex;
     std::map<std::string, Procedure> procedures;
-    Registry() { procedures.emplace("SYS_M", runSqlText); }
+    Registry() {
+        procedures.emplace("SYS_M", runSqlText);
+        procedures.emplace("SYS_ZM", qx::db::procedures::stockMovements);
+        procedures.emplace("SYS_JX", qx::db::procedures::crossTab);
+        procedures.emplace("SYS_JD", qx::db::procedures::crossTabWithHeaders);
+    }
 };
 
 Registry& registry() {
