@@ -9,6 +9,7 @@
 #include "documents/purchase/Frmqxck201.h"
 #include "frame/Dispatch.h"
 #include "reports/Frmqxck255.h"
+#include "reports/Frmqxck256.h"
 
 namespace qx::frame {
 namespace {
@@ -41,7 +42,7 @@ const std::array kFunctions{
     FunctionRow{253, "TQXCK253",   "Frmqxck253",   "TFrm_Base_Qry",        "进销存汇总表",        Embedded,       None,               Reports,   nullptr},
     FunctionRow{254, "TQXCK254",   "Frmqxck254",   "TFrm_Base_Qry",        "进销存明细表",        Embedded,       None,               Reports,   nullptr},
     FunctionRow{255, "TQXCK255",   "Frmqxck255",   "TFrm_Base_Qry",        "库存查询",            Embedded,       None,               Reports,   screen<TQXCK255, &QXCK255>},
-    FunctionRow{256, "TQXCK256",   "Frmqxck256",   "TFrm_Base_Qry",        "库存分布查询",        Embedded,       ReadableWarehouses, Reports,   nullptr},
+    FunctionRow{256, "TQXCK256",   "Frmqxck256",   "TFrm_Base_Qry",        "库存分布查询",        Embedded,       ReadableWarehouses, Reports,   screen<TQXCK256, &QXCK256>},
     FunctionRow{263, "TQXCK263",   "Frmqxck263",   "TFrm_Base_Qry",        "采购年报表(金额)",    Embedded,       None,               Reports,   nullptr},
     FunctionRow{273, "TQXCK273",   "Frmqxck273",   "TFrm_Base_Qry",        "销售年报表(销售额)",  Embedded,       None,               Reports,   nullptr},
     FunctionRow{281, "TQXCK281",   "Frmqxck281",   "TFrm_Base_Qry",        "销售排行",            Embedded,       None,               Reports,   nullptr},

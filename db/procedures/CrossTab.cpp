@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -178,7 +180,13 @@ ResultSet pivot(SqliteDatabase& db, const tsql::ProcedureCall& call, bool header
     // With extra columns or joins: the pivot goes into a temp table D and the caller's texts run
     // against it through the translator.
     sqlite3* h = db.handle();
-    const std::string table = "qx_crosstab_d";
+    // The table is named after its columns: statements prepared for one shape of pivot are
+    // cached by their text and must never meet another shape under the same name.
+    std::string shape = integral ? "i" : "f";
+    for (const auto& n : names) shape += "\x1f" + n;
+    char suffix[17];
+    std::snprintf(suffix, sizeof suffix, "%016zx", std::hash<std::string>{}(shape));
+    const std::string table = std::string("qx_crosstab_") + suffix;
     db.runNative("DROP TABLE IF EXISTS temp." + table);
     std::string create = "CREATE TEMP TABLE " + table + " (" + quoteIdentifier(names[0]) + " VARCHAR(100) COLLATE QX";
     for (std::size_t i = 1; i < names.size(); ++i)

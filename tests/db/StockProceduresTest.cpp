@@ -415,6 +415,16 @@ TEST_F(CrossTabs, HeaderRowsOfSysJdJoinTheRowsInKeyOrder) {
     EXPECT_EQ(r.rs.columns.size(), 4u) << "header rows add no column";
 }
 
+TEST_F(CrossTabs, ASecondPivotOfAnotherShapeGetsItsOwnColumns) {
+    const std::string extra = "',@param2='wl_id',@param3='ck_name',@param4='kc',@selectstr=',D1800.WL_NAME',"
+                              "@innerstr='INNER JOIN D1800 ON D1800.K_ID=D.WL_ID'";
+    auto narrow = call(db, "EXEC SYS_JX @param1='SELECT K_ID AS wl_id, ''X'' AS ck_name, 1 AS kc FROM d1800 WHERE K_ID=''K0''" + extra);
+    ASSERT_EQ(narrow.rs.columns.size(), 4u);
+    auto wide = call(db, "EXEC SYS_JX @param1='" + stockByWarehouse() + extra);
+    ASSERT_EQ(wide.rs.columns.size(), 5u) << "the same statement text over a pivot of other columns";
+    EXPECT_EQ(wide.rs.columns[1].name, "MD1-一店");
+}
+
 TEST_F(CrossTabs, AnEmptyRowSourceGivesTheKeyAndTotalOnly) {
     auto r = call(db, "EXEC SYS_JX @param1='SELECT K_ID AS wl_id, K_ID AS ck_name, 0 AS kc FROM d1800 WHERE 1=0',@param2='wl_id',"
                       "@param3='ck_name',@param4='kc'");
