@@ -8,6 +8,9 @@
 
 #include "documents/purchase/Frmqxck201.h"
 #include "frame/Dispatch.h"
+#include "reports/Frmqxck252.h"
+#include "reports/Frmqxck253.h"
+#include "reports/Frmqxck254.h"
 #include "reports/Frmqxck255.h"
 #include "reports/Frmqxck256.h"
 
@@ -38,9 +41,9 @@ const std::array kFunctions{
     FunctionRow{235, "TQXCK235",   "Frmqxck235",   "TFrm_Base_Entry_Head", "盘点录入",            Embedded,       None,               Documents, nullptr},
     FunctionRow{241, "TQXck341",   "Frmqxck341",   "TFrm_Base_Outer",      "商品库存期初",        Embedded,       None,               Period,    nullptr},
     FunctionRow{242, "TQXCK342",   "Frmqxck342",   "TFrm_Base_Dialog",     "库存期间月结",        ModalDialog,    None,               Period,    nullptr},
-    FunctionRow{252, "TQXCK252",   "Frmqxck252",   "TFrm_Base_Qry",        "进销存分类表",        Embedded,       None,               Reports,   nullptr},
-    FunctionRow{253, "TQXCK253",   "Frmqxck253",   "TFrm_Base_Qry",        "进销存汇总表",        Embedded,       None,               Reports,   nullptr},
-    FunctionRow{254, "TQXCK254",   "Frmqxck254",   "TFrm_Base_Qry",        "进销存明细表",        Embedded,       None,               Reports,   nullptr},
+    FunctionRow{252, "TQXCK252",   "Frmqxck252",   "TFrm_Base_Qry",        "进销存分类表",        Embedded,       None,               Reports,   screen<TQXCK252, &QXCK252>},
+    FunctionRow{253, "TQXCK253",   "Frmqxck253",   "TFrm_Base_Qry",        "进销存汇总表",        Embedded,       None,               Reports,   screen<TQXCK253, &QXCK253>},
+    FunctionRow{254, "TQXCK254",   "Frmqxck254",   "TFrm_Base_Qry",        "进销存明细表",        Embedded,       None,               Reports,   screen<TQXCK254, &QXCK254>},
     FunctionRow{255, "TQXCK255",   "Frmqxck255",   "TFrm_Base_Qry",        "库存查询",            Embedded,       None,               Reports,   screen<TQXCK255, &QXCK255>},
     FunctionRow{256, "TQXCK256",   "Frmqxck256",   "TFrm_Base_Qry",        "库存分布查询",        Embedded,       ReadableWarehouses, Reports,   screen<TQXCK256, &QXCK256>},
     FunctionRow{263, "TQXCK263",   "Frmqxck263",   "TFrm_Base_Qry",        "采购年报表(金额)",    Embedded,       None,               Reports,   nullptr},
