@@ -5,6 +5,7 @@
 
 #include "reports/Frmqxck255_1.h"
 #include "reports/Frmqxck255f.h"
+#include "framework/ProgressDialog.h"
 #include "reports/ReportCommon.h"
 
 TQXCK255* QXCK255 = nullptr;
@@ -130,7 +131,7 @@ void TQXCK255::Act_LocateExecute(QObject*) {
     if (!CDS_M->Active()) opensql(CDS_M, FuncNo, "SELECT * FROM D1006", 0, 0, {}, {}, false, "1");
     QrySql = sql;
     try {
-        GetData();
+        TProgressRun::Run(this, "正在查询库存…", [this] { GetData(); });
     } catch (...) {
         Refreshing = false;
         AdoQry_Main->AfterScroll = [this](TDataSet* ds) { AdoQry_MainAfterScroll(ds); };
@@ -145,7 +146,7 @@ void TQXCK255::Act_LocateExecute(QObject*) {
 void TQXCK255::Act_RefreshExecute(QObject* Sender) {
     if (!qx::reports::hasQuery(this, kNoQuery)) return;
     Refreshing = true;
-    TFrm_Base_Qry::Act_RefreshExecute(Sender);
+    TProgressRun::Run(this, "正在查询库存…", [&] { TFrm_Base_Qry::Act_RefreshExecute(Sender); });
     Refreshing = false;
     Act_Export->setEnabled(true);
 }

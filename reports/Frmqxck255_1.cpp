@@ -4,6 +4,7 @@
 #include <QToolButton>
 
 #include "documents/common/DocumentCommon.h"
+#include "framework/ProgressDialog.h"
 #include "reports/ReportCommon.h"
 
 TQXCK255_1* QXCK255_1 = nullptr;
@@ -85,7 +86,7 @@ void TQXCK255_1::InitForm(AnsiString Key, TClientDataSet* Master) {
         BDATE->setFocus();
         return;
     }
-    opensql(AdoQry_Main, FuncNo, BuildSql(), 0, 0, {}, {}, false, "1");
+    TProgressRun::Run(this, "正在查询进销存明细…", [this] { opensql(AdoQry_Main, FuncNo, BuildSql(), 0, 0, {}, {}, false, "1"); });
     // per-size lines show the current stock of their size, from the master row
     AdoQry_Main->DisableControls();
     AdoQry_Main->First();

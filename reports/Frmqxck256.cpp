@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "reports/Frmqxck256f.h"
+#include "framework/ProgressDialog.h"
 #include "reports/ReportCommon.h"
 
 TQXCK256* QXCK256 = nullptr;
@@ -59,14 +60,14 @@ void TQXCK256::Act_LocateExecute(QObject*) {
     Lab_Condition->setText(Filter->Description);
     QrySql = BuildSql();
     Refreshing = true;
-    GetData();
+    TProgressRun::Run(this, "正在查询库存分布…", [this] { GetData(); });
     Refreshing = false;
     AdoQry_MainAfterOpen(AdoQry_Main);
 }
 
 void TQXCK256::Act_RefreshExecute(QObject* Sender) {
     if (!qx::reports::hasQuery(this, "您还没选择任何查询参数,请按【F3】呼出查询选项!")) return;
-    TFrm_Base_Qry::Act_RefreshExecute(Sender);
+    TProgressRun::Run(this, "正在查询库存分布…", [&] { TFrm_Base_Qry::Act_RefreshExecute(Sender); });
     AdoQry_MainAfterOpen(AdoQry_Main);
 }
 

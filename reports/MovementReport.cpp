@@ -7,6 +7,7 @@
 #include <QToolButton>
 
 #include "documents/common/DocumentCommon.h"
+#include "framework/ProgressDialog.h"
 #include "reports/ReportCommon.h"
 
 TFrm_MovementFilter::TFrm_MovementFilter(QWidget* Owner, const QString& name, const QString& caption, bool detail,
@@ -179,7 +180,7 @@ void TFrm_MovementReport::Act_LocateExecute(QObject*) {
     QrySql = BuildSql();
     Lab_Condition->setText(Filter->Description);
     Refreshing = true;
-    GetData();
+    TProgressRun::Run(this, "正在汇总进销存数据…", [this] { GetData(); });
     Refreshing = false;
     AfterQuery();
 }
@@ -187,7 +188,7 @@ void TFrm_MovementReport::Act_LocateExecute(QObject*) {
 void TFrm_MovementReport::Act_RefreshExecute(QObject* Sender) {
     if (!qx::reports::hasQuery(this, "您还没选择任何查询参数,请按【F3】呼出查询选项!")) return;
     Refreshing = true;
-    TFrm_Base_Qry::Act_RefreshExecute(Sender);
+    TProgressRun::Run(this, "正在汇总进销存数据…", [&] { TFrm_Base_Qry::Act_RefreshExecute(Sender); });
     Refreshing = false;
     AfterQuery();
 }

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "db/Database.h"
@@ -42,6 +43,11 @@ public:
     std::string text(int column) const {
         const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(st_, column));
         return p ? std::string(p, static_cast<std::size_t>(sqlite3_column_bytes(st_, column))) : std::string();
+    }
+    // valid until the next step
+    std::string_view view(int column) const {
+        const auto* p = reinterpret_cast<const char*>(sqlite3_column_text(st_, column));
+        return p ? std::string_view(p, static_cast<std::size_t>(sqlite3_column_bytes(st_, column))) : std::string_view();
     }
     std::int64_t integer(int column) const { return sqlite3_column_int64(st_, column); }
     double real(int column) const { return sqlite3_column_double(st_, column); }

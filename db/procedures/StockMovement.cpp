@@ -9,6 +9,7 @@
 #include <cctype>
 #include <map>
 #include <optional>
+#include <string_view>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -110,6 +111,30 @@ std::string warehouseFilter(const Arguments& a, const std::string& column, std::
     return sql;
 }
 
+// Hash maps keyed by text, looked up by string_view without building a string per row.
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view v) const noexcept { return std::hash<std::string_view>{}(v); }
+};
+template <class T>
+using TextMap = std::unordered_map<std::string, T, TextHash, std::equal_to<>>;
+
+// " AND column IN (...)" for a list of SKUs: bound placeholders for a short list (the
+// planner takes the per-article indexes through the movement view), json_each for a long one.
+std::string skuFilter(const std::string& column, const std::vector<std::string>& skus, std::vector<std::string>& binds) {
+    if (skus.empty()) return " AND 0";
+    if (skus.size() > 200) {
+        binds.push_back(jsonArray(skus));
+        return " AND " + column + " IN (SELECT value FROM json_each(?" + std::to_string(binds.size()) + "))";
+    }
+    std::string sql = " AND " + column + " IN (";
+    for (std::size_t i = 0; i < skus.size(); ++i) {
+        binds.push_back(skus[i]);
+        sql += (i ? ",?" : "?") + std::to_string(binds.size());
+    }
+    return sql + ")";
+}
+
 std::unordered_map<std::string, Sku> loadSkus(sqlite3* db, const std::optional<std::vector<std::string>>& only) {
     std::string sql =
         "SELECT s.WL_ID, s.K_ID, s.COL_ID, c.COL_NAME, st.WL_NAME, p.PP_NAME, st.DW_NAME, st.CLASS_ID, cl.CLASS_NAME, "
@@ -117,9 +142,10 @@ std::unordered_map<std::string, Sku> loadSkus(sqlite3* db, const std::optional<s
         "FROM d1801 s LEFT JOIN d1800 st ON st.K_ID = s.K_ID LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID "
         "LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
         "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
-    if (only) sql += " WHERE s.WL_ID IN (SELECT value FROM json_each(?1))";
+    std::vector<std::string> binds;
+    if (only) sql += " WHERE 1 = 1" + skuFilter("s.WL_ID", *only, binds);
     Statement st(db, sql);
-    if (only) st.bind(1, jsonArray(*only));
+    for (std::size_t i = 0; i < binds.size(); ++i) st.bind(static_cast<int>(i + 1), binds[i]);
     std::unordered_map<std::string, Sku> out;
     while (st.step()) {
         Sku s;
@@ -179,41 +205,38 @@ private:
         std::vector<std::string> binds;
         std::string sql = "SELECT WL_ID, B0, B1, B2, B3, B4, B5, B6, B7, B8, B9 FROM d1802 WHERE 1 = 1";
         sql += warehouseFilter(a_, "CK_ID", binds);
-        if (only) {
-            binds.push_back(jsonArray(*only));
-            sql += " AND WL_ID IN (SELECT value FROM json_each(?" + std::to_string(binds.size()) + "))";
-        }
+        if (only) sql += skuFilter("WL_ID", *only, binds);
         Statement st(db_, sql);
         bindAll(st, binds);
         while (st.step()) {
-            auto& t = tally_[st.text(0)];
+            auto& t = tally(st.view(0));
             for (int i = 0; i < kSizes; ++i) t.opening[i] += st.integer(1 + i);
         }
     }
 
     void readMovements(const std::optional<std::vector<std::string>>& only) {
         std::vector<std::string> binds;
-        std::string sql =
-            "SELECT WL_ID, CK_ID, BDATE, NOID, mytype, TYPE_NAME, DIR, Q0, Q1, Q2, Q3, Q4, Q5, Q6, Q7, Q8, Q9 "
-            "FROM V_QX_MOVES WHERE 1 = 1";
+        // the summary needs no document, warehouse or kind name: NULLs keep the column positions
+        std::string sql = a_.detail
+                              ? "SELECT WL_ID, CK_ID, BDATE, NOID, mytype, TYPE_NAME, DIR, Q0, Q1, Q2, Q3, Q4, Q5, Q6, Q7, Q8, Q9 "
+                                "FROM V_QX_MOVES WHERE 1 = 1"
+                              : "SELECT WL_ID, NULL, BDATE, NULL, mytype, NULL, DIR, Q0, Q1, Q2, Q3, Q4, Q5, Q6, Q7, Q8, Q9 "
+                                "FROM V_QX_MOVES WHERE 1 = 1";
         if (!a_.to.empty()) {
             binds.push_back(a_.to);
             sql += " AND BDATE < ?" + std::to_string(binds.size());
         }
         sql += warehouseFilter(a_, "CK_ID", binds);
-        if (only) {
-            binds.push_back(jsonArray(*only));
-            sql += " AND WL_ID IN (SELECT value FROM json_each(?" + std::to_string(binds.size()) + "))";
-        }
+        if (only) sql += skuFilter("WL_ID", *only, binds);
         Statement st(db_, sql);
         bindAll(st, binds);
         long long order = 0;
         while (st.step()) {
-            auto& t = tally_[st.text(0)];
-            const std::string date = st.text(2);
+            auto& t = tally(st.view(0));
+            const std::string_view date = st.view(2);
             Sizes q{};
             for (int i = 0; i < kSizes; ++i) q[i] = st.integer(7 + i);
-            if (!a_.from.empty() && date < a_.from) {
+            if (!a_.from.empty() && date < std::string_view(a_.from)) {
                 for (int i = 0; i < kSizes; ++i) t.opening[i] += q[i];
                 continue;
             }
@@ -230,7 +253,7 @@ private:
             t.moved = true;
             if (a_.detail) {
                 Movement m;
-                m.date = date;
+                m.date = std::string(date);
                 m.noid = st.text(3);
                 m.warehouse = st.text(1);
                 m.mytype = mytype;
@@ -514,7 +537,13 @@ private:
     sqlite3* db_;
     Arguments a_;
     std::unordered_map<std::string, Sku> skus_;
-    std::map<std::string, Tally> tally_;
+    Tally& tally(std::string_view wl) {
+        auto it = tally_.find(wl);
+        if (it == tally_.end()) it = tally_.emplace(std::string(wl), Tally{}).first;
+        return it->second;
+    }
+
+    TextMap<Tally> tally_;
 };
 
 }  // namespace

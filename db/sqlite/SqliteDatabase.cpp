@@ -1,5 +1,7 @@
 #include "db/sqlite/SqliteDatabase.h"
 
+#include "db/Interrupt.h"
+
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -167,6 +169,7 @@ void SqliteDatabase::configureConnection() {
     sqlite3_busy_timeout(db_, kBusyTimeoutMs);
     sqlite3_extended_result_codes(db_, 1);
     tsql::installSqliteRuntime(db_);
+    installInterruptHandler(db_);
     const int utf8 = SQLITE_UTF8;
     sqlite3_create_function(db_, "qx_guarded", 0, utf8, &guard_, guardedFunction, nullptr, nullptr);
     sqlite3_create_function(db_, "qx_stock_short", 2, utf8, &guard_, stockShortFunction, nullptr, nullptr);
