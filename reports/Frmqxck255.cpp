@@ -40,7 +40,7 @@ void TQXCK255::FormCreate() {
     DBGridEh->ClearColumns();
     DBGridEh->AddColumn("CK_ID", "仓库号")->Visible = false;
     DBGridEh->AddColumn("CK_NAME", "仓库");
-    DBGridEh->AddColumn("K_ID", "款号");
+    DBGridEh->AddColumn("K_ID", "款号", 100);
     DBGridEh->AddColumn("WL_NAME", "品名", 120);
     DBGridEh->AddColumn("PP_NAME", "品牌");
     DBGridEh->AddColumn("DW_NAME", "单位", 40);
