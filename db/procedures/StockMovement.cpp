@@ -1,7 +1,8 @@
 // SYS_ZM: the stock movement procedure behind the movement classification, summary and detail
-// reports and the stock query's drill-down. It reads the one movement stream V_QX_MOVES (every
-// effective document line, signed, with its kind) and the opening stock columns B0..B9 of
-// d1802, and accumulates in C++: one pass over the stream, no temp tables.
+// reports and the stock query's drill-down. It reads the one movement stream the posting rules
+// define (the rules V_QX_MOVES is made of: every effective document line, signed, with its kind)
+// and the opening stock columns B0..B9 of d1802, and accumulates in C++: one pass over the
+// lines, no temp tables.
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -16,6 +17,7 @@
 
 #include "db/procedures/StockProcedures.h"
 #include "db/procedures/Statement.h"
+#include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Procedures.h"
 #include "db/sqlite/SqliteDatabase.h"
 
@@ -32,7 +34,7 @@ struct KindColumn {
 };
 constexpr std::array<KindColumn, 5> kReceiptColumns{{{3, "IN3"}, {7, "IN7"}, {4, "IN4"}, {5, "IN5"}, {6, "IN6"}}};
 constexpr std::array<KindColumn, 5> kIssueColumns{{{2, "OU2"}, {10, "OU10"}, {4, "OU4"}, {5, "OU5"}, {6, "OU6"}}};
-constexpr int kKindSlots = 16;  // mytype 0..15; others count in the totals only
+constexpr int kKindSlots = 11;  // mytype 0..10; others count in the totals only
 
 struct Arguments {
     bool detail = false;
@@ -214,57 +216,76 @@ private:
         }
     }
 
+    // The movement stream, read straight from the document tables by the posting rules (the
+    // rules V_QX_MOVES is made of): each line once, a loss/gain or point-of-sale line split here
+    // into the sizes moving in and those moving out.
     void readMovements(const std::optional<std::vector<std::string>>& only) {
-        std::vector<std::string> binds;
-        // the summary needs no document, warehouse or kind name: NULLs keep the column positions
-        std::string sql = a_.detail
-                              ? "SELECT WL_ID, CK_ID, BDATE, NOID, mytype, TYPE_NAME, DIR, Q0, Q1, Q2, Q3, Q4, Q5, Q6, Q7, Q8, Q9 "
-                                "FROM V_QX_MOVES WHERE 1 = 1"
-                              : "SELECT WL_ID, NULL, BDATE, NULL, mytype, NULL, DIR, Q0, Q1, Q2, Q3, Q4, Q5, Q6, Q7, Q8, Q9 "
-                                "FROM V_QX_MOVES WHERE 1 = 1";
-        if (!a_.to.empty()) {
-            binds.push_back(a_.to);
-            sql += " AND BDATE < ?" + std::to_string(binds.size());
-        }
-        sql += warehouseFilter(a_, "CK_ID", binds);
-        if (only) sql += skuFilter("WL_ID", *only, binds);
-        Statement st(db_, sql);
-        bindAll(st, binds);
         long long order = 0;
-        while (st.step()) {
-            auto& t = tally(st.view(0));
-            const std::string_view date = st.view(2);
-            Sizes q{};
-            for (int i = 0; i < kSizes; ++i) q[i] = st.integer(7 + i);
-            if (!a_.from.empty() && date < std::string_view(a_.from)) {
-                for (int i = 0; i < kSizes; ++i) t.opening[i] += q[i];
-                continue;
+        for (const auto& rule : posting::rules()) {
+            std::vector<std::string> binds;
+            const std::string wh = std::string(rule.warehouseOnHead ? "h." : "l.") + rule.warehouse;
+            const std::string date = std::string("h.") + rule.dateColumn;
+            std::string sql = "SELECT l.WL_ID, " + wh + ", " + date + ", l.NOID";
+            for (int i = 0; i < kSizes; ++i) sql += ", l." + std::string(rule.quantity) + std::to_string(i);
+            sql += std::string(" FROM ") + rule.lineTable + " l JOIN " + rule.headTable + " h ON h.NOID = l.NOID WHERE " +
+                   (rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : std::string("1 = 1"));
+            if (!a_.to.empty()) {
+                binds.push_back(a_.to);
+                sql += " AND " + date + " < ?" + std::to_string(binds.size());
             }
-            const int mytype = static_cast<int>(st.integer(4));
-            const int dir = static_cast<int>(st.integer(6));
-            Sizes* slot = nullptr;
-            if (mytype >= 0 && mytype < kKindSlots) slot = dir > 0 ? &t.in[mytype] : &t.out[mytype];
-            else slot = dir > 0 ? &t.otherIn : &t.otherOut;
-            // issues are counted positive in their columns
-            for (int i = 0; i < kSizes; ++i) {
-                (*slot)[i] += dir > 0 ? q[i] : -q[i];
-                if (q[i] != 0) t.movedSize[i] = true;
-            }
-            t.moved = true;
-            if (a_.detail) {
-                Movement m;
-                m.date = std::string(date);
-                m.noid = st.text(3);
-                m.warehouse = st.text(1);
-                m.mytype = mytype;
-                m.typeName = st.text(5);
-                m.dir = dir;
-                m.q = q;
-                for (long long v : q) m.qty += v;
-                m.order = order++;
-                t.lines.push_back(std::move(m));
+            sql += warehouseFilter(a_, wh, binds);
+            if (only) sql += skuFilter("l.WL_ID", *only, binds);
+            Statement st(db_, sql);
+            bindAll(st, binds);
+            while (st.step()) {
+                Sizes q{};
+                for (int i = 0; i < kSizes; ++i) q[i] = rule.sign * st.integer(4 + i);
+                if (!rule.perSizeKind) {
+                    const auto& kind = rule.sign > 0 ? rule.in : rule.out;
+                    movement(st, q, kind.mytype, kind.typeName, rule.sign, order);
+                    continue;
+                }
+                Sizes in{}, out{};
+                bool anyIn = false, anyOut = false;
+                for (int i = 0; i < kSizes; ++i) {
+                    if (q[i] > 0) in[i] = q[i], anyIn = true;
+                    if (q[i] < 0) out[i] = q[i], anyOut = true;
+                }
+                if (anyIn) movement(st, in, rule.in.mytype, rule.in.typeName, +1, order);
+                if (anyOut) movement(st, out, rule.out.mytype, rule.out.typeName, -1, order);
             }
         }
+    }
+
+    // One movement of the stream: signed quantities q of kind mytype, direction dir.
+    void movement(const Statement& st, const Sizes& q, int mytype, const char* typeName, int dir, long long& order) {
+        auto& t = tally(st.view(0));
+        const std::string_view date = st.view(2);
+        if (!a_.from.empty() && date < std::string_view(a_.from)) {
+            for (int i = 0; i < kSizes; ++i) t.opening[i] += q[i];
+            return;
+        }
+        Sizes* slot = nullptr;
+        if (mytype >= 0 && mytype < kKindSlots) slot = dir > 0 ? &t.in[mytype] : &t.out[mytype];
+        else slot = dir > 0 ? &t.otherIn : &t.otherOut;
+        // issues are counted positive in their columns
+        for (int i = 0; i < kSizes; ++i) {
+            (*slot)[i] += dir > 0 ? q[i] : -q[i];
+            if (q[i] != 0) t.movedSize[i] = true;
+        }
+        t.moved = true;
+        if (!a_.detail) return;
+        Movement m;
+        m.date = std::string(date);
+        m.noid = st.text(3);
+        m.warehouse = st.text(1);
+        m.mytype = mytype;
+        m.typeName = typeName;
+        m.dir = dir;
+        m.q = q;
+        for (long long v : q) m.qty += v;
+        m.order = order++;
+        t.lines.push_back(std::move(m));
     }
 
     // ---- summary ---------------------------------------------------------------------------
@@ -286,17 +307,36 @@ private:
         }
     };
 
+    // The article columns both results carry: wl_id, K_ID, wl_name, PP_NAME, wl_gg, dw_name, M_INDEX.
+    static void addArticleColumns(ResultSet& out) {
+        out.columns.push_back({"wl_id", FieldType::Text, 21});
+        out.columns.push_back({"K_ID", FieldType::Text, 17});
+        out.columns.push_back({"wl_name", FieldType::Text, 80});
+        out.columns.push_back({"PP_NAME", FieldType::Text, 10});
+        out.columns.push_back({"wl_gg", FieldType::Text, 30});
+        out.columns.push_back({"dw_name", FieldType::Text, 6});
+        out.columns.push_back({"M_INDEX", FieldType::Integer, 0});
+    }
+
     static Sku unknownSku(const std::string& wl) {
         Sku s;
         s.wl = wl;
         return s;
     }
 
+    // What is known of an SKU (a bare one for an SKU the stream names but d1801 lacks).
+    const Sku& skuOf(const std::string& wl) {
+        auto found = skus_.find(wl);
+        if (found != skus_.end()) return found->second;
+        return skus_.emplace(wl, unknownSku(wl)).first->second;
+    }
+
     ResultSet summaryRows() {
-        std::map<std::pair<std::string, int>, Row> rows;  // (key, size) → row, in key order
+        std::vector<Row> rows;
+        TextMap<std::size_t> groups;  // group key → its row (groupings 1 and 2)
+        rows.reserve(a_.grouping == 0 ? tally_.size() * 4 : 1024);
         for (auto& [wl, t] : tally_) {
-            auto found = skus_.find(wl);
-            const Sku sku = found != skus_.end() ? found->second : unknownSku(wl);
+            const Sku& sku = skuOf(wl);
             auto add = [&](Row& r, int i) {  // i = size position, or -1 for all sizes
                 auto sum = [&](const Sizes& s) {
                     if (i >= 0) return s[i];
@@ -326,27 +366,24 @@ private:
             };
             if (a_.grouping == 0) {
                 for (int i = 0; i < kSizes; ++i) {
-                    Row probe;
-                    add(probe, i);
-                    if (!probe.any() && !probe.moved) continue;
-                    auto [it, fresh] = rows.try_emplace({wl, i});
-                    Row& r = it->second;
-                    if (fresh) {
-                        r.wl = wl;
-                        r.style = sku.style;
-                        r.name = sku.name;
-                        r.brand = sku.brand;
-                        r.colour = sku.colourName;
-                        r.size = sku.sizeNames[i].empty() ? std::to_string(i) : sku.sizeNames[i];
-                        r.mIndex = i;
-                    }
+                    Row r;
                     add(r, i);
+                    if (!r.any() && !r.moved) continue;
+                    r.wl = wl;
+                    r.style = sku.style;
+                    r.name = sku.name;
+                    r.brand = sku.brand;
+                    r.colour = sku.colourName;
+                    r.size = sku.sizeNames[i].empty() ? std::to_string(i) : sku.sizeNames[i];
+                    r.mIndex = i;
+                    rows.push_back(std::move(r));
                 }
                 continue;
             }
-            const std::string key = a_.grouping == 1 ? sku.style : sku.category;
-            auto [it, fresh] = rows.try_emplace({key, -1});
-            Row& r = it->second;
+            const std::string& key = a_.grouping == 1 ? sku.style : sku.category;
+            auto [at, fresh] = groups.try_emplace(key, rows.size());
+            if (fresh) rows.emplace_back();
+            Row& r = rows[at->second];
             if (fresh) {
                 r.wl = key;
                 if (a_.grouping == 1) {
@@ -362,13 +399,7 @@ private:
 
         ResultSet out;
         auto col = [&](const char* name, FieldType type, int size = 0) { out.columns.push_back({name, type, size}); };
-        col("wl_id", FieldType::Text, 21);
-        col("K_ID", FieldType::Text, 17);
-        col("wl_name", FieldType::Text, 80);
-        col("PP_NAME", FieldType::Text, 10);
-        col("wl_gg", FieldType::Text, 30);
-        col("dw_name", FieldType::Text, 6);
-        col("M_INDEX", FieldType::Integer);
+        addArticleColumns(out);
         col("BeginKc", FieldType::Integer);
         for (const auto& k : kReceiptColumns) col(k.name, FieldType::Integer);
         col("TOL_IN", FieldType::Integer);
@@ -380,7 +411,12 @@ private:
         col("TOL_OUT_mon", FieldType::Float);
         col("END_KC_mon", FieldType::Float);
 
-        for (auto& [key, r] : rows) {
+        std::sort(rows.begin(), rows.end(), [](const Row& x, const Row& y) {
+            if (x.wl != y.wl) return x.wl < y.wl;
+            return x.mIndex.value_or(-1) < y.mIndex.value_or(-1);
+        });
+        out.rows.reserve(rows.size());
+        for (auto& r : rows) {
             if (a_.onlyMoved && !r.moved) continue;
             if (!r.any()) continue;
             std::vector<Value> v;
@@ -423,13 +459,7 @@ private:
         col("CK_NAME", FieldType::Text, 10);
         col("BDATE", FieldType::DateTime);
         col("NOID", FieldType::Text, 12);
-        col("wl_id", FieldType::Text, 21);
-        col("K_ID", FieldType::Text, 17);
-        col("wl_name", FieldType::Text, 80);
-        col("PP_NAME", FieldType::Text, 10);
-        col("wl_gg", FieldType::Text, 30);
-        col("dw_name", FieldType::Text, 6);
-        col("M_INDEX", FieldType::Integer);
+        addArticleColumns(out);
         col("in1", FieldType::Integer);
         col("in_mon", FieldType::Float);
         col("ou1", FieldType::Integer);
@@ -452,8 +482,7 @@ private:
         };
         std::map<std::string, Article> articles;
         for (auto& [wl, t] : tally_) {
-            auto found = skus_.find(wl);
-            const Sku sku = found != skus_.end() ? found->second : unknownSku(wl);
+            const Sku& sku = skuOf(wl);
             const std::string key = a_.grouping == 0 ? wl : sku.style;
             auto [it, fresh] = articles.try_emplace(key);
             Article& a = it->second;

@@ -1,4 +1,5 @@
 #include "db/tools/BulkShop.h"
+#include "db/tools/Random.h"
 
 #include <sqlite3.h>
 
@@ -20,20 +21,6 @@ namespace {
 using db::procedures::Statement;
 using Sizes = std::array<int, 10>;
 
-class Random {
-public:
-    explicit Random(std::uint64_t seed) : state_(seed) {}
-    std::uint64_t next() {
-        std::uint64_t z = (state_ += 0x9E3779B97F4A7C15ull);
-        z = (z ^ (z >> 30)) * 0xBF58476D1CE4E5B9ull;
-        z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
-        return z ^ (z >> 31);
-    }
-    int between(int lo, int hi) { return lo + static_cast<int>(next() % static_cast<std::uint64_t>(hi - lo + 1)); }
-
-private:
-    std::uint64_t state_;
-};
 
 struct Sku {
     std::string wl, style, colour;
@@ -86,6 +73,7 @@ public:
         writeStock();
         restoreTriggers();
         exec(db_, "COMMIT");
+        exec(db_, "PRAGMA analysis_limit=1000");
         exec(db_, "ANALYZE");
         BulkSummary s;
         s.lines = written;
@@ -134,12 +122,21 @@ private:
         }
     }
 
+    // Triggers, and the indexes of the document tables (built once at the end, sorted, instead
+    // of row by row), are set aside while writing.
     void setTriggersAside() {
         Statement t(db_, "SELECT name, sql FROM sqlite_master WHERE type='trigger'");
         while (t.step()) triggers_.emplace_back(t.text(0), t.text(1));
         for (const auto& [name, sql] : triggers_) exec(db_, "DROP TRIGGER \"" + name + "\"");
+        Statement i(db_,
+                    "SELECT name, sql FROM sqlite_master WHERE type='index' AND sql IS NOT NULL AND lower(tbl_name) IN "
+                    "('d8101','d8101a','d8102','d8102a','d8201','d8201a','d8202','d8202a','d8301','d8301a','d8303','d8303a',"
+                    "'d712','d712a')");
+        while (i.step()) indexes_.emplace_back(i.text(0), i.text(1));
+        for (const auto& [name, sql] : indexes_) exec(db_, "DROP INDEX \"" + name + "\"");
     }
     void restoreTriggers() {
+        for (const auto& [name, sql] : indexes_) exec(db_, sql);
         for (const auto& [name, sql] : triggers_) exec(db_, sql);
     }
 
@@ -399,7 +396,7 @@ private:
     std::vector<Sku> skus_;
     std::vector<std::tuple<std::string, std::string, std::string>> templates_;  // size group, brand, class
     std::map<std::string, int> groupSizes_;
-    std::vector<std::pair<std::string, std::string>> triggers_;
+    std::vector<std::pair<std::string, std::string>> triggers_, indexes_;
     std::map<std::string, std::unique_ptr<Statement>> head_;
     std::map<std::string, LineInsert> line_;
     std::map<std::string, long long> sequence_;
