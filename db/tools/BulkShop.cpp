@@ -229,31 +229,32 @@ private:
         const bool effective = random_.between(1, 100) > 3;  // a few stay unapproved
         ++documents_;
         if (pick <= 35) return pos(lines, shop, day);
-        if (pick <= 60) return simple("D8101", "201", +1, effective, head, day, lines, 2, 8);
-        if (pick <= 62) return simple("D8102", "202", -1, effective, head, day, lines, 0, 2);
-        if (pick <= 82) return simple("D8201", "211", -1, effective, shop, day, lines, 0, 3);
-        if (pick <= 85) return simple("D8202", "212", +1, effective, shop, day, lines, 0, 1);
+        const std::string stamp = day + " 10:00:00";
+        if (pick <= 60) return simple("D8101", "201", +1, effective, head, stamp, lines, range(2, 8), true);
+        if (pick <= 62) return simple("D8102", "202", -1, effective, head, stamp, lines, range(0, 2), true);
+        if (pick <= 82) return simple("D8201", "211", -1, effective, shop, stamp, lines, range(0, 3), false);
+        if (pick <= 85) return simple("D8202", "212", +1, effective, shop, stamp, lines, range(0, 1), false);
         if (pick <= 88) return lossGain(effective, shop, day, lines);
         return transfer(head, shop, day, lines);
     }
 
     const Sku& anySku() { return skus_[static_cast<std::size_t>(random_.next() % skus_.size())]; }
 
-    long long simple(const char* table, const char* func, int sign, bool effective, const std::string& ck, const std::string& day,
-                     long long lines, int lo, int hi) {
+    // A document of one head and `lines` lines in warehouse ck; draw gives a line's quantities.
+    long long simple(const char* table, const char* func, int sign, bool effective, const std::string& ck, const std::string& stamp,
+                     long long lines, const std::function<Sizes(const Sku&)>& draw, bool atCost) {
         const std::string noid = number(func);
         Statement& h = *head_[table];
         h.bind(1, std::int64_t(effective ? 1 : 0));
         h.bind(2, noid);
         h.bind(3, ck);
-        h.bind(4, day + " 10:00:00");
+        h.bind(4, stamp);
         h.step();
         h.reset();
         Statement& l = *line_[table].st;
         for (long long n = 0; n < lines; ++n) {
             const Sku& k = anySku();
-            Sizes q = quantities(k, lo, hi);
-            if (std::all_of(q.begin(), q.end(), [](int v) { return v == 0; })) q[0] = 1;
+            const Sizes q = draw(k);
             l.bind(1, noid);
             l.bind(2, k.wl);
             l.bind(3, k.style);
@@ -264,7 +265,7 @@ private:
                 l.bind(6 + i, std::int64_t(q[i]));
                 total += q[i];
             }
-            const double price = sign > 0 && func[1] == '0' ? k.cost : k.price;
+            const double price = atCost ? k.cost : k.price;
             l.bind(16, price);
             l.bind(17, price * total);
             l.step();
@@ -274,33 +275,22 @@ private:
         return lines;
     }
 
+    // Quantities between lo and hi in every size of the SKU, at least one piece.
+    std::function<Sizes(const Sku&)> range(int lo, int hi) {
+        return [this, lo, hi](const Sku& k) {
+            Sizes q = quantities(k, lo, hi);
+            if (std::all_of(q.begin(), q.end(), [](int v) { return v == 0; })) q[0] = 1;
+            return q;
+        };
+    }
+
+    // A loss/gain line: one size one piece over or under.
     long long lossGain(bool effective, const std::string& ck, const std::string& day, long long lines) {
-        const std::string noid = number("218");
-        Statement& h = *head_["d8301"];
-        h.bind(1, std::int64_t(effective ? 1 : 0));
-        h.bind(2, noid);
-        h.bind(3, ck);
-        h.bind(4, day + " 18:00:00");
-        h.step();
-        h.reset();
-        Statement& l = *line_["d8301"].st;
-        for (long long n = 0; n < lines; ++n) {
-            const Sku& k = anySku();
+        return simple("d8301", "218", +1, effective, ck, day + " 18:00:00", lines, [this](const Sku& k) {
             Sizes q{};
             q[static_cast<std::size_t>(random_.between(0, k.sizes - 1))] = random_.between(0, 1) ? 1 : -1;
-            l.bind(1, noid);
-            l.bind(2, k.wl);
-            l.bind(3, k.style);
-            l.bind(4, k.colour);
-            l.bind(5, ck);
-            for (int i = 0; i < 10; ++i) l.bind(6 + i, std::int64_t(q[i]));
-            l.bind(16, k.cost);
-            l.bind(17, 0.0);
-            l.step();
-            l.reset();
-            if (effective) post(k.wl, ck, q, +1);
-        }
-        return lines;
+            return q;
+        }, true);
     }
 
     long long transfer(const std::string& from, const std::string& to, const std::string& day, long long lines) {

@@ -120,10 +120,22 @@ protected:
 
     // Opens a report: `fill` sets the dialog (of type F) before OK; answers every other dialog
     // with Cancel. The report has run its statement when this returns.
+    // `before` runs on the new report before its InitForm (e.g. to hide cost).
     template <class R, class F>
-    R* openReport(int code, std::function<void(F*)> fill = {}) {
+    R* openReport(int code, std::function<void(F*)> fill = {}, std::function<void(R*)> before = {}) {
         driveDialog<F>(fill);
+        return startReport<R>(code, before);
+    }
+    // Opens a report whose dialog is cancelled: no statement is built.
+    template <class R>
+    R* openCancelled(int code) {
+        qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
+        return startReport<R>(code, {});
+    }
+    template <class R>
+    R* startReport(int code, std::function<void(R*)> before) {
         auto* report = new R(nullptr);
+        if (before) before(report);
         report->resize(1100, 600);
         Trecord rec;
         rec.UserId = G_UserId;

@@ -19,8 +19,8 @@ protected:
         document("D8201", "S1", "01", "2026-03-10", "K0101", {1});
     }
     template <class R, class F>
-    R* open(int code, std::function<void(F*)> fill = {}) {
-        return openReport<R, F>(code, fill);
+    R* open(int code, std::function<void(F*)> fill = {}, std::function<void(R*)> before = {}) {
+        return openReport<R, F>(code, fill, before);
     }
     static bool visible(TFrm_Base_Qry* r, const QString& field) { return r->DBGridEh->ColumnByField(field)->Visible; }
 };
@@ -134,12 +134,18 @@ TEST_F(MovementReportTest, AnUnknownArticleIsRefusedAndAnEmptyOneAllowed) {
     r->close();
 }
 
+TEST_F(MovementReportTest, HostileWarehouseTextIsAValueNotSql) {
+    auto* r = open<TQXCK253, TQXCK253F>(253, [](TQXCK253F* f) { f->CK_ID1->setText("0'1"); });
+    EXPECT_EQ(lastStatement(),
+              "EXEC SYS_ZM @param3=0,@BDATE='2026-03-01',@EDATE='2026-03-19',@ck_id1='0''1',@param1=True,@param2=True");
+    EXPECT_EQ(r->AdoQry_Main->RecordCount(), 0) << "an unknown warehouse simply yields no rows";
+    EXPECT_TRUE(sink->errors().isEmpty()) << sink->errors().join("\n").toStdString();
+    EXPECT_EQ(r->Filter->CK_ID1->maxLength(), 6);
+    r->close();
+}
+
 TEST_F(MovementReportTest, RefreshBeforeAnyQueryIsRefused) {
-    qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
-    auto* r = new TQXCK253(nullptr);
-    Trecord rec;
-    rec.FuncCode = 253;
-    r->InitForm(rec);
+    auto* r = openCancelled<TQXCK253>(253);
     r->Act_Refresh->trigger();
     ASSERT_EQ(sink->messages.size(), 1u);
     EXPECT_EQ(sink->messages[0].text, "您还没选择任何查询参数,请按【F3】呼出查询选项!");
@@ -154,12 +160,8 @@ TEST_F(MovementReportTest, SummaryPassesTheCostVisibilityAndShowsAmounts) {
     EXPECT_TRUE(visible(r, "END_KC_mon"));
     EXPECT_EQ(r->DBGridEh->ColumnByField("BeginKc_mon")->Title, "期初结存|成本金额");
     r->close();
-    driveDialog<TQXCK253F>([](TQXCK253F* f) { f->c1->setChecked(true); });
-    auto* hidden = new TQXCK253(nullptr);
-    hidden->ShowCost = false;
-    Trecord rec;
-    rec.FuncCode = 253;
-    hidden->InitForm(rec);
+    auto* hidden = open<TQXCK253, TQXCK253F>(253, [](TQXCK253F* f) { f->c1->setChecked(true); },
+                                            [](TQXCK253* report) { report->ShowCost = false; });
     EXPECT_EQ(lastStatement(), golden["by style, cost hidden"]);
     EXPECT_FALSE(visible(hidden, "END_KC_mon"));
     EXPECT_EQ(column(hidden->AdoQry_Main, "END_KC"), (QStringList{"12"}));
@@ -172,11 +174,7 @@ TEST_F(MovementReportTest, DialogChoicesPersistBetweenUses) {
         f->YS->setChecked(false);
     });
     r->close();
-    qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
-    auto* again = new TQXCK253(nullptr);
-    Trecord rec;
-    rec.FuncCode = 253;
-    again->InitForm(rec);
+    auto* again = openCancelled<TQXCK253>(253);
     EXPECT_TRUE(again->Filter->c2->isChecked());
     EXPECT_FALSE(again->Filter->YS->isChecked());
     again->close();

@@ -93,11 +93,7 @@ TEST_F(StockDistributionTest, AnEmptiedUpperBoundShowsNoRows) {
 }
 
 TEST_F(StockDistributionTest, RefreshBeforeAnyQueryIsRefused) {
-    qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
-    auto* r = new TQXCK256(nullptr);
-    Trecord rec;
-    rec.FuncCode = 256;
-    r->InitForm(rec);
+    auto* r = openCancelled<TQXCK256>(256);
     r->Act_Refresh->trigger();
     ASSERT_EQ(sink->messages.size(), 1u);
     EXPECT_EQ(sink->messages[0].text, "您还没选择任何查询参数,请按【F3】呼出查询选项!");

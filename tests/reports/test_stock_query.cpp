@@ -52,17 +52,15 @@ TEST_F(StockQueryTest, SummaryShowsSkusWhoseStockOverAllWarehousesIsAboveZero) {
 
 TEST_F(StockQueryTest, SummaryConditionExtendsTheLastJoinAndCostCanBeHidden) {
     G_CHKCK = 1;
-    driveDialog<TQXCK255F>([](TQXCK255F* f) {
-        summary(f);
-        f->BSCHK2_3->setChecked(false);
-        f->CK_ID->setText("01");
-        f->wl_id->setText("K01");
-    });
-    auto* r = new TQXCK255(nullptr);
-    r->ShowCost = false;
-    Trecord rec;
-    rec.FuncCode = 255;
-    r->InitForm(rec);
+    auto* r = openReport<TQXCK255, TQXCK255F>(
+        255,
+        [](TQXCK255F* f) {
+            summary(f);
+            f->BSCHK2_3->setChecked(false);
+            f->CK_ID->setText("01");
+            f->wl_id->setText("K01");
+        },
+        [](TQXCK255* report) { report->ShowCost = false; });
     EXPECT_EQ(lastStatement(), golden["summary, warehouse 01 and style K01, every row, cost hidden, rights"]);
     EXPECT_EQ(column(r->AdoQry_Main, "STOT"), (QStringList{"5", "3"}));
     EXPECT_EQ(r->Lab_Condition->text(), "●显示方式:汇总显示(不区分仓库) ●仓库=01 ●商品=K01");
@@ -134,12 +132,7 @@ TEST_F(StockQueryTest, SizeTitlesFollowTheCurrentRowsSizeGroup) {
 }
 
 TEST_F(StockQueryTest, ActionsBeforeAnyQueryAreRefused) {
-    driveDialog<TQXCK255F>(nullptr);
-    qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
-    auto* r = new TQXCK255(nullptr);
-    Trecord rec;
-    rec.FuncCode = 255;
-    r->InitForm(rec);
+    auto* r = openCancelled<TQXCK255>(255);
     EXPECT_TRUE(statements().empty());
     r->Act_Refresh->trigger();
     r->Act_Print->trigger();
@@ -222,12 +215,7 @@ TEST_F(StockQueryTest, DrillDownFromASummaryRowPassesNoWarehouse) {
 
 TEST_F(StockQueryTest, DrillDownFromAWarehouseRowPassesItsWarehouseRightsAndCostFlag) {
     G_CHKCK = 1;
-    driveDialog<TQXCK255F>(nullptr);
-    auto* r = new TQXCK255(nullptr);
-    r->ShowCost = false;
-    Trecord rec;
-    rec.FuncCode = 255;
-    r->InitForm(rec);
+    auto* r = openReport<TQXCK255, TQXCK255F>(255, {}, [](TQXCK255* report) { report->ShowCost = false; });
     ASSERT_TRUE(r->AdoQry_Main->Locate("K_ID;COL_ID", QVariantList{"K01", "01"}));
     r->DBGridEhDblClick(r->DBGridEh);
     EXPECT_EQ(lastStatement(), golden["drill-down from a warehouse row with rights, cost hidden"]);
