@@ -58,6 +58,12 @@ void TQXCK255_1::FormCreate() {
     DBGridEh->AddColumn("jc", "存", 50)->DisplayFormat = "0";
     DBGridEh->AddColumn("wl_gg", "现库存", 60);
     DBGridEh->ColumnsChanged();
+    // per-size lines (their size in the size column, the current stock of that size beside)
+    DBGridEh->OnGetCellParams = [this](TColumnEh*, TCellParams& p) {
+        if (AdoQry_Main->Active() && !AdoQry_Main->IsEmpty() && AdoQry_Main->FindField("mytype") &&
+            AdoQry_Main->FieldByName("mytype")->AsInteger() == 100)
+            p.FontColor = Qt::blue;
+    };
 }
 
 void TQXCK255_1::datecan(QObject*) { qx::documents::updateDayCount(BDATE, EDATE, titDATE); }

@@ -210,6 +210,14 @@ TEST_F(StockQueryTest, DrillDownFromASummaryRowPassesNoWarehouse) {
     EXPECT_EQ(column(d->AdoQry_Main, "mytype"), (QStringList{"0", "2", "100", "100"}));
     EXPECT_EQ(column(d->AdoQry_Main, "jc"), (QStringList{"0", "-1", "1", "-2"})) << "running over both warehouses";
     EXPECT_EQ(column(d->AdoQry_Main, "wl_gg"), (QStringList{"", "", "1", "-2"}));
+    EXPECT_EQ(column(d->AdoQry_Main, "dw_name"), (QStringList{"", "", "S", "M"}));
+    TCellParams sizeLine, movement;
+    d->AdoQry_Main->SetRecNo(3);
+    d->DBGridEh->OnGetCellParams(d->DBGridEh->ColumnByField("jc"), sizeLine);
+    EXPECT_EQ(sizeLine.FontColor, QColor(Qt::blue)) << "per-size lines are coloured";
+    d->AdoQry_Main->SetRecNo(2);
+    d->DBGridEh->OnGetCellParams(d->DBGridEh->ColumnByField("jc"), movement);
+    EXPECT_NE(movement.FontColor, QColor(Qt::blue));
     r->close();
 }
 
