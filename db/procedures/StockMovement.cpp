@@ -25,7 +25,7 @@ namespace qx::db::procedures {
 namespace {
 
 constexpr int kSizes = 10;
-using Sizes = std::array<long long, kSizes>;
+using Sizes = std::array<std::int32_t, kSizes>;  // per-SKU sums fit: quantities are pieces
 
 // Receipt and issue columns of the summary, by movement kind (mytype of V_QX_MOVES).
 struct KindColumn {
@@ -34,7 +34,8 @@ struct KindColumn {
 };
 constexpr std::array<KindColumn, 5> kReceiptColumns{{{3, "IN3"}, {7, "IN7"}, {4, "IN4"}, {5, "IN5"}, {6, "IN6"}}};
 constexpr std::array<KindColumn, 5> kIssueColumns{{{2, "OU2"}, {10, "OU10"}, {4, "OU4"}, {5, "OU5"}, {6, "OU6"}}};
-constexpr int kKindSlots = 11;  // mytype 0..10; others count in the totals only
+constexpr int kKindSlots = 11;
+constexpr std::array<const char*, kSizes> kPositions{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};  // mytype 0..10; others count in the totals only
 
 struct Arguments {
     bool detail = false;
@@ -291,7 +292,8 @@ private:
     // ---- summary ---------------------------------------------------------------------------
 
     struct Row {
-        std::string wl, style, name, brand, colour, size;
+        // views into the SKU table and the tally, which outlive the rows
+        std::string_view wl, style, name, brand, colour, size;
         std::optional<long long> mIndex;
         long long opening = 0;
         std::array<long long, kKindSlots> in{}, out{};
@@ -338,7 +340,7 @@ private:
         for (auto& [wl, t] : tally_) {
             const Sku& sku = skuOf(wl);
             auto add = [&](Row& r, int i) {  // i = size position, or -1 for all sizes
-                auto sum = [&](const Sizes& s) {
+                auto sum = [&](const Sizes& s) -> long long {
                     if (i >= 0) return s[i];
                     long long total = 0;
                     for (long long v : s) total += v;
@@ -374,7 +376,7 @@ private:
                     r.name = sku.name;
                     r.brand = sku.brand;
                     r.colour = sku.colourName;
-                    r.size = sku.sizeNames[i].empty() ? std::to_string(i) : sku.sizeNames[i];
+                    r.size = sku.sizeNames[i].empty() ? std::string_view(kPositions[i]) : std::string_view(sku.sizeNames[i]);
                     r.mIndex = i;
                     rows.push_back(std::move(r));
                 }
@@ -420,12 +422,8 @@ private:
             if (a_.onlyMoved && !r.moved) continue;
             if (!r.any()) continue;
             std::vector<Value> v;
-            v.emplace_back(r.wl);
-            v.emplace_back(r.style);
-            v.emplace_back(r.name);
-            v.emplace_back(r.brand);
-            v.emplace_back(r.colour);
-            v.emplace_back(r.size);
+            v.reserve(out.columns.size());
+            for (std::string_view text : {r.wl, r.style, r.name, r.brand, r.colour, r.size}) v.emplace_back(std::string(text));
             v.push_back(r.mIndex ? Value(std::int64_t(*r.mIndex)) : Value());
             v.emplace_back(std::int64_t(r.opening));
             long long in = r.otherIn, outq = r.otherOut;
