@@ -30,8 +30,9 @@ TQXCK255::TQXCK255(QWidget* Owner) : TFrm_Base_Qry(Owner) {
 
 void TQXCK255::FormCreate() {
     TFrm_Base_Qry::FormCreate();
+    // sorting is the statement's; export comes with the first refresh
     Act_Order->setEnabled(false);
-    Act_Export->setEnabled(true);
+    Act_Export->setEnabled(false);
     for (QAction* a : {Act_Filter, Act_ShowReport}) {
         a->setEnabled(false);
         a->setVisible(false);

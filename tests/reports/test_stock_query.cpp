@@ -47,6 +47,10 @@ TEST_F(StockQueryTest, SummaryShowsSkusWhoseStockOverAllWarehousesIsAboveZero) {
     EXPECT_EQ(r->DBGridEh->GetSumValue("STOT"), 6);
     EXPECT_EQ(r->DBGridEh->GetSumValue("sMONEY"), 2 * 100 + 4 * 200);
     EXPECT_EQ(r->Lab_Condition->text(), "●显示方式:汇总显示(不区分仓库)");
+    EXPECT_FALSE(r->Act_Export->isEnabled());
+    r->Act_Refresh->trigger();
+    EXPECT_TRUE(r->Act_Export->isEnabled()) << "refresh enables the export";
+    EXPECT_EQ(lastStatement(), golden["summary, all warehouses, in stock only, cost shown"]) << "refresh runs the same statement";
     r->close();
 }
 
