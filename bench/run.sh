@@ -2,7 +2,9 @@
 # Runs the benchmarks of a build and prints the figures:
 #   bench/run.sh BUILD_DIR
 # The bridge benchmark needs the demo shop at scale 10; it is made once (qxck-demo) and kept
-# in $QXCK_BENCH_DB (default: the temp folder).
+# in $QXCK_BENCH_DB (default: the temp folder). The stock reports are measured on a shop of
+# $QXCK_BENCH_LINES document lines (default 1000000; 10000000 for the large figures), made once
+# by qxck-demo --lines and kept in the temp folder.
 set -euo pipefail
 
 build="${1:?usage: bench/run.sh BUILD_DIR}"
@@ -65,3 +67,6 @@ import json, sys
 for b in json.load(open(sys.argv[1]))["benchmarks"]:
     print(f"Scanning into a count sheet: {b['real_time']:.2f} {b['time_unit']} per scan (wall), {int(b['lines'])} lines")
 PY
+
+echo "Stock reports beside their floors (bench_stock, wall-clock ms, median of 3):"
+"$bin/bench_stock" --lines "${QXCK_BENCH_LINES:-1000000}"

@@ -6,20 +6,25 @@
 #include <algorithm>
 #include <array>
 
+#include "documents/lossgain/Frmqxck231.h"
+#include "documents/orders/Frmqxck213.h"
 #include "documents/purchase/Frmqxck201.h"
 #include "documents/purchase/Frmqxck202.h"
 #include "documents/sales/Frmqxck211.h"
 #include "documents/sales/Frmqxck212.h"
+#include "documents/stocktake/Frmqxck235.h"
 #include "documents/transfer/Frmqxck233.h"
 #include "documents/transfer/Frmqxck234.h"
-#include "documents/orders/Frmqxck213.h"
-#include "documents/lossgain/Frmqxck231.h"
-#include "documents/stocktake/Frmqxck235.h"
 #include "frame/Dispatch.h"
 #include "labels/Frmqxck297.h"
 #include "labels/Frmqxck299.h"
 #include "period/Frmqxck341.h"
 #include "period/Frmqxck342.h"
+#include "reports/Frmqxck252.h"
+#include "reports/Frmqxck253.h"
+#include "reports/Frmqxck254.h"
+#include "reports/Frmqxck255.h"
+#include "reports/Frmqxck256.h"
 #include "setup/Frmqxcks01.h"
 #include "setup/Frmqxcks02a.h"
 #include "setup/Frmqxsys_co.h"
@@ -51,11 +56,11 @@ const std::array kFunctions{
     FunctionRow{235, "TQXCK235",   "Frmqxck235",   "TFrm_Base_Entry_Head", "盘点录入",            Embedded,       None,               Documents, screen<TQXCK235, &QXCK235>},
     FunctionRow{241, "TQXck341",   "Frmqxck341",   "TFrm_Base_Outer",      "商品库存期初",        Embedded,       None,               Period,    screen<TQXck341, &QXck341>},
     FunctionRow{242, "TQXCK342",   "Frmqxck342",   "TFrm_Base_Dialog",     "库存期间月结",        ModalDialog,    None,               Period,    screen<TQXCK342, &QXCK342>},
-    FunctionRow{252, "TQXCK252",   "Frmqxck252",   "TFrm_Base_Qry",        "进销存分类表",        Embedded,       None,               Reports,   nullptr},
-    FunctionRow{253, "TQXCK253",   "Frmqxck253",   "TFrm_Base_Qry",        "进销存汇总表",        Embedded,       None,               Reports,   nullptr},
-    FunctionRow{254, "TQXCK254",   "Frmqxck254",   "TFrm_Base_Qry",        "进销存明细表",        Embedded,       None,               Reports,   nullptr},
-    FunctionRow{255, "TQXCK255",   "Frmqxck255",   "TFrm_Base_Qry",        "库存查询",            Embedded,       None,               Reports,   nullptr},
-    FunctionRow{256, "TQXCK256",   "Frmqxck256",   "TFrm_Base_Qry",        "库存分布查询",        Embedded,       ReadableWarehouses, Reports,   nullptr},
+    FunctionRow{252, "TQXCK252",   "Frmqxck252",   "TFrm_Base_Qry",        "进销存分类表",        Embedded,       None,               Reports,   screen<TQXCK252, &QXCK252>},
+    FunctionRow{253, "TQXCK253",   "Frmqxck253",   "TFrm_Base_Qry",        "进销存汇总表",        Embedded,       None,               Reports,   screen<TQXCK253, &QXCK253>},
+    FunctionRow{254, "TQXCK254",   "Frmqxck254",   "TFrm_Base_Qry",        "进销存明细表",        Embedded,       None,               Reports,   screen<TQXCK254, &QXCK254>},
+    FunctionRow{255, "TQXCK255",   "Frmqxck255",   "TFrm_Base_Qry",        "库存查询",            Embedded,       None,               Reports,   screen<TQXCK255, &QXCK255>},
+    FunctionRow{256, "TQXCK256",   "Frmqxck256",   "TFrm_Base_Qry",        "库存分布查询",        Embedded,       ReadableWarehouses, Reports,   screen<TQXCK256, &QXCK256>},
     FunctionRow{263, "TQXCK263",   "Frmqxck263",   "TFrm_Base_Qry",        "采购年报表(金额)",    Embedded,       None,               Reports,   nullptr},
     FunctionRow{273, "TQXCK273",   "Frmqxck273",   "TFrm_Base_Qry",        "销售年报表(销售额)",  Embedded,       None,               Reports,   nullptr},
     FunctionRow{281, "TQXCK281",   "Frmqxck281",   "TFrm_Base_Qry",        "销售排行",            Embedded,       None,               Reports,   nullptr},

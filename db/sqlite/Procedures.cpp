@@ -6,6 +6,7 @@
 #include <mutex>
 
 #include "db/procedures/CostRecalculation.h"
+#include "db/procedures/StockProcedures.h"
 #include "db/sqlite/SqliteDatabase.h"
 
 namespace qx::db {
@@ -30,6 +31,9 @@ struct Registry {
     Registry() {
         procedures.emplace("SYS_M", runSqlText);
         procedures.emplace("SYS_CBKS", qx::db::procedures::recalculateCosts);
+        procedures.emplace("SYS_ZM", qx::db::procedures::stockMovements);
+        procedures.emplace("SYS_JX", qx::db::procedures::crossTab);
+        procedures.emplace("SYS_JD", qx::db::procedures::crossTabWithHeaders);
     }
 };
 

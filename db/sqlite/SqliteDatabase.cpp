@@ -1,5 +1,7 @@
 #include "db/sqlite/SqliteDatabase.h"
 
+#include "db/Interrupt.h"
+
 #include <sqlite3.h>
 #include <strings.h>
 
@@ -84,8 +86,9 @@ void closedPeriodFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     sqlite3_result_error(context, message.c_str(), -1);
 }
 
-// Every few thousand steps of the virtual machine: may the running operation go on?
-int progressHandler(void*) { return progressContinues() ? 0 : 1; }
+// Every few thousand steps of the virtual machine: may the running operation go on? Either
+// the operation's own progress callback or the screen's cancel button may stop it.
+int progressHandler(void*) { return progressContinues() && !interruptRequested() ? 0 : 1; }
 constexpr int kProgressSteps = 20000;
 
 Value valueAt(sqlite3_stmt* stmt, int i) {

@@ -74,6 +74,7 @@ CREATE TABLE d712a (
 
 CREATE INDEX IX_d712a_NOID ON d712a (NOID);
 CREATE INDEX IX_d712_BDATE ON d712 (BDATE);
+CREATE INDEX IX_d712a_WL ON d712a (WL_ID);
 
 -- Cash shifts, member point history, member cards, member groups, ticket payments: host
 -- tables that only system initialisation clears.

@@ -1,0 +1,157 @@
+// The stock reports at scale, each beside its physical floor measured in the same run on the
+// same connection: the stock movement procedure's summary beside one sequential aggregate over
+// the line tables, its detail of one article (the target is 50 ms), the stock query's summary
+// beside a hand-written GROUP BY over the stock rows, and the warehouse cross-tab over the
+// stock rows beside the GROUP BY it pivots.
+//   bench_stock --db FILE         a shop made by qxck-demo --lines N
+//   bench_stock --lines N         makes one in the temp folder first (kept for the next run)
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "db/sqlite/SqliteDatabase.h"
+#include "db/tools/BulkShop.h"
+
+namespace {
+
+double millis(const std::function<void()>& body, int runs = 3) {
+    std::vector<double> times;
+    for (int i = 0; i < runs; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        body();
+        times.push_back(std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
+    }
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+// Runs native SQLite text and steps through every row (the floor's cost of reading them).
+long long native(sqlite3* db, const std::string& sql) {
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(db, sql.c_str(), -1, &st, nullptr) != SQLITE_OK) {
+        std::fprintf(stderr, "%s\n%s\n", sqlite3_errmsg(db), sql.c_str());
+        std::exit(1);
+    }
+    long long rows = 0;
+    while (sqlite3_step(st) == SQLITE_ROW) ++rows;
+    sqlite3_finalize(st);
+    return rows;
+}
+
+void line(const char* what, double measured, double floor, const char* floorWhat, long long rows) {
+    std::printf("  %-34s %9.1f ms   floor %9.1f ms (%s)   ratio %5.2f   rows %lld\n", what, measured, floor, floorWhat,
+                floor > 0 ? measured / floor : 0.0, rows);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::string path;
+    long long lines = 0;
+    for (int i = 1; i + 1 < argc; i += 2) {
+        const std::string a = argv[i];
+        if (a == "--db") path = argv[i + 1];
+        else if (a == "--lines") lines = std::atoll(argv[i + 1]);
+    }
+    if (path.empty() && lines <= 0) {
+        std::fprintf(stderr, "usage: bench_stock --db FILE | --lines N\n");
+        return 2;
+    }
+    if (path.empty()) {
+        path = (std::filesystem::temp_directory_path() / ("qxck-bench-lines" + std::to_string(lines) + ".db")).string();
+        if (!std::filesystem::exists(path)) {
+            qx::demo::BulkOptions o;
+            o.lines = lines;
+            o.seed = 1;
+            o.endDate = "2026-06-30";
+            const auto start = std::chrono::steady_clock::now();
+            const auto s = qx::demo::createBulkShop(path, o);
+            std::printf("shop of %lld lines written in %.1f s (bulk part %.1f s)\n", s.lines,
+                        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), s.seconds);
+        }
+    }
+    auto database = qx::db::openSqlite(path);
+    auto& db = dynamic_cast<qx::db::SqliteDatabase&>(*database);
+    sqlite3* h = db.handle();
+    const long long total = native(h, "SELECT 1 FROM D8101A UNION ALL SELECT 1 FROM D8102A UNION ALL SELECT 1 FROM D8201A UNION ALL "
+                                      "SELECT 1 FROM D8202A UNION ALL SELECT 1 FROM d8301A UNION ALL SELECT 1 FROM D8303A UNION ALL "
+                                      "SELECT 1 FROM d712a");
+    std::printf("%s: %lld posting lines\n", path.c_str(), total);
+
+    // 1. SYS_ZM summary over every line beside one sequential aggregate over the line tables
+    long long rows = 0;
+    const double zm = millis([&] {
+        rows = static_cast<long long>(
+            db.open("EXEC SYS_ZM @param3=0,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1").rows.size());
+    });
+    std::string floorSql;
+    for (const char* t : {"D8101A", "D8102A", "D8201A", "D8202A", "d8301A", "D8303A", "d712a"})
+        floorSql += std::string(floorSql.empty() ? "" : " UNION ALL ") + "SELECT WL_ID, SUM(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9) FROM " + t +
+                    " GROUP BY WL_ID";
+    const double aggregate = millis([&] { native(h, floorSql); });
+    line("SYS_ZM summary, all lines", zm, aggregate, "GROUP BY over the line tables", rows);
+    // the same by style: the stream read and summed alike, far fewer result rows to hand back
+    const double byStyle = millis([&] {
+        rows = static_cast<long long>(
+            db.open("EXEC SYS_ZM @param3=1,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1").rows.size());
+    });
+    line("SYS_ZM summary by style", byStyle, aggregate, "GROUP BY over the line tables", rows);
+
+    // 2. SYS_ZM detail of one article
+    std::string sku = "BK000000101";
+    {
+        sqlite3_stmt* st = nullptr;
+        sqlite3_prepare_v2(h, "SELECT WL_ID FROM d712a GROUP BY WL_ID ORDER BY count(*) DESC LIMIT 1", -1, &st, nullptr);
+        if (sqlite3_step(st) == SQLITE_ROW) sku = reinterpret_cast<const char*>(sqlite3_column_text(st, 0));
+        sqlite3_finalize(st);
+    }
+    const double detail = millis([&] {
+        rows = static_cast<long long>(
+            db.open("EXEC SYS_ZM @param=1,@BDATE='2026-05-01',@EDATE='2026-07-01',@wl_id='" + sku + "',@param2=1").rows.size());
+    }, 5);
+    line("SYS_ZM detail of the busiest SKU", detail, 50, "the target", rows);
+
+    // 3. the stock query's summary beside a hand-written GROUP BY over the stock rows
+    const std::string k = "D1802.K0 + D1802.K1 + D1802.K2 + D1802.K3 + D1802.K4 + D1802.K5 + D1802.K6 + D1802.K7 + D1802.K8 + D1802.K9";
+    const std::string summary =
+        " SELECT D1800.K_ID, D1005.COL_ID, D1800.M_ID, D1005.COL_NAME, D1800.WL_NAME, D1800.DW_NAME,D1009.PP_NAME, SUM(D1802.K0) as S0, "
+        "SUM(D1802.K1) as S1, SUM(D1802.K2) as S2, SUM(D1802.K3) as S3, SUM(D1802.K4) as S4, SUM(D1802.K5) as S5, SUM(D1802.K6) as S6, "
+        "SUM(D1802.K7) as S7, SUM(D1802.K8) as S8, SUM(D1802.K9) as S9,  SUM(" + k + ")as STOT, d1800.pfj,  SUM((" + k +
+        ")*d1800.pfj) as Smoney, 0.00 as DJ,0.00 AS MONEY , 'zz' AS ck_id,'汇总值' AS CK_NAME  FROM D1801 INNER JOIN  D1802 on "
+        "D1801.WL_ID = D1802.WL_ID INNER JOIN D1800 on D1801.K_ID = D1800.K_ID INNER JOIN  D1009 on D1800.PP_ID = D1009.PP_ID INNER "
+        "JOIN  D1006 on D1800.M_ID = D1006.M_ID INNER JOIN  D1005 on D1801.COL_ID = D1005.COL_ID  GROUP BY D1800.K_ID, D1005.COL_ID, "
+        "D1800.M_ID,D1800.pfj, D1005.COL_NAME,D1009.PP_NAME, D1800.WL_NAME, D1800.DW_NAME, D1800.DJ HAVING (SUM(D1802.K0+D1802.K1+"
+        "D1802.K2+D1802.K3+D1802.K4+D1802.K5+D1802.K6+ D1802.K7+D1802.K8+D1802.K9) > 0)  ORDER BY  D1800.K_ID, D1005.COL_ID";
+    const double query = millis([&] { rows = static_cast<long long>(db.open(summary).rows.size()); });
+    // the same rows by a hand-written SQLite GROUP BY over the stock rows
+    const double group = millis([&] {
+        native(h, "SELECT st.K_ID, s.COL_ID, st.M_ID, c.COL_NAME, st.WL_NAME, st.DW_NAME, p.PP_NAME, SUM(k.K0), SUM(k.K1), SUM(k.K2), "
+                  "SUM(k.K3), SUM(k.K4), SUM(k.K5), SUM(k.K6), SUM(k.K7), SUM(k.K8), SUM(k.K9), SUM(k.KC), st.PFJ, SUM(k.KC * st.PFJ), "
+                  "0.0, 0.0, 'zz', '汇总值' FROM d1801 s JOIN d1802 k ON k.WL_ID = s.WL_ID JOIN d1800 st ON st.K_ID = s.K_ID "
+                  "JOIN d1009 p ON p.PP_ID = st.PP_ID JOIN d1006 z ON z.M_ID = st.M_ID JOIN d1005 c ON c.COL_ID = s.COL_ID "
+                  "GROUP BY st.K_ID, s.COL_ID HAVING SUM(k.KC) > 0 ORDER BY st.K_ID, s.COL_ID");
+    });
+    line("stock query summary", query, group, "same rows, hand-written GROUP BY", rows);
+
+    // 4. the warehouse cross-tab beside the GROUP BY it pivots
+    const std::string source =
+        "SELECT D1801.WL_ID AS K_ID, D1007.CK_ID+'-'+D1007.CK_NAME AS CK_NAME, SUM(" + k + ") as KC FROM D1802 INNER JOIN D1801 on "
+        "D1802.WL_ID = D1801.WL_ID  INNER JOIN D1007 on D1802.CK_ID = D1007.CK_ID GROUP BY D1801.WL_ID, D1007.CK_ID+'-'+D1007.CK_NAME";
+    std::string quoted;
+    for (char c : source) quoted += c == '\'' ? std::string("''") : std::string(1, c);
+    long long sourceRows = 0;
+    const double grouped = millis([&] { sourceRows = static_cast<long long>(db.open(source).rows.size()); });
+    const double pivot = millis([&] {
+        rows = static_cast<long long>(db.open("EXEC SYS_JX @param1='" + quoted + "',@param2='wl_id',@param3='ck_name',@param4='kc'").rows.size());
+    });
+    line("SYS_JX per SKU and warehouse", pivot, grouped, "the GROUP BY it pivots", rows);
+    std::printf("  (the cross-tab's source has %lld rows)\n", sourceRows);
+    return 0;
+}

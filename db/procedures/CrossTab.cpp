@@ -1,0 +1,247 @@
+// SYS_JX and SYS_JD: cross-tabs. A row source (T-SQL) gives row key, column key and value; the
+// result has one row per row key and one column per column key (numeric order when every key
+// is a number, text order otherwise), NULL where the source has nothing, and a `total`. Extra
+// columns and joins (@selectstr, @innerstr) are applied to the pivot under the alias D.
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "db/procedures/Statement.h"
+#include "db/procedures/StockProcedures.h"
+#include "db/sqlite/Procedures.h"
+#include "db/sqlite/SqliteDatabase.h"
+
+namespace qx::db::procedures {
+namespace {
+
+std::string lower(std::string s) {
+    std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::tolower(c); });
+    return s;
+}
+
+std::string upper(std::string s) {
+    std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::toupper(c); });
+    return s;
+}
+
+std::string textOf(const Value& v) {
+    if (auto* s = std::get_if<std::string>(&v)) return *s;
+    if (auto* i = std::get_if<std::int64_t>(&v)) return std::to_string(*i);
+    if (auto* d = std::get_if<double>(&v)) {
+        std::string t = std::to_string(*d);
+        t.erase(t.find_last_not_of('0') + 1);
+        if (!t.empty() && t.back() == '.') t.pop_back();
+        return t;
+    }
+    return {};
+}
+
+std::optional<double> numberOf(const std::string& text) {
+    const std::string t = trimmed(text);
+    if (t.empty()) return std::nullopt;
+    char* end = nullptr;
+    const double v = std::strtod(t.c_str(), &end);
+    if (end != t.c_str() + t.size()) return std::nullopt;
+    return v;
+}
+
+// The index of the column named `name` (case-insensitive); `fallback` when there is none.
+std::size_t columnIndex(const ResultSet& rs, const std::string& name, std::size_t fallback) {
+    for (std::size_t i = 0; i < rs.columns.size(); ++i)
+        if (lower(rs.columns[i].name) == lower(name)) return i;
+    if (fallback >= rs.columns.size()) throw Error("cross-tab: the row source has no column " + name);
+    return fallback;
+}
+
+std::string quoteIdentifier(const std::string& name) {
+    std::string out = "\"";
+    for (char c : name) {
+        if (c == '"') out += '"';
+        out += c;
+    }
+    return out + "\"";
+}
+
+struct Cell {
+    double sum = 0;
+};
+
+ResultSet pivot(SqliteDatabase& db, const tsql::ProcedureCall& call, bool headerRows) {
+    auto arg = [&](const char* name) {
+        auto v = procedureArgument(call, name);
+        return v ? *v : std::string();
+    };
+    const std::string source = arg("param1");
+    if (trimmed(source).empty()) throw Error("cross-tab: @param1 (the row source) is empty");
+    std::string rowKeyName = trimmed(arg("param2"));
+    const std::string columnKeyName = trimmed(arg("param3"));
+    const std::string valueName = trimmed(arg("param4"));
+    if (rowKeyName.empty()) rowKeyName = "wl_id";
+    const std::string selectText = arg("selectstr");
+    const std::string innerText = arg("innerstr");
+
+    const ResultSet src = db.runWithinTransaction(source);
+    std::vector<std::string> headers;
+    if (headerRows) {
+        const std::string headerText = arg("PARAM11");
+        if (!trimmed(headerText).empty()) {
+            const ResultSet h = db.runWithinTransaction(headerText);
+            const std::size_t k = h.columns.empty() ? 0 : columnIndex(h, rowKeyName, 0);
+            for (const auto& r : h.rows) headers.push_back(textOf(r[k]));
+        }
+    }
+    if (src.columns.size() < 3 && !src.rows.empty()) throw Error("cross-tab: the row source needs row key, column key and value");
+
+    // the row key falls back to the first column, the column key to the second, the value to the third
+    const std::size_t rk = src.columns.empty() ? 0 : columnIndex(src, rowKeyName, 0);
+    const std::size_t ck = src.columns.size() < 2 ? 0 : columnIndex(src, columnKeyName, 1);
+    const std::size_t vk = src.columns.size() < 3 ? 0 : columnIndex(src, valueName, 2);
+
+    bool integral = true;
+    std::set<std::string> columnKeys;
+    std::map<std::string, std::map<std::string, Cell>> cells;
+    for (const auto& r : src.rows) {
+        const std::string row = textOf(r[rk]);
+        const std::string column = textOf(r[ck]);
+        columnKeys.insert(column);
+        auto& cellsOfRow = cells[row];
+        if (std::holds_alternative<std::monostate>(r[vk])) {
+            cellsOfRow.try_emplace(column);  // the key exists; a NULL value adds nothing
+            continue;
+        }
+        double v = 0;
+        if (auto* i = std::get_if<std::int64_t>(&r[vk])) v = static_cast<double>(*i);
+        else if (auto* d = std::get_if<double>(&r[vk])) {
+            v = *d;
+            integral = false;
+        } else if (auto n = numberOf(textOf(r[vk]))) {
+            v = *n;
+            if (*n != static_cast<double>(static_cast<long long>(*n))) integral = false;
+        }
+        cellsOfRow[column].sum += v;
+    }
+    for (const auto& h : headers) cells.try_emplace(h);
+
+    std::vector<std::string> keys(columnKeys.begin(), columnKeys.end());
+    bool numeric = !keys.empty();
+    for (const auto& k : keys)
+        if (!numberOf(k)) numeric = false;
+    if (numeric)
+        std::stable_sort(keys.begin(), keys.end(), [](const std::string& a, const std::string& b) { return *numberOf(a) < *numberOf(b); });
+
+    // Result column names: the row key's name, the keys (made unique), "total".
+    std::vector<std::string> names{rowKeyName};
+    std::set<std::string> taken{lower(rowKeyName), "total"};
+    for (const auto& k : keys) {
+        std::string name = k.empty() ? "(空)" : k;
+        while (taken.count(lower(name))) name += "_";
+        taken.insert(lower(name));
+        names.push_back(name);
+    }
+    names.push_back("total");
+
+    const FieldType valueType = integral ? FieldType::Integer : FieldType::Float;
+    auto valueOf = [&](double v) { return integral ? Value(static_cast<std::int64_t>(v)) : Value(v); };
+
+    if (trimmed(selectText).empty() && trimmed(innerText).empty()) {
+        ResultSet out;
+        out.columns.push_back({rowKeyName, FieldType::Text, 0});
+        for (std::size_t i = 1; i + 1 < names.size(); ++i) out.columns.push_back({names[i], valueType, 0});
+        out.columns.push_back({"total", valueType, 0});
+        for (const auto& [row, byKey] : cells) {
+            std::vector<Value> v{Value(row)};
+            double total = 0;
+            bool any = false;
+            for (const auto& k : keys) {
+                auto it = byKey.find(k);
+                if (it == byKey.end()) {
+                    v.emplace_back();
+                } else {
+                    v.push_back(valueOf(it->second.sum));
+                    total += it->second.sum;
+                    any = true;
+                }
+            }
+            v.push_back(any ? valueOf(total) : Value());
+            out.rows.push_back(std::move(v));
+        }
+        return out;
+    }
+
+    // With extra columns or joins: the pivot goes into a temp table D and the caller's texts run
+    // against it through the translator.
+    sqlite3* h = db.handle();
+    // The table is named after its columns: statements prepared for one shape of pivot are
+    // cached by their text and must never meet another shape under the same name.
+    std::string shape = integral ? "i" : "f";
+    for (const auto& n : names) shape += "\x1f" + n;
+    char suffix[17];
+    std::snprintf(suffix, sizeof suffix, "%016zx", std::hash<std::string>{}(shape));
+    const std::string table = std::string("qx_crosstab_") + suffix;
+    db.runNative("DROP TABLE IF EXISTS temp." + table);
+    std::string create = "CREATE TEMP TABLE " + table + " (" + quoteIdentifier(names[0]) + " VARCHAR(100) COLLATE QX";
+    for (std::size_t i = 1; i < names.size(); ++i)
+        create += ", " + quoteIdentifier(names[i]) + (integral ? " INT" : " FLOAT");
+    db.runNative(create + ")");
+    {
+        std::string insert = "INSERT INTO temp." + table + " VALUES (?1";
+        for (std::size_t i = 1; i < names.size(); ++i) insert += ",?" + std::to_string(i + 1);
+        Statement st(h, insert + ")");
+        for (const auto& [row, byKey] : cells) {
+            st.bind(1, row);
+            double total = 0;
+            bool any = false;
+            for (std::size_t i = 0; i < keys.size(); ++i) {
+                auto it = byKey.find(keys[i]);
+                const int at = static_cast<int>(i + 2);
+                if (it == byKey.end()) {
+                    st.bindNull(at);
+                } else {
+                    if (integral) st.bind(at, static_cast<std::int64_t>(it->second.sum));
+                    else st.bind(at, it->second.sum);
+                    total += it->second.sum;
+                    any = true;
+                }
+            }
+            const int last = static_cast<int>(keys.size() + 2);
+            if (!any) st.bindNull(last);
+            else if (integral) st.bind(last, static_cast<std::int64_t>(total));
+            else st.bind(last, total);
+            st.step();
+            st.reset();
+        }
+    }
+    std::string query = "SELECT D.*" + selectText + " FROM " + table + " D " + innerText;
+    if (upper(innerText).find("ORDER BY") == std::string::npos) query += " ORDER BY D.[" + names[0] + "]";
+    ResultSet out;
+    try {
+        out = db.runWithinTransaction(query);
+    } catch (...) {
+        db.runNative("DROP TABLE IF EXISTS temp." + table);
+        throw;
+    }
+    db.runNative("DROP TABLE IF EXISTS temp." + table);
+    return out;
+}
+
+}  // namespace
+
+bool flagValue(const std::string& text) {
+    const std::string t = lower(trimmed(text));
+    return t == "1" || t == "true" || t == "y" || t == "yes";
+}
+
+ResultSet crossTab(SqliteDatabase& db, const tsql::ProcedureCall& call) { return pivot(db, call, false); }
+
+ResultSet crossTabWithHeaders(SqliteDatabase& db, const tsql::ProcedureCall& call) { return pivot(db, call, true); }
+
+}  // namespace qx::db::procedures

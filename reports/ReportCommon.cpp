@@ -1,0 +1,39 @@
+#include "reports/ReportCommon.h"
+
+#include <QDate>
+
+#include "framework/DBGridEh.h"
+#include "framework/DataSet.h"
+#include "framework/Frm_Base_Qry.h"
+#include "framework/U_function.h"
+#include "framework/U_glo.h"
+
+namespace qx::reports {
+
+bool hasQuery(const TFrm_Base_Qry* report, const QString& message) {
+    if (!report->QrySql.trimmed().isEmpty()) return true;
+    DISPINFO(message, 5);
+    return false;
+}
+
+bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QString& groupId) {
+    if (!sizeGroups || !sizeGroups->Active()) return false;
+    if (!sizeGroups->Locate("M_ID", groupId)) return false;
+    for (int i = 0; i <= 9; ++i) {
+        TColumnEh* c = grid->ColumnByField("S" + QString::number(i));
+        TField* name = sizeGroups->FindField("m" + QString::number(i));
+        if (c && name) c->Title = QStringLiteral("尺码|") + name->AsString();
+    }
+    grid->ColumnsChanged();
+    return true;
+}
+
+QString rightsJoin(const QString& warehouseColumnTable) {
+    if (!G_CHKCK) return {};
+    return " sys_USER_CK ON " + warehouseColumnTable + ".CK_ID = sys_USER_CK.CK_ID AND (sys_USER_CK.user_id='" +
+           SqlStr(G_UserId) + "') INNER JOIN ";
+}
+
+QString nextDay(const QDate& date) { return date.addDays(1).toString("yyyy-MM-dd"); }
+
+}  // namespace qx::reports

@@ -1,0 +1,27 @@
+#pragma once
+// What the report screens share: the refusal of an action before any query, the size titles
+// of the current row's size group, and the warehouse-rights piece of their statements.
+#include <QDate>
+#include <QString>
+
+class TFrm_Base_Qry;
+class TClientDataSet;
+class TDBGridEh;
+
+namespace qx::reports {
+
+// True when the report has a statement; otherwise shows `message` (kind 5) and returns false.
+bool hasQuery(const TFrm_Base_Qry* report, const QString& message);
+
+// Sets the titles of S0..S9 to "尺码|" + the size names of the group `groupId` in `sizeGroups`
+// (a dataset of d1006 rows); false when the group is not found (titles unchanged).
+bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QString& groupId);
+
+// " sys_USER_CK ON {table}.CK_ID = sys_USER_CK.CK_ID AND (sys_USER_CK.user_id='{G_UserId}') INNER JOIN "
+// when warehouse rights are enforced, else "".
+QString rightsJoin(const QString& warehouseColumnTable);
+
+// The day after a date text "YYYY-MM-DD", as "YYYY-MM-DD".
+QString nextDay(const QDate& date);
+
+}  // namespace qx::reports

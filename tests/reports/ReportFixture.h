@@ -1,0 +1,185 @@
+#pragma once
+// A small shop for the report screens: warehouses 01 (总仓), 02 (东门店) and AB01, two size
+// groups, styles K01 (group A: S M L) and K02 (group B: 28..31) with brand and prices, opening
+// stock written as stock rows; the signed-in user's globals; every statement recorded; the
+// statements the reports must send read from golden files (tests/reports/golden/*.sql).
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QMap>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <vector>
+
+#include "db/Database.h"
+#include "framework/DBGridEh.h"
+#include "framework/Frm_Base_Qry.h"
+#include "framework/U_dataop.h"
+#include "framework/U_function.h"
+#include "framework/U_glo.h"
+
+inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+
+namespace qx::test {
+
+using qx::dataop::Call;
+
+// Golden statements: "-- name" on a line of its own, then the statement up to the next "-- "
+// line (line breaks inside a statement are not part of it; a statement is one line).
+inline QMap<QString, QString> goldenStatements(const QString& file) {
+    QFile f(QStringLiteral(QX_REPORT_GOLDEN_DIR) + "/" + file);
+    if (!f.open(QIODevice::ReadOnly | QIODevice::Text)) throw std::runtime_error("no golden file " + file.toStdString());
+    QMap<QString, QString> out;
+    QString name;
+    QTextStream in(&f);
+    while (!in.atEnd()) {
+        const QString line = in.readLine();
+        if (line.startsWith("-- ")) {
+            name = line.mid(3).trimmed();
+            out[name];
+        } else if (!name.isEmpty() && !line.isEmpty()) {
+            out[name] += line;
+        }
+    }
+    return out;
+}
+
+class ReportTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ResetGlobals();
+        G_UserId = "U1";
+        G_UserName = "王经理";
+        G_ckid = "01";
+        G_CkName = "总仓";
+        G_CoName = "报表测试" + QString::number(reinterpret_cast<quintptr>(this));
+        G_CM = 9;
+        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
+        seedShop();
+        qx::dataop::setDatabase(db);
+        qx::dataop::setObserver([this](const Call& c) { calls.push_back(c); });
+        qx::ui::setToday(QDate(2026, 3, 18));
+        qx::ui::setScreenPresenter([](TFrm_Base* screen) { screen->show(); });
+    }
+    void TearDown() override {
+        qx::ui::setModalHandler(nullptr);
+        qx::ui::setScreenPresenter(nullptr);
+        qx::ui::setToday(QDate());
+        qx::dataop::setObserver({});
+        qx::dataop::setDatabase(nullptr);
+        ResetGlobals();
+    }
+
+    void exec(const QString& sql) { db->execute(sql.toStdString()); }
+    void maintain(const QString& sql) { db->execute(sql.toStdString(), qx::db::ExecOptions{true}); }
+
+    void seedShop() {
+        exec("INSERT INTO sys_co (CO, PARAM) VALUES ('测试服饰', '')");
+        exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U1', '王经理')");
+        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('01', '总仓')");
+        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('02', '东门店')");
+        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('AB01', '仓AB')");
+        exec("INSERT INTO sys_user_ck VALUES ('U1', '01', 1)");
+        exec("INSERT INTO d1009 (PP_ID, PP_NAME) VALUES ('P1', '雅牌')");
+        exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2) VALUES ('A', '服装', 'S', 'M', 'L')");
+        exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3) VALUES ('B', '裤装', '28', '29', '30', '31')");
+        exec("INSERT INTO d1005 (COL_ID, COL_NAME) VALUES ('01', '红色')");
+        exec("INSERT INTO d1005 (COL_ID, COL_NAME) VALUES ('02', '黑色')");
+        exec("INSERT INTO d1800 (K_ID, PP_ID, M_ID, WL_NAME, DW_NAME, DJ, PFJ, CHECK_KC) VALUES ('K01','P1','A','衬衫','件',40,100,0)");
+        exec("INSERT INTO d1800 (K_ID, PP_ID, M_ID, WL_NAME, DW_NAME, DJ, PFJ, CHECK_KC) VALUES ('K02','P1','B','裤子','条',60,200,0)");
+        exec("INSERT INTO d1801 VALUES ('K0101','K01','01')");
+        exec("INSERT INTO d1801 VALUES ('K0102','K01','02')");
+        exec("INSERT INTO d1801 VALUES ('K0201','K02','01')");
+        exec("INSERT INTO d1809 (WL_ID, M_INDEX, K_ID, TM) VALUES ('K0101','0','K01','6900000000011')");
+    }
+
+    // Opening stock of one SKU in one warehouse (stock row and opening columns alike).
+    void openingStock(const QString& sku, const QString& warehouse, const QList<int>& sizes) {
+        QString b;
+        for (int i = 0; i < 10; ++i) b += "," + QString::number(i < sizes.size() ? sizes[i] : 0);
+        maintain("INSERT INTO d1802 (WL_ID, CK_ID, BDATE, B0,B1,B2,B3,B4,B5,B6,B7,B8,B9, CHECK_KC) VALUES ('" + sku + "','" +
+                 warehouse + "','2026-01-01'" + b + ",0);update d1802 set k0=b0,k1=b1,k2=b2,k3=b3,k4=b4,k5=b5,k6=b6,k7=b7,"
+                 "k8=b8,k9=b9");
+    }
+    // A document of one line: table pair by kind ("D8101" receipts, "D8201" sales, ...).
+    void document(const QString& head, const QString& noid, const QString& warehouse, const QString& date, const QString& sku,
+                  const QList<int>& sizes) {
+        QString s;
+        for (int i = 0; i < 10; ++i) s += "," + QString::number(i < sizes.size() ? sizes[i] : 0);
+        exec("INSERT INTO " + head + " (T, NOID, CK_ID, BDATE, USER_ID, NOTE) VALUES (1,'" + noid + "','" + warehouse + "','" +
+             date + "','U1','')");
+        exec("INSERT INTO " + head + "A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0,S1,S2,S3,S4,S5,S6,S7,S8,S9) VALUES ('" + noid +
+             "','" + sku + "','" + sku.left(3) + "','" + sku.mid(3) + "','" + warehouse + "'" + s + ")");
+    }
+
+    qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
+
+    // Opens a report: `fill` sets the dialog (of type F) before OK; answers every other dialog
+    // with Cancel. The report has run its statement when this returns.
+    // `before` runs on the new report before its InitForm (e.g. to hide cost).
+    template <class R, class F>
+    R* openReport(int code, std::function<void(F*)> fill = {}, std::function<void(R*)> before = {}) {
+        driveDialog<F>(fill);
+        return startReport<R>(code, before);
+    }
+    // Opens a report whose dialog is cancelled: no statement is built.
+    template <class R>
+    R* openCancelled(int code) {
+        qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
+        return startReport<R>(code, {});
+    }
+    template <class R>
+    R* startReport(int code, std::function<void(R*)> before) {
+        auto* report = new R(nullptr);
+        if (before) before(report);
+        report->resize(1100, 600);
+        Trecord rec;
+        rec.UserId = G_UserId;
+        rec.UserName = G_UserName;
+        rec.CkId = G_ckid;
+        rec.CkName = G_CkName;
+        rec.FuncCode = code;
+        report->Tag = code;
+        report->InitForm(rec);
+        return report;
+    }
+    template <class F>
+    void driveDialog(std::function<void(F*)> fill) {
+        qx::ui::setModalHandler([fill](TFrm_Base* dialog) {
+            auto* filter = dynamic_cast<F*>(dialog);
+            if (!filter) return int(mrCancel);
+            if (fill) fill(filter);
+            filter->btn_ok->click();
+            return filter->ModalResult();
+        });
+    }
+
+    std::vector<QString> statements(Call::Kind kind = Call::Kind::OpenSql) const {
+        std::vector<QString> out;
+        for (const auto& c : calls)
+            if (c.kind == kind) out.push_back(c.sql);
+        return out;
+    }
+    QString lastStatement() const {
+        const auto s = statements();
+        return s.empty() ? QString() : s.back();
+    }
+
+    // Column values of a dataset as texts.
+    static QStringList column(TClientDataSet* ds, const QString& field) {
+        QStringList out;
+        for (int r = 0; r < ds->RecordCount(); ++r) out << ds->CellValue(r, ds->FieldIndex(field)).toString();
+        return out;
+    }
+
+    qx::ui::ScopedScriptedSink sink;
+    QTemporaryDir dir;
+    std::shared_ptr<qx::db::Database> db;
+    std::vector<Call> calls;
+};
+
+}  // namespace qx::test
