@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <cstring>
 #include <cctype>
 #include <cstdio>
 #include <ctime>
@@ -166,7 +167,7 @@ SqliteDatabase::~SqliteDatabase() {
 void SqliteDatabase::configureConnection() {
     sqlite3_busy_timeout(db_, kBusyTimeoutMs);
     sqlite3_extended_result_codes(db_, 1);
-    tsql::installSqliteRuntime(db_);
+    runtime_ = &tsql::installSqliteRuntime(db_);
     const int utf8 = SQLITE_UTF8;
     sqlite3_create_function(db_, "qx_guarded", 0, utf8, &guard_, guardedFunction, nullptr, nullptr);
     sqlite3_create_function(db_, "qx_stock_short", 2, utf8, &guard_, stockShortFunction, nullptr, nullptr);
@@ -207,10 +208,17 @@ ResultSet SqliteDatabase::open(std::string_view tsqlBatch) {
 void SqliteDatabase::execute(std::string_view tsqlBatch, const ExecOptions& options) {
     guard_.shortRows.clear();
     guard_.maintenance = options.maintenance;
+    // Maintenance batches run as SQL Server does with ARITHABORT and ANSI_WARNINGS off: a
+    // division by zero gives NULL (the initialisation's clearing divides by a just-zeroed price).
+    runtime_->divideByZeroIsNull = options.maintenance;
     struct ResetMaintenance {
         GuardState& guard;
-        ~ResetMaintenance() { guard.maintenance = false; }
-    } reset{guard_};
+        tsql::SqliteRuntimeOptions& runtime;
+        ~ResetMaintenance() {
+            guard.maintenance = false;
+            runtime.divideByZeroIsNull = false;
+        }
+    } reset{guard_, *runtime_};
     Transaction transaction(*this, true);
     runWithinTransaction(tsqlBatch);
     checkStockGuard();
@@ -327,9 +335,24 @@ void SqliteDatabase::checkStockGuard() {
     }
 }
 
+namespace {
+
+// SQLite's words for an unknown name, in SQL Server's.
+std::string sqlServerMessage(const std::string& message) {
+    static const std::pair<const char*, const char*> names[] = {{"no such column: ", "Invalid column name '"},
+                                                                {"no such table: ", "Invalid object name '"}};
+    for (const auto& [sqlite, sqlServer] : names)
+        if (message.rfind(sqlite, 0) == 0) return sqlServer + message.substr(std::strlen(sqlite)) + "'.";
+    if (const auto at = message.find(" has no column named "); message.rfind("table ", 0) == 0 && at != std::string::npos)
+        return "Invalid column name '" + message.substr(at + 21) + "'.";
+    return message;
+}
+
+}  // namespace
+
 void SqliteDatabase::fail(const std::string& message, const tsql::Statement* origin) const {
-    if (origin) throw Error(message, origin->text, origin->line, origin->column);
-    throw Error(message);
+    if (origin) throw Error(sqlServerMessage(message), origin->text, origin->line, origin->column);
+    throw Error(sqlServerMessage(message));
 }
 
 std::string SqliteDatabase::nextDocumentNumber(std::string_view funcNo) {

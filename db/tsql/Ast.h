@@ -74,6 +74,7 @@ struct Expr {
     bool distinct = false;
     bool star = false;
     bool parenthesized = false;
+    bool tryConversion = false;  // TRY_CAST / TRY_CONVERT: NULL instead of a conversion error
     long long identitySeed = 1, identityStep = 1;
 
     explicit Expr(ExprKind k, Position p = {}) : kind(k), pos(p) {}

@@ -107,19 +107,27 @@ public:
         return "ifnull(" + value + ", " + fallback + ")";
     }
     std::string left(const std::string& text, const std::string& count) const override {
-        return "substr(" + text + ", 1, " + count + ")";
+        return "qx_left(" + text + ", " + count + ")";
     }
     std::string right(const std::string& text, const std::string& count) const override {
         return "qx_right(" + text + ", " + count + ")";
     }
     std::string length(const std::string& text) const override { return "length(rtrim(" + text + "))"; }
     std::string charIndex(const std::string& needle, const std::string& haystack) const override {
-        return "instr(" + haystack + ", " + needle + ")";
+        return "qx_charindex(" + needle + ", " + haystack + ")";
     }
     std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const override {
         return "qx_like(" + value + ", " + pattern + (escape.empty() ? "" : ", " + escape) + ")";
     }
     std::string limit(const std::string& count) const override { return " LIMIT " + count; }
+    std::string call(std::string_view helper, const std::vector<std::string>& args) const override {
+        std::string text = "qx_" + std::string(helper) + "(";
+        for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : "") + args[i];
+        return text + ")";
+    }
+    std::string singleValue(const std::string& subquery) const override {
+        return "(WITH qx_scalar(v) AS (" + subquery + ") SELECT qx_one(v) FROM qx_scalar)";
+    }
 };
 
 }  // namespace

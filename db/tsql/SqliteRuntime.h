@@ -1,8 +1,18 @@
 #pragma once
 // What SQL emitted for SQLite relies on at run time (registered by installSqliteRuntime).
+#include <cstdint>
+
+struct sqlite3;
+
 namespace qx::tsql {
 
 // Text collation like SQL Server's default: case-insensitive, trailing blanks ignored.
 inline constexpr const char* kSqliteCollation = "QX";
+
+// A code point as the collation compares it: ASCII letters in lower case, full width as ASCII.
+std::uint32_t foldCodePoint(std::uint32_t point);
+
+// The T-SQL built-ins of SqliteFunctions.cpp (CHARINDEX, REPLACE, STR, STUFF, conversions, …).
+void registerSqliteFunctions(sqlite3* db);
 
 }  // namespace qx::tsql
