@@ -407,16 +407,19 @@ void patindexFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     if (sqlite3_value_type(argv[0]) == SQLITE_NULL || sqlite3_value_type(argv[1]) == SQLITE_NULL) return sqlite3_result_null(context);
     auto pattern = foldedCodePoints(textOf(argv[0]));
     const auto value = foldedCodePoints(sqlite3_value_type(argv[1]) == SQLITE_TEXT ? textOf(argv[1]) : numberText(argv[1]));
+    if (value.size() > 65536) return sqlite3_result_error(context, "PATINDEX searches at most 65536 characters.", -1);
     const bool anywhere = !pattern.empty() && pattern.front() == '%';
     if (anywhere) pattern.erase(pattern.begin());
-    const auto compiled = compilePattern(pattern, std::nullopt);
-    for (std::size_t start = 0; start <= value.size() && (start == 0 || anywhere); ++start) {
-        // the shortest tail that matches: a match at start means pattern matches value[start..k)
-        for (std::size_t end = start; end <= value.size(); ++end) {
-            std::vector<std::uint32_t> piece(value.begin() + static_cast<long>(start), value.begin() + static_cast<long>(end));
-            if (likeMatches(piece, compiled)) return sqlite3_result_int64(context, static_cast<long long>(start) + 1);
-            if (start > 4096) break;
-        }
+    // the pattern matches at start when it matches a beginning of the rest: pattern + '%'
+    auto compiled = compilePattern(pattern, std::nullopt);
+    if (compiled.empty() || compiled.back().kind != PatternItem::AnySequence) {
+        PatternItem rest;
+        rest.kind = PatternItem::AnySequence;
+        compiled.push_back(rest);
+    }
+    for (std::size_t start = 0; start < value.size() && (start == 0 || anywhere); ++start) {
+        const std::vector<std::uint32_t> tail(value.begin() + static_cast<long>(start), value.end());
+        if (likeMatches(tail, compiled)) return sqlite3_result_int64(context, static_cast<long long>(start) + 1);
     }
     sqlite3_result_int(context, 0);
 }
