@@ -173,6 +173,9 @@ void SqliteDatabase::configureConnection() {
     sqlite3_create_function(db_, "qx_stock_short", 2, utf8, &guard_, stockShortFunction, nullptr, nullptr);
     sqlite3_create_function(db_, "qx_closed_period", 4, utf8, &guard_, closedPeriodFunction, nullptr, nullptr);
     runNative("PRAGMA journal_mode=WAL");
+    // WAL with synchronous=NORMAL: a commit is in the log when it returns, so an acknowledged
+    // save survives a killed or crashed process; a power cut may take back the last commits
+    // before a checkpoint, whole, never a part of one (see db/sqlite/README.md).
     runNative("PRAGMA synchronous=NORMAL");
     runNative("PRAGMA foreign_keys=OFF");
     catalog_ = std::make_unique<tsql::SqliteCatalog>(db_);
