@@ -346,6 +346,8 @@ std::string sqlServerMessage(const std::string& message) {
                                                                 {"no such table: ", "Invalid object name '"}};
     for (const auto& [sqlite, sqlServer] : names)
         if (message.rfind(sqlite, 0) == 0) return sqlServer + message.substr(std::strlen(sqlite)) + "'.";
+    if (message == "parser stack overflow" || message.rfind("Expression tree is too large", 0) == 0)
+        return "the statement is nested too deeply for the database (" + message + ")";
     if (const auto at = message.find(" has no column named "); message.rfind("table ", 0) == 0 && at != std::string::npos)
         return "Invalid column name '" + message.substr(at + 21) + "'.";
     return message;

@@ -138,6 +138,7 @@ struct ColumnDef {
     bool primaryKey = false;
     bool unique = false;
     bool identity = false;
+    long long identitySeed = 1, identityStep = 1;  // IDENTITY(seed, increment)
     ExprPtr defaultValue;
 };
 
@@ -159,6 +160,7 @@ struct SyntaxTree {
     std::vector<Assignment> assignments;       // Update SET
     std::vector<TableRefPtr> from;             // Update/Delete FROM
     ExprPtr where;
+    ExprPtr top;                               // Delete TOP (n)
     std::vector<ColumnDef> columnDefs;         // CreateTable
     std::vector<std::string> primaryKey;       // CreateTable table-level PRIMARY KEY
     std::vector<std::vector<std::string>> uniqueKeys;  // CreateTable table-level UNIQUE

@@ -32,6 +32,9 @@ public:
     virtual std::string columnType(const TypeSpec& type) const = 0;
     virtual std::string columnTypeFor(SqlType type) const = 0;  // for inferred columns (SELECT … INTO)
     virtual std::string identityColumnType() const = 0;
+    // Statements, run after CREATE TABLE, that number an IDENTITY column from seed by step
+    // (only needed when either is not 1).
+    virtual std::vector<std::string> identitySequence(const Name& table, std::string_view column, long long seed, long long step) const = 0;
     virtual std::string collate() const = 0;  // " COLLATE x" appended to text comparisons
 
     virtual std::string concat(const std::string& left, const std::string& right) const = 0;

@@ -656,10 +656,8 @@ private:
             const SqlType lt = typeOf(l, scope), rt = typeOf(r, scope);
             if (lt == SqlType::DateTime && isNumeric(rt)) return d_.call("add_days", {expr(l, scope), "-(" + expr(r, scope) + ")"});
         }
-        if (e.text == "^") {  // exclusive or, which SQLite spells with | and &
-            const std::string a = expr(l, scope), b = expr(r, scope);
-            return "((" + a + " | " + b + ") - (" + a + " & " + b + "))";
-        }
+        // exclusive or: a helper, since spelling it with | and & would write each operand twice
+        if (e.text == "^") return d_.call("bitxor", {expr(l, scope), expr(r, scope)});
         // arithmetic with text converts the text to the number's type, or fails
         auto operand = [&](const Expr& side, const Expr& other) {
             const SqlType sideType = typeOf(side, scope), otherType = typeOf(other, scope);
@@ -860,9 +858,9 @@ private:
             expectArguments(e, 1);
             const std::string value = arg(0);
             switch (typeOf(*e.args[0], scope)) {
-                case SqlType::Integer: return "(CASE WHEN " + value + " IS NULL THEN NULL ELSE 4 END)";
+                case SqlType::Integer: return d_.call("sized", {value, "4"});
                 case SqlType::Real:
-                case SqlType::DateTime: return "(CASE WHEN " + value + " IS NULL THEN NULL ELSE 8 END)";
+                case SqlType::DateTime: return d_.call("sized", {value, "8"});
                 default: return "length(CAST(" + value + " AS BLOB))";
             }
         }
@@ -1017,6 +1015,12 @@ private:
     // TOP n, or TOP n PERCENT: that share of the rows, rounded up.
     std::string topCount(const SelectCore& c, const Scope& scope) {
         if (!c.topPercent) return expr(*c.top, scope);
+        // the share needs the query written twice: nesting it would double the text each time
+        if (++percentNesting_ > 2) fail("TOP … PERCENT nested in TOP … PERCENT is not supported", c.pos);
+        struct Leave {
+            int& depth;
+            ~Leave() { --depth; }
+        } leave{percentNesting_};
         const std::string rows = "SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false) + ")";
         return "(SELECT CAST(ceil((" + rows + ") * (" + expr(*c.top, scope) + ") / 100.0) AS INTEGER))";
     }
@@ -1114,6 +1118,8 @@ private:
         std::string insertColumns;
         std::size_t identities = 0;
         std::size_t position = 0;
+        const Expr* identityColumn = nullptr;
+        std::string identityName;
         for (const auto& item : first.items) {
             if (item.expr->kind == ExprKind::Star) {
                 // stars expand to their sources' columns, already counted in columns
@@ -1127,9 +1133,11 @@ private:
             const OutputColumn& column = columns[position++];
             if (item.expr->kind == ExprKind::Identity) {
                 const Expr& identity = *item.expr;
-                if (identity.identitySeed != 1 || identity.identityStep != 1) fail("IDENTITY numbering must start at 1 and step by 1", identity.pos);
+                if (identity.identityStep == 0) fail("the increment of an IDENTITY column cannot be 0", identity.pos);
+                identityColumn = &identity;
                 if (++identities > 1) fail("a table can have only one identity column", identity.pos);
                 if (column.name.empty()) fail("the IDENTITY column needs a name", identity.pos);
+                identityName = column.name;
                 if (!definition.empty()) definition += ", ";
                 definition += d_.quoteIdentifier(column.name) + " " + d_.identityColumnType();
                 continue;
@@ -1139,6 +1147,9 @@ private:
         std::vector<std::string> statements;
         if (target.isTemp()) statements.push_back(d_.dropTableIfExists(target));
         statements.push_back(d_.createTableHead(target) + " (" + definition + ")");
+        if (identityColumn && (identityColumn->identitySeed != 1 || identityColumn->identityStep != 1))
+            for (auto& sql : d_.identitySequence(target, identityName, identityColumn->identitySeed, identityColumn->identityStep))
+                statements.push_back(sql);
         statements.push_back("INSERT INTO " + d_.tableReference(target) + " (" + insertColumns + ") " + query(q, nullptr, nullptr, true));
         return statements;
     }
@@ -1291,6 +1302,12 @@ private:
             Scope scope;
             scope.sources.push_back(targetSource(tree.target));
             std::string text = "DELETE FROM " + d_.tableReference(tree.target);
+            if (tree.top) {  // DELETE TOP (n): any n of the rows the WHERE selects
+                const std::string row = d_.rowIdentifier();
+                text += " WHERE " + row + " IN (SELECT " + row + " FROM " + d_.tableReference(tree.target);
+                if (tree.where) text += " WHERE " + expr(*tree.where, scope);
+                return text + d_.limit(expr(*tree.top, scope)) + ")";
+            }
             if (tree.where) text += " WHERE " + expr(*tree.where, scope);
             return text;
         }
@@ -1311,6 +1328,7 @@ private:
         const std::string row = d_.rowIdentifier();
         std::string text = "DELETE FROM " + d_.tableReference(table) + " WHERE " + row + " IN (SELECT " + qualifier + "." + row + " FROM " + from;
         if (tree.where) text += " WHERE " + expr(*tree.where, scope);
+        if (tree.top) text += d_.limit(expr(*tree.top, scope));
         return text + ")";
     }
 
@@ -1351,6 +1369,8 @@ private:
         std::vector<std::string> statements;
         if (tree.target.isTemp()) statements.push_back(d_.dropTableIfExists(tree.target));
         statements.push_back(d_.createTableHead(tree.target) + " (" + body + ")");
+        if (identity && (identity->identitySeed != 1 || identity->identityStep != 1))
+            for (auto& sql : d_.identitySequence(tree.target, identity->name, identity->identitySeed, identity->identityStep)) statements.push_back(sql);
         return statements;
     }
 
@@ -1361,6 +1381,10 @@ private:
         const std::string& type = column.type.name;
         if (column.type.sqlType() == SqlType::Text && !column.type.params.empty() && column.type.params[0] > 0)
             return " CHECK (" + d_.call("fits", {name, std::to_string(column.type.params[0]), d_.quoteString(table.last()), d_.quoteString(column.name)}) + ")";
+        if (column.type.scale() >= 0) {
+            const int precision = !column.type.params.empty() ? column.type.params[0] : type == "SMALLMONEY" ? 10 : type == "MONEY" ? 19 : 18;
+            return " CHECK (" + d_.call("fits_decimal", {name, std::to_string(precision), std::to_string(column.type.scale())}) + ")";
+        }
         if (type == "INT" || type == "INTEGER" || type == "SMALLINT" || type == "TINYINT")
             return " CHECK (" + d_.call("checked", {name, d_.quoteString(integerKind(type))}) + " IS " + name + ")";
         return "";
@@ -1397,7 +1421,8 @@ private:
     const Dialect& d_;
     std::map<std::string, std::optional<std::vector<CatalogColumn>>> tableCache_;
     std::map<const Expr*, SqlType> typeCache_;
-    const TableRef* rowExposed_ = nullptr;  // the target's table in UPDATE … FROM (see updateThroughFrom)
+    const TableRef* rowExposed_ = nullptr;
+    int percentNesting_ = 0;  // the target's table in UPDATE … FROM (see updateThroughFrom)
     std::map<const Query*, std::pair<std::vector<OutputColumn>, bool>> outputCache_;
 };
 

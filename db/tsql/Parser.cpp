@@ -231,6 +231,11 @@ private:
     void parseDelete(SyntaxTree& tree) {
         take();
         tree.kind = StatementKind::Delete;
+        if (acceptWord("TOP")) {
+            expectOp("(");
+            tree.top = parseExpr();
+            expectOp(")");
+        }
         acceptWord("FROM");
         tree.target = parseName();
         if (acceptWord("FROM")) tree.from = parseFromList();
@@ -308,9 +313,10 @@ private:
             if (acceptWord("IDENTITY")) {
                 column.identity = true;
                 if (acceptOp("(")) {
-                    parseSignedInteger();
+                    column.identitySeed = parseSignedInteger();
                     expectOp(",");
-                    parseSignedInteger();
+                    column.identityStep = parseSignedInteger();
+                    if (column.identityStep == 0) fail("the increment of an IDENTITY column cannot be 0", peek());
                     expectOp(")");
                 }
             } else if (acceptWord("NOT")) {

@@ -70,6 +70,21 @@ public:
         return "";
     }
     std::string identityColumnType() const override { return "INTEGER PRIMARY KEY"; }
+    // SQLite numbers an INTEGER PRIMARY KEY one past the largest; a trigger renumbers each new
+    // row from a counter kept in qx_identity (in the table's own schema).
+    std::vector<std::string> identitySequence(const Name& table, std::string_view column, long long seed, long long step) const override {
+        const std::string schema = table.isTemp() ? "temp." : "main.";
+        const std::string key = quoteString(table.last());
+        const std::string counters = schema + "qx_identity";
+        return {
+            "CREATE TABLE IF NOT EXISTS " + counters + " (tbl TEXT PRIMARY KEY, last INTEGER)",
+            "INSERT OR REPLACE INTO " + counters + " VALUES (" + key + ", " + std::to_string(seed - step) + ")",
+            std::string(table.isTemp() ? "CREATE TEMP TRIGGER " : "CREATE TRIGGER ") + quoteIdentifier("qx_identity_" + table.last()) +
+                " AFTER INSERT ON " + tableReference(table) + " BEGIN UPDATE qx_identity SET last = last + (" + std::to_string(step) +
+                ") WHERE tbl = " + key + "; UPDATE " + tableQualifier(table) + " SET " + quoteIdentifier(column) +
+                " = (SELECT last FROM qx_identity WHERE tbl = " + key + ") WHERE rowid = NEW.rowid; END",
+        };
+    }
     std::string collate() const override { return std::string(" COLLATE ") + kSqliteCollation; }
 
     std::string concat(const std::string& left, const std::string& right) const override { return left + " || " + right; }

@@ -415,6 +415,27 @@ void fitsFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     sqlite3_result_error(context, message.c_str(), -1);
 }
 
+// qx_fits_decimal(value, precision, scale): a DECIMAL(p,s) column holds at most p - s digits
+// before the point.
+void fitsDecimalFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    if (isNull(argv[0]) || sqlite3_value_type(argv[0]) == SQLITE_TEXT) return sqlite3_result_int(context, 1);
+    const int digits = sqlite3_value_int(argv[1]) - sqlite3_value_int(argv[2]);
+    if (std::fabs(sqlite3_value_double(argv[0])) < std::pow(10.0, digits)) return sqlite3_result_int(context, 1);
+    sqlite3_result_error(context, "Arithmetic overflow error converting numeric to data type numeric.", -1);
+}
+
+// qx_bitxor(a, b): a ^ b.
+void bitxorFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    if (isNull(argv[0]) || isNull(argv[1])) return sqlite3_result_null(context);
+    sqlite3_result_int64(context, sqlite3_value_int64(argv[0]) ^ sqlite3_value_int64(argv[1]));
+}
+
+// qx_sized(x, n): DATALENGTH of a fixed-size value — n, or NULL for NULL.
+void sizedFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    if (isNull(argv[0])) return sqlite3_result_null(context);
+    sqlite3_result_value(context, argv[1]);
+}
+
 // qx_one(x): the aggregate behind a scalar subquery — more than one row is an error.
 struct One {
     long long rows;
@@ -617,7 +638,7 @@ void registerSqliteFunctions(sqlite3* db) {
         {"qx_decimal", 3, decimalFunction},     {"qx_fits", 4, fitsFunction},           {"qx_float_text", 1, floatTextFunction},
         {"qx_datename", 2, datenameFunction},   {"qx_eomonth", 1, eomonthFunction},     {"qx_eomonth", 2, eomonthFunction},
         {"qx_datefromparts", 3, datefrompartsFunction}, {"qx_isdate", 1, isdateFunction}, {"qx_add_days", 2, addDaysFunction},
-        {"qx_try", 4, tryFunction},             {"qx_date", 1, dateFunction},
+        {"qx_try", 4, tryFunction},             {"qx_bitxor", 2, bitxorFunction},       {"qx_sized", 2, sizedFunction},             {"qx_fits_decimal", 3, fitsDecimalFunction},             {"qx_date", 1, dateFunction},
     };
     for (const auto& f : functions)
         if (sqlite3_create_function_v2(db, f.name, f.arguments, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, f.body, nullptr, nullptr, nullptr) != SQLITE_OK)
