@@ -112,6 +112,7 @@ struct SelectCore {
     bool distinct = false;
     ExprPtr top;  // TOP n
     bool topPercent = false;
+    bool topWithTies = false;  // TOP n WITH TIES
     std::vector<SelectItem> items;
     std::optional<Name> into;
     std::vector<TableRefPtr> from;  // comma-separated sources

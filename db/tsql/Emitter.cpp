@@ -962,8 +962,20 @@ private:
     // implicit conversions; skipIdentity drops IDENTITY() items (SELECT … INTO).
         // unionTypes: the type SQL Server gives each column of a UNION (the highest of its branches);
     // a literal of a lower type is converted the way SQL Server converts it ('' to 0).
+    // selectList: written instead of the core's own select list (the ranking of WITH TIES)
     std::string core(const SelectCore& c, const Scope& scope, const std::vector<CatalogColumn>* targets, bool skipIdentity,
-                     const std::vector<SqlType>* unionTypes = nullptr) {
+                     const std::vector<SqlType>* unionTypes = nullptr, const std::string* selectList = nullptr) {
+        if (selectList) {
+            std::string text = "SELECT " + *selectList;
+            if (!c.from.empty()) text += " FROM " + fromClause(c.from, scope);
+            if (c.where) text += " WHERE " + expr(*c.where, scope);
+            if (!c.groupBy.empty()) {
+                text += " GROUP BY ";
+                for (std::size_t i = 0; i < c.groupBy.size(); ++i) text += (i ? ", " : "") + withCollationIfText(*c.groupBy[i], scope);
+            }
+            if (c.having) text += " HAVING " + expr(*c.having, scope);
+            return text;
+        }
         std::string text = c.distinct ? "SELECT DISTINCT " : "SELECT ";
         std::size_t position = 0;
         bool positionKnown = true;
@@ -1013,6 +1025,29 @@ private:
     }
 
     // TOP n, or TOP n PERCENT: that share of the rows, rounded up.
+    std::string withCollationIfText(const Expr& e, const Scope& scope) {
+        const std::string text = expr(e, scope);
+        return typeOf(e, scope) == SqlType::Text ? withCollation(text, e) : text;
+    }
+
+    // TOP n WITH TIES: as many rows as rank within the first n by the ORDER BY.
+    std::string tiesCount(const Query& q, const Scope& scope, const std::string& count) {
+        const SelectCore& c = q.cores.front();
+        if (q.orderBy.empty()) fail("TOP … WITH TIES needs an ORDER BY", c.pos);
+        std::string terms;
+        for (std::size_t i = 0; i < q.orderBy.size(); ++i) {
+            const Expr& e = *q.orderBy[i].expr;
+            const Expr* term = &e;
+            if (e.kind == ExprKind::Column && e.name.parts.size() == 1)  // a select-list alias: its expression
+                for (const auto& item : c.items)
+                    if (item.alias && equalsIgnoreCase(*item.alias, e.name.last())) term = item.expr.get();
+            terms += (i ? ", " : "") + withCollationIfText(*term, scope) + (q.orderBy[i].descending ? " DESC" : "");
+        }
+        const std::string rank = "RANK() OVER (ORDER BY " + terms + ") AS " + d_.quoteIdentifier("qx_rank");
+        return "(SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false, nullptr, &rank) + ") WHERE " + d_.quoteIdentifier("qx_rank") +
+               " <= " + count + ")";
+    }
+
     std::string topCount(const SelectCore& c, const Scope& scope) {
         if (!c.topPercent) return expr(*c.top, scope);
         // the share needs the query written twice: nesting it would double the text each time
@@ -1036,6 +1071,7 @@ private:
             const SelectCore& c = q.cores[i];
             Scope scope = buildScope(c.from, parent);
             std::string branch = core(c, scope, targets, skipIdentity, single ? nullptr : &unionTypes);
+            if (c.top && c.topWithTies && !single) fail("TOP … WITH TIES in a UNION is not supported", c.pos);
             if (c.top && !single) {
                 // TOP limits its own branch; SQLite only allows LIMIT on the whole compound.
                 branch = "SELECT * FROM (" + branch + d_.limit(topCount(c, scope)) + ") AS " + d_.quoteIdentifier("top_" + std::to_string(i + 1));
@@ -1059,7 +1095,9 @@ private:
                 if (q.orderBy[i].descending) text += " DESC";
             }
         }
-        if (single && q.cores[0].top) text += d_.limit(topCount(q.cores[0], *singleScope));
+        if (single && q.cores[0].top && q.cores[0].topWithTies)
+            text += d_.limit(tiesCount(q, *singleScope, topCount(q.cores[0], *singleScope)));
+        else if (single && q.cores[0].top) text += d_.limit(topCount(q.cores[0], *singleScope));
         return text;
     }
 

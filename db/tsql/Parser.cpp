@@ -503,6 +503,10 @@ private:
                 core.top->text = number.text;
             }
             if (acceptWord("PERCENT")) core.topPercent = true;
+            if (peek().isWord("WITH") && peek(1).isWord("TIES")) {
+                pos_ += 2;
+                core.topWithTies = true;
+            }
         }
         do core.items.push_back(parseSelectItem());
         while (acceptOp(","));

@@ -60,15 +60,8 @@ struct Char {
 std::vector<Char> characters(const std::string& t) {
     std::vector<Char> out;
     for (std::size_t i = 0; i < t.size();) {
-        const auto c = static_cast<unsigned char>(t[i]);
-        std::uint32_t point = c;
-        std::size_t length = 1;
-        if (c >= 0xF0) point = c & 0x07, length = 4;
-        else if (c >= 0xE0) point = c & 0x0F, length = 3;
-        else if (c >= 0xC0) point = c & 0x1F, length = 2;
-        for (std::size_t k = 1; k < length && i + k < t.size(); ++k) point = (point << 6) | (static_cast<unsigned char>(t[i + k]) & 0x3F);
-        out.push_back({i, foldCodePoint(point)});
-        i += length;
+        const std::size_t offset = i;
+        out.push_back({offset, foldCodePoint(nextCodePoint(t, i))});
     }
     return out;
 }
@@ -613,6 +606,18 @@ void dateFunction(sqlite3_context* context, int, sqlite3_value** argv) {
 }
 
 }  // namespace
+
+std::uint32_t nextCodePoint(const std::string& text, std::size_t& i) {
+    const auto c = static_cast<unsigned char>(text[i]);
+    std::uint32_t point = c;
+    std::size_t length = 1;
+    if (c >= 0xF0) point = c & 0x07, length = 4;
+    else if (c >= 0xE0) point = c & 0x0F, length = 3;
+    else if (c >= 0xC0) point = c & 0x1F, length = 2;
+    for (std::size_t k = 1; k < length && i + k < text.size(); ++k) point = (point << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
+    i += length;
+    return point;
+}
 
 std::uint32_t foldCodePoint(std::uint32_t point) {
     if (point >= 0xFF01 && point <= 0xFF5E) point -= 0xFEE0;  // full width to ASCII

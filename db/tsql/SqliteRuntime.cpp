@@ -286,20 +286,10 @@ void rightFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     resultText(context, text.substr(utf8Offset(text, characters - static_cast<std::size_t>(count))));
 }
 
-// Code points of a UTF-8 text, ASCII letters folded to lower case.
+// Code points of a UTF-8 text as the collation compares them, trailing blanks dropped.
 std::vector<std::uint32_t> foldedCodePoints(const std::string& text) {
     std::vector<std::uint32_t> points;
-    for (std::size_t i = 0; i < text.size();) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        std::uint32_t point = c;
-        std::size_t length = 1;
-        if (c >= 0xF0) point = c & 0x07, length = 4;
-        else if (c >= 0xE0) point = c & 0x0F, length = 3;
-        else if (c >= 0xC0) point = c & 0x1F, length = 2;
-        for (std::size_t k = 1; k < length && i + k < text.size(); ++k) point = (point << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
-        i += length;
-        points.push_back(foldCodePoint(point));
-    }
+    for (std::size_t i = 0; i < text.size();) points.push_back(foldCodePoint(nextCodePoint(text, i)));
     while (!points.empty() && points.back() == ' ') points.pop_back();
     return points;
 }

@@ -1,6 +1,7 @@
 #pragma once
 // What SQL emitted for SQLite relies on at run time (registered by installSqliteRuntime).
 #include <cstdint>
+#include <string>
 
 struct sqlite3;
 
@@ -8,6 +9,10 @@ namespace qx::tsql {
 
 // Text collation like SQL Server's default: case-insensitive, trailing blanks ignored.
 inline constexpr const char* kSqliteCollation = "QX";
+
+// The code point of the UTF-8 character at i; i moves past it (a malformed sequence still
+// moves on, never past the end's bounds check).
+std::uint32_t nextCodePoint(const std::string& text, std::size_t& i);
 
 // A code point as the collation compares it: ASCII letters in lower case, full width as ASCII.
 std::uint32_t foldCodePoint(std::uint32_t point);
