@@ -10,8 +10,8 @@ namespace qx::tsql {
 // Text collation like SQL Server's default: case-insensitive, trailing blanks ignored.
 inline constexpr const char* kSqliteCollation = "QX";
 
-// The code point of the UTF-8 character at i; i moves past it (a malformed sequence still
-// moves on, never past the end's bounds check).
+// The code point of the UTF-8 character starting at byte i; i moves past it. Malformed text
+// never reads beyond its end: a cut-off sequence yields what is there.
 std::uint32_t nextCodePoint(const std::string& text, std::size_t& i);
 
 // A code point as the collation compares it: ASCII letters in lower case, full width as ASCII.
