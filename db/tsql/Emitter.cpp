@@ -752,6 +752,7 @@ private:
                                           : e.style ? d_.call("datetime", {v, std::to_string(*e.style)})
                                                     : d_.toDateTime(v);
                 if (e.type.name == "DATE") return d_.call("date", {value});  // the day, at midnight
+                if (e.type.name == "SMALLDATETIME") return d_.call("smalldatetime", {value});  // to the nearest minute
                 return value;
             }
             case SqlType::Unknown: break;

@@ -605,6 +605,20 @@ void dateFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     result(context, dates::formatIso(d));
 }
 
+// qx_smalldatetime(x): CAST(x AS smalldatetime) — to the nearest minute (30 seconds round up),
+// within 1900-01-01 to 2079-06-06.
+void smalldatetimeFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    if (isNull(argv[0])) return sqlite3_result_null(context);
+    dates::DateTime d;
+    if (!dateOf(context, argv[0], d)) return;
+    const bool up = d.second >= 30 || (d.second == 29 && d.millisecond >= 999);
+    d.second = d.millisecond = 0;
+    if (up) d = dates::dateAdd(d, dates::Part::Minute, 1);
+    if (d.year < 1900 || d.year > 2079 || (d.year == 2079 && (d.month > 6 || (d.month == 6 && d.day > 6))))
+        return sqlite3_result_error(context, "The conversion of a varchar data type to a smalldatetime data type resulted in an out-of-range value.", -1);
+    result(context, dates::formatIso(d));
+}
+
 }  // namespace
 
 std::uint32_t nextCodePoint(const std::string& text, std::size_t& i) {
@@ -643,7 +657,7 @@ void registerSqliteFunctions(sqlite3* db) {
         {"qx_decimal", 3, decimalFunction},     {"qx_fits", 4, fitsFunction},           {"qx_float_text", 1, floatTextFunction},
         {"qx_datename", 2, datenameFunction},   {"qx_eomonth", 1, eomonthFunction},     {"qx_eomonth", 2, eomonthFunction},
         {"qx_datefromparts", 3, datefrompartsFunction}, {"qx_isdate", 1, isdateFunction}, {"qx_add_days", 2, addDaysFunction},
-        {"qx_try", 4, tryFunction},             {"qx_bitxor", 2, bitxorFunction},       {"qx_sized", 2, sizedFunction},             {"qx_fits_decimal", 3, fitsDecimalFunction},             {"qx_date", 1, dateFunction},
+        {"qx_try", 4, tryFunction},             {"qx_smalldatetime", 1, smalldatetimeFunction},             {"qx_bitxor", 2, bitxorFunction},       {"qx_sized", 2, sizedFunction},             {"qx_fits_decimal", 3, fitsDecimalFunction},             {"qx_date", 1, dateFunction},
     };
     for (const auto& f : functions)
         if (sqlite3_create_function_v2(db, f.name, f.arguments, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, f.body, nullptr, nullptr, nullptr) != SQLITE_OK)
