@@ -6,6 +6,7 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <cstring>
 #include <cctype>
 #include <cstdio>
 #include <ctime>
@@ -190,15 +191,16 @@ SqliteDatabase::~SqliteDatabase() {
 void SqliteDatabase::configureConnection() {
     sqlite3_busy_timeout(db_, kBusyTimeoutMs);
     sqlite3_extended_result_codes(db_, 1);
-    // maintenance batches: a division by zero gives NULL (clearing documents divides by a
-    // column it has just set to 0, see the README)
-    tsql::installSqliteRuntime(db_, &guard_.maintenance);
+    runtime_ = &tsql::installSqliteRuntime(db_);
     const int utf8 = SQLITE_UTF8;
     sqlite3_create_function(db_, "qx_guarded", 0, utf8, &guard_, guardedFunction, nullptr, nullptr);
     sqlite3_create_function(db_, "qx_stock_short", 2, utf8, &guard_, stockShortFunction, nullptr, nullptr);
     sqlite3_create_function(db_, "qx_closed_period", 4, utf8, &guard_, closedPeriodFunction, nullptr, nullptr);
     sqlite3_progress_handler(db_, kProgressSteps, progressHandler, nullptr);
     runNative("PRAGMA journal_mode=WAL");
+    // WAL with synchronous=NORMAL: a commit is in the log when it returns, so an acknowledged
+    // save survives a killed or crashed process; a power cut may take back the last commits
+    // before a checkpoint, whole, never a part of one (see db/sqlite/README.md).
     runNative("PRAGMA synchronous=NORMAL");
     runNative("PRAGMA foreign_keys=OFF");
     catalog_ = std::make_unique<tsql::SqliteCatalog>(db_);
@@ -234,10 +236,17 @@ ResultSet SqliteDatabase::open(std::string_view tsqlBatch) {
 void SqliteDatabase::execute(std::string_view tsqlBatch, const ExecOptions& options) {
     guard_.shortRows.clear();
     guard_.maintenance = options.maintenance;
+    // Maintenance batches run as SQL Server does with ARITHABORT and ANSI_WARNINGS off: a
+    // division by zero gives NULL (the initialisation's clearing divides by a just-zeroed price).
+    runtime_->divideByZeroIsNull = options.maintenance;
     struct ResetMaintenance {
         GuardState& guard;
-        ~ResetMaintenance() { guard.maintenance = false; }
-    } reset{guard_};
+        tsql::SqliteRuntimeOptions& runtime;
+        ~ResetMaintenance() {
+            guard.maintenance = false;
+            runtime.divideByZeroIsNull = false;
+        }
+    } reset{guard_, *runtime_};
     Transaction transaction(*this, true);
     runWithinTransaction(tsqlBatch);
     checkStockGuard();
@@ -354,9 +363,26 @@ void SqliteDatabase::checkStockGuard() {
     }
 }
 
+namespace {
+
+// SQLite's words for an unknown name, in SQL Server's.
+std::string sqlServerMessage(const std::string& message) {
+    static const std::pair<const char*, const char*> names[] = {{"no such column: ", "Invalid column name '"},
+                                                                {"no such table: ", "Invalid object name '"}};
+    for (const auto& [sqlite, sqlServer] : names)
+        if (message.rfind(sqlite, 0) == 0) return sqlServer + message.substr(std::strlen(sqlite)) + "'.";
+    if (message == "parser stack overflow" || message.rfind("Expression tree is too large", 0) == 0)
+        return "the statement is nested too deeply for the database (" + message + ")";
+    if (const auto at = message.find(" has no column named "); message.rfind("table ", 0) == 0 && at != std::string::npos)
+        return "Invalid column name '" + message.substr(at + 21) + "'.";
+    return message;
+}
+
+}  // namespace
+
 void SqliteDatabase::fail(const std::string& message, const tsql::Statement* origin) const {
-    if (origin) throw Error(message, origin->text, origin->line, origin->column);
-    throw Error(message);
+    if (origin) throw Error(sqlServerMessage(message), origin->text, origin->line, origin->column);
+    throw Error(sqlServerMessage(message));
 }
 
 std::string SqliteDatabase::nextDocumentNumber(std::string_view funcNo) {

@@ -80,6 +80,7 @@ private:
     std::string path_;
     sqlite3* db_ = nullptr;
     GuardState guard_;
+    tsql::SqliteRuntimeOptions* runtime_ = nullptr;  // owned by the connection
     std::unique_ptr<tsql::Catalog> catalog_;
     std::unordered_map<std::string, sqlite3_stmt*> cache_;
 };

@@ -1,5 +1,6 @@
 // qxck-sql --db FILE: runs the T-SQL batch read from stdin and prints its result set as TSV
-// (a header line, then one line per row; NULL prints as an empty field).
+// (a header line, then one line per row). NULL prints as \N, so it differs from an empty text;
+// a backslash, tab, line feed or carriage return inside a text prints as \\, \t, \n, \r.
 #include <charconv>
 #include <cstdio>
 #include <iostream>
@@ -19,10 +20,18 @@ std::string field(const qx::db::Value& value) {
     }
     if (const auto* s = std::get_if<std::string>(&value)) {
         std::string out;
-        for (char c : *s) out += (c == '\t' || c == '\n' || c == '\r') ? ' ' : c;
+        for (char c : *s) {
+            switch (c) {
+                case '\\': out += "\\\\"; break;
+                case '\t': out += "\\t"; break;
+                case '\n': out += "\\n"; break;
+                case '\r': out += "\\r"; break;
+                default: out += c;
+            }
+        }
         return out;
     }
-    return {};
+    return "\\N";
 }
 
 }  // namespace

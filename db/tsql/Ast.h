@@ -74,6 +74,7 @@ struct Expr {
     bool distinct = false;
     bool star = false;
     bool parenthesized = false;
+    bool tryConversion = false;  // TRY_CAST / TRY_CONVERT: NULL instead of a conversion error
     long long identitySeed = 1, identityStep = 1;
 
     explicit Expr(ExprKind k, Position p = {}) : kind(k), pos(p) {}
@@ -111,6 +112,7 @@ struct SelectCore {
     bool distinct = false;
     ExprPtr top;  // TOP n
     bool topPercent = false;
+    bool topWithTies = false;  // TOP n WITH TIES
     std::vector<SelectItem> items;
     std::optional<Name> into;
     std::vector<TableRefPtr> from;  // comma-separated sources
@@ -137,6 +139,7 @@ struct ColumnDef {
     bool primaryKey = false;
     bool unique = false;
     bool identity = false;
+    long long identitySeed = 1, identityStep = 1;  // IDENTITY(seed, increment)
     ExprPtr defaultValue;
 };
 
@@ -158,6 +161,7 @@ struct SyntaxTree {
     std::vector<Assignment> assignments;       // Update SET
     std::vector<TableRefPtr> from;             // Update/Delete FROM
     ExprPtr where;
+    ExprPtr top;                               // Delete TOP (n)
     std::vector<ColumnDef> columnDefs;         // CreateTable
     std::vector<std::string> primaryKey;       // CreateTable table-level PRIMARY KEY
     std::vector<std::vector<std::string>> uniqueKeys;  // CreateTable table-level UNIQUE

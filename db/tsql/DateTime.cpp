@@ -110,48 +110,151 @@ const char* partName(Part part) {
     return "day";
 }
 
-std::optional<DateTime> parse(std::string_view text) {
+namespace {
+
+const char* const kMonthNames[] = {"january", "february", "march", "april", "may", "june", "july", "august", "september", "october", "november", "december"};
+const char* const kMonthAbbreviations[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+void skipBlanks(std::string_view text, std::size_t& pos) {
+    while (pos < text.size() && text[pos] == ' ') ++pos;
+}
+
+// A month name or its first three letters, any case.
+bool readMonthName(std::string_view text, std::size_t& pos, int& month) {
+    std::size_t end = pos;
+    while (end < text.size() && std::isalpha(static_cast<unsigned char>(text[end]))) ++end;
+    std::string word;
+    for (std::size_t i = pos; i < end; ++i) word += static_cast<char>(std::tolower(static_cast<unsigned char>(text[i])));
+    if (word.size() < 3) return false;
+    for (int m = 0; m < 12; ++m) {
+        const std::string full = kMonthNames[m];
+        if (word == full || word == full.substr(0, 3)) {
+            month = m + 1;
+            pos = end;
+            return true;
+        }
+    }
+    return false;
+}
+
+int fullYear(int year, std::size_t digits) {
+    if (digits > 2) return year;
+    return year < 50 ? 2000 + year : 1900 + year;  // two-digit year cutoff 2049
+}
+
+// The date: YYYY-MM-DD (also / and .), YYYYMMDD, MM/DD/YYYY (DD/MM/YYYY when dayFirst),
+// "Aug 30 2006", "August 30, 2006", "30 Aug 2006".
+bool readDate(std::string_view text, std::size_t& pos, DateTime& v, bool dayFirst) {
+    if (pos < text.size() && std::isalpha(static_cast<unsigned char>(text[pos]))) {
+        if (!readMonthName(text, pos, v.month)) return false;
+        skipBlanks(text, pos);
+        if (!readNumber(text, pos, 2, v.day)) return false;
+        if (pos < text.size() && text[pos] == ',') ++pos;
+        skipBlanks(text, pos);
+        const std::size_t start = pos;
+        if (!readNumber(text, pos, 4, v.year)) return false;
+        v.year = fullYear(v.year, pos - start);
+        return true;
+    }
+    std::size_t digits = 0;
+    while (pos + digits < text.size() && std::isdigit(static_cast<unsigned char>(text[pos + digits]))) ++digits;
+    if (digits == 8) {
+        readNumber(text, pos, 4, v.year);
+        readNumber(text, pos, 2, v.month);
+        readNumber(text, pos, 2, v.day);
+        return true;
+    }
+    if (digits == 4) {
+        readNumber(text, pos, 4, v.year);
+        if (pos >= text.size() || (text[pos] != '-' && text[pos] != '/' && text[pos] != '.')) return false;
+        const char separator = text[pos++];
+        if (!readNumber(text, pos, 2, v.month)) return false;
+        if (pos >= text.size() || text[pos] != separator) return false;
+        ++pos;
+        return readNumber(text, pos, 2, v.day);
+    }
+    if (digits == 1 || digits == 2) {
+        int first = 0;
+        readNumber(text, pos, 2, first);
+        if (pos < text.size() && (text[pos] == '-' || text[pos] == '/' || text[pos] == '.')) {
+            const char separator = text[pos++];
+            int second = 0;
+            if (!readNumber(text, pos, 2, second)) return false;
+            if (pos >= text.size() || text[pos] != separator) return false;
+            ++pos;
+            const std::size_t start = pos;
+            if (!readNumber(text, pos, 4, v.year)) return false;
+            v.year = fullYear(v.year, pos - start);
+            v.month = dayFirst ? second : first;
+            v.day = dayFirst ? first : second;
+            return true;
+        }
+        skipBlanks(text, pos);
+        v.day = first;
+        if (!readMonthName(text, pos, v.month)) return false;
+        skipBlanks(text, pos);
+        const std::size_t start = pos;
+        if (!readNumber(text, pos, 4, v.year)) return false;
+        v.year = fullYear(v.year, pos - start);
+        return true;
+    }
+    return false;
+}
+
+// hh:mi[:ss[.fff or :fff]] with an optional AM/PM.
+bool readTime(std::string_view text, std::size_t& pos, DateTime& v) {
+    if (!readNumber(text, pos, 2, v.hour)) return false;
+    if (pos >= text.size() || text[pos] != ':') return false;
+    ++pos;
+    if (!readNumber(text, pos, 2, v.minute)) return false;
+    if (pos < text.size() && text[pos] == ':') {
+        ++pos;
+        if (!readNumber(text, pos, 2, v.second)) return false;
+        if (pos < text.size() && (text[pos] == '.' || text[pos] == ':')) {
+            ++pos;
+            int fraction = 0;
+            const std::size_t start = pos;
+            readNumber(text, pos, 3, fraction);
+            for (std::size_t digits = pos - start; digits < 3; ++digits) fraction *= 10;
+            v.millisecond = fraction;
+            while (pos < text.size() && std::isdigit(static_cast<unsigned char>(text[pos]))) ++pos;
+        }
+    }
+    std::size_t look = pos;
+    skipBlanks(text, look);
+    if (look + 1 < text.size() && std::toupper(static_cast<unsigned char>(text[look + 1])) == 'M') {
+        const char half = static_cast<char>(std::toupper(static_cast<unsigned char>(text[look])));
+        if (half == 'A' || half == 'P') {
+            if (v.hour < 1 || v.hour > 12) return false;
+            if (half == 'A' && v.hour == 12) v.hour = 0;
+            if (half == 'P' && v.hour != 12) v.hour += 12;
+            pos = look + 2;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+std::optional<DateTime> parse(std::string_view text, bool dayFirst) {
     while (!text.empty() && std::isspace(static_cast<unsigned char>(text.front()))) text.remove_prefix(1);
     while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back()))) text.remove_suffix(1);
     DateTime v;
     if (text.empty()) return v;
     std::size_t pos = 0;
-    const bool compact = text.size() >= 8 && text.find_first_not_of("0123456789") >= 8;
-    if (compact) {  // YYYYMMDD
-        readNumber(text, pos, 4, v.year);
-        readNumber(text, pos, 2, v.month);
-        readNumber(text, pos, 2, v.day);
-    } else {
-        if (!readNumber(text, pos, 4, v.year) || pos < 4) return std::nullopt;
-        if (pos >= text.size() || (text[pos] != '-' && text[pos] != '/' && text[pos] != '.')) return std::nullopt;
-        const char separator = text[pos++];
-        if (!readNumber(text, pos, 2, v.month)) return std::nullopt;
-        if (pos >= text.size() || text[pos] != separator) return std::nullopt;
-        ++pos;
-        if (!readNumber(text, pos, 2, v.day)) return std::nullopt;
-    }
-    if (pos < text.size()) {
-        if (text[pos] != ' ' && text[pos] != 'T') return std::nullopt;
-        while (pos < text.size() && (text[pos] == ' ' || text[pos] == 'T')) ++pos;
-        if (!readNumber(text, pos, 2, v.hour)) return std::nullopt;
-        if (pos >= text.size() || text[pos] != ':') return std::nullopt;
-        ++pos;
-        if (!readNumber(text, pos, 2, v.minute)) return std::nullopt;
-        if (pos < text.size() && text[pos] == ':') {
-            ++pos;
-            if (!readNumber(text, pos, 2, v.second)) return std::nullopt;
-            if (pos < text.size() && text[pos] == '.') {
-                ++pos;
-                int fraction = 0;
-                const std::size_t start = pos;
-                readNumber(text, pos, 3, fraction);
-                for (std::size_t digits = pos - start; digits < 3; ++digits) fraction *= 10;
-                v.millisecond = fraction;
-                while (pos < text.size() && std::isdigit(static_cast<unsigned char>(text[pos]))) ++pos;
-            }
+    std::size_t digits = 0;
+    while (digits < text.size() && std::isdigit(static_cast<unsigned char>(text[digits]))) ++digits;
+    const bool timeOnly = digits >= 1 && digits <= 2 && digits < text.size() && text[digits] == ':';
+    if (!timeOnly) {
+        if (!readDate(text, pos, v, dayFirst)) return std::nullopt;
+        if (pos < text.size()) {
+            if (text[pos] != ' ' && text[pos] != 'T') return std::nullopt;
+            if (text[pos] == 'T') ++pos;
+            skipBlanks(text, pos);
         }
-        if (pos != text.size()) return std::nullopt;
     }
+    if (pos < text.size() && !readTime(text, pos, v)) return std::nullopt;
+    if (pos != text.size()) return std::nullopt;
     if (!valid(v)) return std::nullopt;
     return v;
 }
@@ -197,6 +300,31 @@ std::optional<std::string> formatStyle(const DateTime& v, int style) {
             std::snprintf(b, sizeof b, "%04d-%02d-%02d %02d:%02d:%02d.%03d", v.year, v.month, v.day, v.hour, v.minute, v.second,
                           v.millisecond);
             break;
+        case 0:
+        case 100:
+        case 9:
+        case 109: {
+            const int hour12 = v.hour % 12 == 0 ? 12 : v.hour % 12;
+            if (style == 0 || style == 100)
+                std::snprintf(b, sizeof b, "%s %2d %04d %2d:%02d%s", kMonthAbbreviations[v.month - 1], v.day, v.year, hour12, v.minute, v.hour < 12 ? "AM" : "PM");
+            else
+                std::snprintf(b, sizeof b, "%s %2d %04d %2d:%02d:%02d:%03d%s", kMonthAbbreviations[v.month - 1], v.day, v.year, hour12, v.minute,
+                              v.second, v.millisecond, v.hour < 12 ? "AM" : "PM");
+            break;
+        }
+        case 5: std::snprintf(b, sizeof b, "%02d-%02d-%02d", v.day, v.month, yy); break;
+        case 105: std::snprintf(b, sizeof b, "%02d-%02d-%04d", v.day, v.month, v.year); break;
+        case 6: std::snprintf(b, sizeof b, "%02d %s %02d", v.day, kMonthAbbreviations[v.month - 1], yy); break;
+        case 106: std::snprintf(b, sizeof b, "%02d %s %04d", v.day, kMonthAbbreviations[v.month - 1], v.year); break;
+        case 7: std::snprintf(b, sizeof b, "%s %02d, %02d", kMonthAbbreviations[v.month - 1], v.day, yy); break;
+        case 107: std::snprintf(b, sizeof b, "%s %02d, %04d", kMonthAbbreviations[v.month - 1], v.day, v.year); break;
+        case 13:
+        case 113:
+            std::snprintf(b, sizeof b, "%02d %s %04d %02d:%02d:%02d:%03d", v.day, kMonthAbbreviations[v.month - 1], v.year, v.hour, v.minute,
+                          v.second, v.millisecond);
+            break;
+        case 14:
+        case 114: std::snprintf(b, sizeof b, "%02d:%02d:%02d:%03d", v.hour, v.minute, v.second, v.millisecond); break;
         case 126:
             std::snprintf(b, sizeof b, "%04d-%02d-%02dT%02d:%02d:%02d", v.year, v.month, v.day, v.hour, v.minute, v.second);
             break;

@@ -19,9 +19,12 @@ enum class Part { Year, Quarter, Month, DayOfYear, Day, Week, Weekday, Hour, Min
 std::optional<Part> partFromName(std::string_view name);  // "m", "MM", "day", "WK" ... any case
 const char* partName(Part part);                           // canonical lower-case name
 
-// Accepts YYYY-MM-DD, YYYY-M-D, YYYY/MM/DD, YYYY.MM.DD, YYYYMMDD, each optionally followed by
-// " HH:MM[:SS[.fff]]" or "THH:MM...". An empty text is 1900-01-01 as in SQL Server.
-std::optional<DateTime> parse(std::string_view text);
+// Accepts what SQL Server (us_english) reads as a date: YYYY-MM-DD, YYYY-M-D, YYYY/MM/DD,
+// YYYY.MM.DD, YYYYMMDD, MM/DD/YYYY (DD/MM/YYYY with dayFirst, CONVERT styles 3-5 and 103-105),
+// "Aug 30 2006", "August 30, 2006", "30 Aug 2006"; each optionally followed by
+// " HH:MM[:SS[.fff]]", "THH:MM…" or a time with AM/PM; a time alone is on 1900-01-01. An empty
+// text is 1900-01-01 as in SQL Server.
+std::optional<DateTime> parse(std::string_view text, bool dayFirst = false);
 // SQL Server's numeric dates: days since 1900-01-01, the fraction being the time of day.
 DateTime fromDayNumber(double days);
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "db/tsql/Ast.h"
 #include "db/tsql/DateTime.h"
@@ -31,6 +32,9 @@ public:
     virtual std::string columnType(const TypeSpec& type) const = 0;
     virtual std::string columnTypeFor(SqlType type) const = 0;  // for inferred columns (SELECT … INTO)
     virtual std::string identityColumnType() const = 0;
+    // Statements, run after CREATE TABLE, that number an IDENTITY column from seed by step
+    // (only needed when either is not 1).
+    virtual std::vector<std::string> identitySequence(const Name& table, std::string_view column, long long seed, long long step) const = 0;
     virtual std::string collate() const = 0;  // " COLLATE x" appended to text comparisons
 
     virtual std::string concat(const std::string& left, const std::string& right) const = 0;
@@ -58,6 +62,11 @@ public:
     // LIKE as SQL Server matches it: % _ [set] [^set], case-insensitive, trailing blanks ignored.
     virtual std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const = 0;
     virtual std::string limit(const std::string& count) const = 0;  // appended after ORDER BY
+    // A runtime helper with SQL Server's meaning, by its T-SQL name in lower case ("charindex",
+    // "replace", "stuff", "int", "fits", …; the list is the runtime's, see db/tsql/README.md).
+    virtual std::string call(std::string_view helper, const std::vector<std::string>& args) const = 0;
+    // The one value of a scalar subquery, an error when it yields more than one row.
+    virtual std::string singleValue(const std::string& subquery) const = 0;
 };
 
 const Dialect& sqliteDialect();

@@ -340,12 +340,20 @@ private:
     SqlType functionType(const Expr& e, const Scope& scope) {
         const std::string name = toUpper(e.name.last());
         if (name == "COUNT" || name == "LEN" || name == "CHARINDEX" || name == "YEAR" || name == "MONTH" || name == "DAY" ||
-            name == "DATALENGTH")
+            name == "DATALENGTH" || name == "PATINDEX" || name == "ISNUMERIC" || name == "ISDATE")
             return SqlType::Integer;
-        if (name == "GETDATE" || name == "SYSDATETIME" || name == "CURRENT_TIMESTAMP") return SqlType::DateTime;
-        static const std::set<std::string> texts = {"LEFT", "RIGHT", "SUBSTRING", "UPPER", "LOWER", "LTRIM", "RTRIM", "REPLACE", "SPACE", "REPLICATE", "STR"};
+        if (name == "GETDATE" || name == "SYSDATETIME" || name == "CURRENT_TIMESTAMP" || name == "EOMONTH" || name == "DATEFROMPARTS")
+            return SqlType::DateTime;
+        static const std::set<std::string> texts = {"LEFT", "RIGHT", "SUBSTRING", "UPPER", "LOWER", "LTRIM", "RTRIM", "REPLACE", "SPACE",
+                                                    "REPLICATE", "STR", "STUFF", "CONCAT", "QUOTENAME", "REVERSE"};
         if (texts.count(name)) return SqlType::Text;
-        if (name == "ISNULL" || name == "COALESCE" || name == "NULLIF") {
+        // COALESCE, IIF and CHOOSE take the highest type of their values (data type precedence)
+        if (name == "COALESCE" || name == "IIF" || name == "CHOOSE") {
+            SqlType result = SqlType::Unknown;
+            for (std::size_t i = name == "COALESCE" ? 0 : 1; i < e.args.size(); ++i) result = higherPrecedence(result, typeOf(*e.args[i], scope));
+            return result;
+        }
+        if (name == "ISNULL" || name == "NULLIF") {
             SqlType result = SqlType::Unknown;
             for (const auto& a : e.args) {
                 result = typeOf(*a, scope);
@@ -490,15 +498,18 @@ private:
         if (isNumeric(target)) {
             if (e.kind == ExprKind::String) {
                 if (auto number = numberFromText(e.text)) return *number;
-                if (storing) fail("Conversion failed when converting the varchar value '" + e.text + "' to data type " + typeWord(target) + ".", e.pos);
-                return expr(e, scope);
+                fail("Conversion failed when converting the varchar value '" + e.text + "' to data type " + typeWord(target) + ".", e.pos);
             }
             if (typeOf(e, scope) == SqlType::Text) return d_.textToNumber(expr(e, scope));
             return expr(e, scope);
         }
         if (target == SqlType::DateTime) {
             if (e.kind == ExprKind::String) {
-                if (auto date = dates::parse(e.text)) return d_.quoteString(dates::formatIso(*date));
+                if (auto date = dates::parse(e.text)) {
+                    if (date->year < 1753)
+                        fail("The conversion of a varchar data type to a datetime data type resulted in an out-of-range value.", e.pos);
+                    return d_.quoteString(dates::formatIso(*date));
+                }
                 if (storing) fail("Conversion failed when converting date and/or time from character string.", e.pos);
                 return expr(e, scope);
             }
@@ -601,7 +612,9 @@ private:
                        " AND " + coerced(*e.args[2], scope, t, false) + ")";
             }
             case ExprKind::Exists: return "EXISTS (" + query(*e.query, &scope) + ")";
-            case ExprKind::Subquery: return "(" + query(*e.query, &scope) + ")";
+            case ExprKind::Subquery:
+                if (yieldsOneRow(*e.query)) return "(" + query(*e.query, &scope) + ")";
+                return d_.singleValue(query(*e.query, &scope));
             case ExprKind::Function: return function(e, scope);
             case ExprKind::Case: return caseExpr(e, scope);
             case ExprKind::Convert: return convert(e, scope);
@@ -609,6 +622,22 @@ private:
             case ExprKind::Identity: fail("IDENTITY() is allowed only in the select list of SELECT … INTO", e.pos);
         }
         fail("unsupported expression", e.pos);
+    }
+
+    // A scalar subquery that cannot yield two rows needs no check: TOP 1, no FROM, or only
+    // aggregates without GROUP BY.
+    static bool yieldsOneRow(const Query& q) {
+        if (q.cores.size() != 1) return false;
+        const SelectCore& c = q.cores.front();
+        if (c.top && c.top->kind == ExprKind::Number && (c.top->text == "1" || c.top->text == "0") && !c.topPercent) return true;
+        if (c.from.empty()) return true;
+        if (!c.groupBy.empty()) return false;
+        for (const auto& item : c.items) {
+            if (item.expr->kind != ExprKind::Function) return false;
+            const std::string name = toUpper(item.expr->name.last());
+            if (name != "COUNT" && name != "SUM" && name != "MIN" && name != "MAX" && name != "AVG") return false;
+        }
+        return true;
     }
 
     std::string binary(const Expr& e, const Scope& scope) {
@@ -619,19 +648,38 @@ private:
         if (e.text == "+") {
             const SqlType lt = typeOf(l, scope), rt = typeOf(r, scope);
             if (concatenates(lt, rt)) return "(" + d_.concat(expr(l, scope), expr(r, scope)) + ")";
-            // datetime + n adds days in SQL Server
-            if (lt == SqlType::DateTime && isNumeric(rt)) return d_.dateAdd(dates::Part::Day, expr(r, scope), expr(l, scope));
-            if (rt == SqlType::DateTime && isNumeric(lt)) return d_.dateAdd(dates::Part::Day, expr(l, scope), expr(r, scope));
+            // datetime + n adds days in SQL Server, a fraction being part of a day
+            if (lt == SqlType::DateTime && isNumeric(rt)) return d_.call("add_days", {expr(l, scope), expr(r, scope)});
+            if (rt == SqlType::DateTime && isNumeric(lt)) return d_.call("add_days", {expr(r, scope), expr(l, scope)});
         }
         if (e.text == "-") {
             const SqlType lt = typeOf(l, scope), rt = typeOf(r, scope);
-            if (lt == SqlType::DateTime && isNumeric(rt)) return d_.dateAdd(dates::Part::Day, "-(" + expr(r, scope) + ")", expr(l, scope));
+            if (lt == SqlType::DateTime && isNumeric(rt)) return d_.call("add_days", {expr(l, scope), "-(" + expr(r, scope) + ")"});
         }
+        // exclusive or: a helper, since spelling it with | and & would write each operand twice
+        if (e.text == "^") return d_.call("bitxor", {expr(l, scope), expr(r, scope)});
+        // arithmetic with text converts the text to the number's type, or fails
+        auto operand = [&](const Expr& side, const Expr& other) {
+            const SqlType sideType = typeOf(side, scope), otherType = typeOf(other, scope);
+            if (sideType != SqlType::Text || !isNumeric(otherType)) return expr(side, scope);
+            if (side.kind == ExprKind::String && !numberFromText(side.text))
+                fail("Conversion failed when converting the varchar value '" + side.text + "' to data type " + typeWord(otherType) + ".", side.pos);
+            return coerced(side, scope, otherType, false);
+        };
         // SQL Server refuses to divide by zero where SQLite would quietly give NULL
-        if (e.text == "/" || e.text == "%") return d_.divide(expr(l, scope), expr(r, scope), e.text == "%");
-        const std::string text = "(" + expr(l, scope) + " " + e.text + " " + expr(r, scope) + ")";
+        if (e.text == "/" || e.text == "%") return d_.divide(operand(l, r), operand(r, l), e.text == "%");
+        const std::string text = "(" + operand(l, r) + " " + e.text + " " + operand(r, l) + ")";
+        if ((e.text == "+" || e.text == "-" || e.text == "*") && typeOf(l, scope) == SqlType::Integer && typeOf(r, scope) == SqlType::Integer &&
+            fitsInt(l) && fitsInt(r))
+            return d_.call("checked", {text, d_.quoteString("int")});  // int arithmetic overflows as SQL Server's does
         if (e.text == "+" || e.text == "-" || e.text == "*") return exactDecimal(text, e, scope);
         return text;
+    }
+
+    // A literal beyond the int range is a decimal in SQL Server, so its arithmetic does not overflow.
+    static bool fitsInt(const Expr& e) {
+        if (e.kind != ExprKind::Number) return true;
+        return e.text.size() < 10 || (e.text.size() == 10 && e.text <= "2147483647");
     }
 
     std::string caseExpr(const Expr& e, const Scope& scope) {
@@ -671,24 +719,53 @@ private:
                 if (!style && valueType == SqlType::DateTime) style = 120;
                 if (valueType == SqlType::Real) {
                     // a DECIMAL(p,s) value is written with its s places: 12.50, not 12.5
-                    if (auto scale = decimalScale(value, scope); scale && *scale > 0)
-                        return d_.toText(d_.fixedPoint(v, *scale), std::nullopt, length, e.type.isFixedChar());
+                    const auto scale = decimalScale(value, scope);
+                    if (scale && *scale > 0) return d_.toText(d_.fixedPoint(v, *scale), std::nullopt, length, e.type.isFixedChar());
+                    // a float with six significant digits (a decimal quotient keeps its digits)
+                    if (!scale && !(value.kind == ExprKind::Binary && (value.text == "/" || value.text == "%")))
+                        return d_.toText(d_.call("float_text", {v}), std::nullopt, length, e.type.isFixedChar());
                 }
                 if (style && !dates::formatStyle(dates::DateTime{}, *style) && *style != 0)
                     fail("unsupported CONVERT style " + std::to_string(*style), e.pos);
                 return d_.toText(v, style, length, e.type.isFixedChar());
             }
-            case SqlType::Integer: return d_.toInteger(v);
-            case SqlType::Real: {
-                std::optional<int> scale;
-                if (e.type.name == "DECIMAL" || e.type.name == "NUMERIC") scale = e.type.params.size() >= 2 ? e.type.params[1] : 0;
-                if (e.type.name == "MONEY" || e.type.name == "SMALLMONEY") scale = 4;
-                return d_.toReal(v, scale);
+            case SqlType::Integer: {
+                if (e.tryConversion) return d_.call("try", {v, d_.quoteString(integerKind(e.type.name)), "0", "0"});
+                if (e.type.name == "BIT") return d_.call("bit", {v});
+                return d_.call("int", {v, d_.quoteString(integerKind(e.type.name))});
             }
-            case SqlType::DateTime: return d_.toDateTime(v);
+            case SqlType::Real: {
+                int precision = -1, scale = -1;
+                if (e.type.name == "DECIMAL" || e.type.name == "NUMERIC") {
+                    precision = e.type.params.empty() ? 18 : e.type.params[0];
+                    scale = e.type.params.size() >= 2 ? e.type.params[1] : 0;
+                }
+                if (e.type.name == "MONEY") precision = 19, scale = 4;
+                if (e.type.name == "SMALLMONEY") precision = 10, scale = 4;
+                if (e.tryConversion)
+                    return d_.call("try", {v, d_.quoteString(scale >= 0 ? "decimal" : "float"), std::to_string(precision), std::to_string(scale)});
+                if (scale >= 0) return d_.call("decimal", {v, std::to_string(precision), std::to_string(scale)});
+                return d_.toReal(v, std::nullopt);
+            }
+            case SqlType::DateTime: {
+                const std::string value = e.tryConversion ? d_.call("try", {v, d_.quoteString("datetime"), "0", "0"})
+                                          : e.style ? d_.call("datetime", {v, std::to_string(*e.style)})
+                                                    : d_.toDateTime(v);
+                if (e.type.name == "DATE") return d_.call("date", {value});  // the day, at midnight
+                if (e.type.name == "SMALLDATETIME") return d_.call("smalldatetime", {value});  // to the nearest minute
+                return value;
+            }
             case SqlType::Unknown: break;
         }
         fail("unsupported conversion target " + e.type.name, e.pos);
+    }
+
+    static const char* integerKind(const std::string& typeName) {
+        if (typeName == "SMALLINT") return "smallint";
+        if (typeName == "TINYINT") return "tinyint";
+        if (typeName == "BIGINT") return "bigint";
+        if (typeName == "BIT") return "bit";
+        return "int";
     }
 
     dates::Part datePartOf(const std::string& name, Position pos) const {
@@ -710,12 +787,31 @@ private:
         if (name == "DATEPART") return d_.datePart(part, dateArgument(*e.args[0], scope));
         if (name == "DATEADD") return d_.dateAdd(part, expr(*e.args[0], scope), dateArgument(*e.args[1], scope));
         if (name == "DATEDIFF") return d_.dateDiff(part, dateArgument(*e.args[0], scope), dateArgument(*e.args[1], scope));
+        if (name == "DATENAME") return d_.call("datename", {d_.quoteString(dates::partName(part)), dateArgument(*e.args[0], scope)});
         fail(name + " is not supported", e.pos);
     }
 
     void expectArguments(const Expr& e, std::size_t count) const {
         if (e.args.size() != count)
             fail("The " + toUpper(e.name.last()) + " function requires " + std::to_string(count) + " argument(s).", e.pos);
+    }
+
+    struct RuntimeHelper {
+        const char* name;
+        std::size_t minArguments, maxArguments;
+    };
+    // T-SQL functions that map one to one onto a runtime helper of the same meaning.
+    static std::optional<RuntimeHelper> runtimeHelper(const std::string& name) {
+        static const std::map<std::string, RuntimeHelper> helpers = {
+            {"REPLACE", {"replace", 3, 3}},       {"REPLICATE", {"replicate", 2, 2}}, {"SPACE", {"space", 1, 1}},
+            {"STR", {"str", 1, 3}},               {"STUFF", {"stuff", 4, 4}},         {"CONCAT", {"concat", 2, 254}},
+            {"QUOTENAME", {"quotename", 1, 2}},   {"ISNUMERIC", {"isnumeric", 1, 1}}, {"PATINDEX", {"patindex", 2, 2}},
+            {"EOMONTH", {"eomonth", 1, 2}},       {"DATEFROMPARTS", {"datefromparts", 3, 3}}, {"ISDATE", {"isdate", 1, 1}},
+            {"ROUND", {"round", 2, 3}},
+        };
+        auto found = helpers.find(name);
+        if (found == helpers.end()) return std::nullopt;
+        return found->second;
     }
 
     std::string function(const Expr& e, const Scope& scope) {
@@ -742,12 +838,57 @@ private:
         }
         if (name == "SUBSTRING") {
             expectArguments(e, 3);
-            return "substr(" + arg(0) + ", " + arg(1) + ", " + arg(2) + ")";
+            return d_.call("substring", {arg(0), arg(1), arg(2)});
         }
         if (name == "CHARINDEX") {
+            if (e.args.size() == 3) return d_.call("charindex", {arg(0), arg(1), arg(2)});
             expectArguments(e, 2);
             return d_.charIndex(arg(0), arg(1));
         }
+        if (auto helper = runtimeHelper(name)) {
+            if (e.args.size() < helper->minArguments || e.args.size() > helper->maxArguments)
+                fail("The " + name + " function requires " + std::to_string(helper->minArguments) +
+                         (helper->maxArguments != helper->minArguments ? " or more" : "") + " argument(s).",
+                     e.pos);
+            std::vector<std::string> args;
+            for (std::size_t i = 0; i < e.args.size(); ++i) args.push_back(arg(i));
+            const std::string text = d_.call(helper->name, args);
+            return name == "ROUND" ? exactDecimal(text, e, scope) : text;
+        }
+        if (name == "DATALENGTH") {
+            expectArguments(e, 1);
+            const std::string value = arg(0);
+            switch (typeOf(*e.args[0], scope)) {
+                case SqlType::Integer: return d_.call("sized", {value, "4"});
+                case SqlType::Real:
+                case SqlType::DateTime: return d_.call("sized", {value, "8"});
+                default: return "length(CAST(" + value + " AS BLOB))";
+            }
+        }
+        if (name == "IIF" || name == "CHOOSE") {
+            if (name == "IIF") expectArguments(e, 3);
+            else if (e.args.size() < 2) fail("The CHOOSE function requires 2 or more argument(s).", e.pos);
+            const SqlType resultType = typeOf(e, scope);
+            auto branch = [&](const Expr& value) {
+                return isNumeric(resultType) || resultType == SqlType::DateTime ? coerced(value, scope, resultType, false) : expr(value, scope);
+            };
+            if (name == "IIF") return "(CASE WHEN " + arg(0) + " THEN " + branch(*e.args[1]) + " ELSE " + branch(*e.args[2]) + " END)";
+            std::string text = "(CASE " + d_.toInteger(coerced(*e.args[0], scope, SqlType::Integer, false));
+            for (std::size_t i = 1; i < e.args.size(); ++i) text += " WHEN " + std::to_string(i) + " THEN " + branch(*e.args[i]);
+            return text + " END)";
+        }
+        if (name == "COALESCE" && !e.args.empty()) {
+            const SqlType resultType = typeOf(e, scope);
+            std::string text = "coalesce(";
+            for (std::size_t i = 0; i < e.args.size(); ++i) {
+                const bool convert = isNumeric(resultType) || resultType == SqlType::DateTime;
+                text += (i ? ", " : "") + (convert ? coerced(*e.args[i], scope, resultType, false) : arg(i));
+            }
+            return text + ")";
+        }
+        if ((name == "MIN" || name == "MAX") && e.args.size() == 1 && e.args[0]->kind != ExprKind::Column &&
+            typeOf(*e.args[0], scope) == SqlType::Text)
+            return name + "(" + withCollation(arg(0), *e.args[0]) + ")";
         if (name == "YEAR" || name == "MONTH" || name == "DAY") {
             expectArguments(e, 1);
             return d_.datePart(*dates::partFromName(name), dateArgument(*e.args[0], scope));
@@ -779,6 +920,9 @@ private:
         switch (ref.kind) {
             case TableRef::Kind::Table: {
                 ++joined;
+                if (&ref == rowExposed_)
+                    return "(SELECT " + d_.rowIdentifier() + " AS " + d_.quoteIdentifier("qx_row") + ", * FROM " + d_.tableReference(ref.table) +
+                           ") AS " + (ref.alias ? d_.quoteIdentifier(*ref.alias) : d_.tableQualifier(ref.table));
                 std::string text = d_.tableReference(ref.table);
                 if (ref.alias) text += " AS " + d_.quoteIdentifier(*ref.alias);
                 return text;
@@ -819,8 +963,20 @@ private:
     // implicit conversions; skipIdentity drops IDENTITY() items (SELECT … INTO).
         // unionTypes: the type SQL Server gives each column of a UNION (the highest of its branches);
     // a literal of a lower type is converted the way SQL Server converts it ('' to 0).
+    // selectList: written instead of the core's own select list (the ranking of WITH TIES)
     std::string core(const SelectCore& c, const Scope& scope, const std::vector<CatalogColumn>* targets, bool skipIdentity,
-                     const std::vector<SqlType>* unionTypes = nullptr) {
+                     const std::vector<SqlType>* unionTypes = nullptr, const std::string* selectList = nullptr) {
+        if (selectList) {
+            std::string text = "SELECT " + *selectList;
+            if (!c.from.empty()) text += " FROM " + fromClause(c.from, scope);
+            if (c.where) text += " WHERE " + expr(*c.where, scope);
+            if (!c.groupBy.empty()) {
+                text += " GROUP BY ";
+                for (std::size_t i = 0; i < c.groupBy.size(); ++i) text += (i ? ", " : "") + withCollationIfText(*c.groupBy[i], scope);
+            }
+            if (c.having) text += " HAVING " + expr(*c.having, scope);
+            return text;
+        }
         std::string text = c.distinct ? "SELECT DISTINCT " : "SELECT ";
         std::size_t position = 0;
         bool positionKnown = true;
@@ -844,8 +1000,11 @@ private:
                 continue;
             }
             if (targets && positionKnown && position < targets->size()) text += stored(e, scope, (*targets)[position]);
-            else if (unionTypes && positionKnown && position < unionTypes->size() && e.kind == ExprKind::String)
+            else if (unionTypes && positionKnown && position < unionTypes->size() && e.kind == ExprKind::String &&
+                     (*unionTypes)[position] != SqlType::Text)
                 text += coerced(e, scope, (*unionTypes)[position], false);
+            else if (e.kind != ExprKind::Column && typeOf(e, scope) == SqlType::Text)
+                text += withCollation(expr(e, scope), e);  // the value compares, groups and sorts as text columns do
             else text += expr(e, scope);
             ++position;
             if (item.alias) text += " AS " + d_.quoteIdentifier(*item.alias);
@@ -866,9 +1025,40 @@ private:
         return text;
     }
 
+    // TOP n, or TOP n PERCENT: that share of the rows, rounded up.
+    std::string withCollationIfText(const Expr& e, const Scope& scope) {
+        const std::string text = expr(e, scope);
+        return typeOf(e, scope) == SqlType::Text ? withCollation(text, e) : text;
+    }
+
+    // TOP n WITH TIES: as many rows as rank within the first n by the ORDER BY.
+    std::string tiesCount(const Query& q, const Scope& scope, const std::string& count) {
+        const SelectCore& c = q.cores.front();
+        if (q.orderBy.empty()) fail("TOP … WITH TIES needs an ORDER BY", c.pos);
+        std::string terms;
+        for (std::size_t i = 0; i < q.orderBy.size(); ++i) {
+            const Expr& e = *q.orderBy[i].expr;
+            const Expr* term = &e;
+            if (e.kind == ExprKind::Column && e.name.parts.size() == 1)  // a select-list alias: its expression
+                for (const auto& item : c.items)
+                    if (item.alias && equalsIgnoreCase(*item.alias, e.name.last())) term = item.expr.get();
+            terms += (i ? ", " : "") + withCollationIfText(*term, scope) + (q.orderBy[i].descending ? " DESC" : "");
+        }
+        const std::string rank = "RANK() OVER (ORDER BY " + terms + ") AS " + d_.quoteIdentifier("qx_rank");
+        return "(SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false, nullptr, &rank) + ") WHERE " + d_.quoteIdentifier("qx_rank") +
+               " <= " + count + ")";
+    }
+
     std::string topCount(const SelectCore& c, const Scope& scope) {
-        if (c.topPercent) fail("TOP … PERCENT is not supported", c.pos);
-        return expr(*c.top, scope);
+        if (!c.topPercent) return expr(*c.top, scope);
+        // the share needs the query written twice: nesting it would double the text each time
+        if (++percentNesting_ > 2) fail("TOP … PERCENT nested in TOP … PERCENT is not supported", c.pos);
+        struct Leave {
+            int& depth;
+            ~Leave() { --depth; }
+        } leave{percentNesting_};
+        const std::string rows = "SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false) + ")";
+        return "(SELECT CAST(ceil((" + rows + ") * (" + expr(*c.top, scope) + ") / 100.0) AS INTEGER))";
     }
 
     std::string query(const Query& q, const Scope* parent, const std::vector<CatalogColumn>* targets = nullptr, bool skipIdentity = false) {
@@ -882,6 +1072,7 @@ private:
             const SelectCore& c = q.cores[i];
             Scope scope = buildScope(c.from, parent);
             std::string branch = core(c, scope, targets, skipIdentity, single ? nullptr : &unionTypes);
+            if (c.top && c.topWithTies && !single) fail("TOP … WITH TIES in a UNION is not supported", c.pos);
             if (c.top && !single) {
                 // TOP limits its own branch; SQLite only allows LIMIT on the whole compound.
                 branch = "SELECT * FROM (" + branch + d_.limit(topCount(c, scope)) + ") AS " + d_.quoteIdentifier("top_" + std::to_string(i + 1));
@@ -905,7 +1096,9 @@ private:
                 if (q.orderBy[i].descending) text += " DESC";
             }
         }
-        if (single && q.cores[0].top) text += d_.limit(topCount(q.cores[0], *singleScope));
+        if (single && q.cores[0].top && q.cores[0].topWithTies)
+            text += d_.limit(tiesCount(q, *singleScope, topCount(q.cores[0], *singleScope)));
+        else if (single && q.cores[0].top) text += d_.limit(topCount(q.cores[0], *singleScope));
         return text;
     }
 
@@ -964,6 +1157,8 @@ private:
         std::string insertColumns;
         std::size_t identities = 0;
         std::size_t position = 0;
+        const Expr* identityColumn = nullptr;
+        std::string identityName;
         for (const auto& item : first.items) {
             if (item.expr->kind == ExprKind::Star) {
                 // stars expand to their sources' columns, already counted in columns
@@ -977,9 +1172,11 @@ private:
             const OutputColumn& column = columns[position++];
             if (item.expr->kind == ExprKind::Identity) {
                 const Expr& identity = *item.expr;
-                if (identity.identitySeed != 1 || identity.identityStep != 1) fail("IDENTITY numbering must start at 1 and step by 1", identity.pos);
+                if (identity.identityStep == 0) fail("the increment of an IDENTITY column cannot be 0", identity.pos);
+                identityColumn = &identity;
                 if (++identities > 1) fail("a table can have only one identity column", identity.pos);
                 if (column.name.empty()) fail("the IDENTITY column needs a name", identity.pos);
+                identityName = column.name;
                 if (!definition.empty()) definition += ", ";
                 definition += d_.quoteIdentifier(column.name) + " " + d_.identityColumnType();
                 continue;
@@ -989,6 +1186,9 @@ private:
         std::vector<std::string> statements;
         if (target.isTemp()) statements.push_back(d_.dropTableIfExists(target));
         statements.push_back(d_.createTableHead(target) + " (" + definition + ")");
+        if (identityColumn && (identityColumn->identitySeed != 1 || identityColumn->identityStep != 1))
+            for (auto& sql : d_.identitySequence(target, identityName, identityColumn->identitySeed, identityColumn->identityStep))
+                statements.push_back(sql);
         statements.push_back("INSERT INTO " + d_.tableReference(target) + " (" + insertColumns + ") " + query(q, nullptr, nullptr, true));
         return statements;
     }
@@ -1064,7 +1264,54 @@ private:
         return source;
     }
 
+    // UPDATE a SET … FROM t a JOIN …, UPDATE t SET … FROM t JOIN …: the target is a source of
+    // its own FROM. The engine's UPDATE … FROM names the table once more under a private alias
+    // and ties the two by row.
+    std::string updateThroughFrom(const SyntaxTree& tree) {
+        Scope scope;
+        for (const auto& ref : tree.from) addSources(*ref, scope);
+        scope.qualifyLocal = true;
+        const Source* target = findSource(scope, tree.target.last());
+        if (!target || target->table.parts.empty()) fail("the target of UPDATE must be a table of its FROM", tree.pos);
+        const std::string alias = d_.quoteIdentifier("qx_target");
+        // the engine hides the row ids of an UPDATE's FROM tables: the target's copy shows its own
+        rowExposed_ = findTableRef(tree.from, tree.target.last());
+        std::string text = "UPDATE " + d_.tableReference(target->table) + " AS " + alias + " SET ";
+        for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
+            const Assignment& a = tree.assignments[i];
+            if (i) text += ", ";
+            text += d_.quoteIdentifier(a.column.last()) + " = " + stored(*a.value, scope, targetColumn(*target, a.column.last()));
+        }
+        text += " FROM " + fromClause(tree.from, scope);
+        const std::string row = d_.rowIdentifier();
+        text += " WHERE " + alias + "." + row + " = " + target->qualifier + "." + d_.quoteIdentifier("qx_row");
+        if (tree.where) text += " AND (" + expr(*tree.where, scope) + ")";
+        return text;
+    }
+
+    static const TableRef* findTableRef(const std::vector<TableRefPtr>& from, std::string_view name) {
+        std::vector<const TableRef*> pending;
+        for (const auto& ref : from) pending.push_back(ref.get());
+        while (!pending.empty()) {
+            const TableRef* ref = pending.back();
+            pending.pop_back();
+            if (ref->kind == TableRef::Kind::Join) {
+                pending.push_back(ref->left.get());
+                pending.push_back(ref->right.get());
+            } else if (ref->kind == TableRef::Kind::Table) {
+                if (ref->alias ? equalsIgnoreCase(*ref->alias, name) : equalsIgnoreCase(ref->table.last(), name)) return ref;
+            }
+        }
+        return nullptr;
+    }
+
     std::string update(const SyntaxTree& tree) {
+        {
+            Scope probe;
+            for (const auto& ref : tree.from) addSources(*ref, probe);
+            for (const auto& source : probe.sources)
+                if (equalsIgnoreCase(source.refName, tree.target.last())) return updateThroughFrom(tree);
+        }
         Scope scope;
         scope.sources.push_back(targetSource(tree.target));
         for (const auto& ref : tree.from) addSources(*ref, scope);
@@ -1094,6 +1341,12 @@ private:
             Scope scope;
             scope.sources.push_back(targetSource(tree.target));
             std::string text = "DELETE FROM " + d_.tableReference(tree.target);
+            if (tree.top) {  // DELETE TOP (n): any n of the rows the WHERE selects
+                const std::string row = d_.rowIdentifier();
+                text += " WHERE " + row + " IN (SELECT " + row + " FROM " + d_.tableReference(tree.target);
+                if (tree.where) text += " WHERE " + expr(*tree.where, scope);
+                return text + d_.limit(expr(*tree.top, scope)) + ")";
+            }
             if (tree.where) text += " WHERE " + expr(*tree.where, scope);
             return text;
         }
@@ -1114,6 +1367,7 @@ private:
         const std::string row = d_.rowIdentifier();
         std::string text = "DELETE FROM " + d_.tableReference(table) + " WHERE " + row + " IN (SELECT " + qualifier + "." + row + " FROM " + from;
         if (tree.where) text += " WHERE " + expr(*tree.where, scope);
+        if (tree.top) text += d_.limit(expr(*tree.top, scope));
         return text + ")";
     }
 
@@ -1131,6 +1385,7 @@ private:
                 body += d_.identityColumnType();
             } else {
                 body += d_.columnType(column.type);
+                body += storageCheck(tree.target, column);
                 if (column.primaryKey) {
                     body += " PRIMARY KEY";
                     columnPrimaryKey = true;
@@ -1153,7 +1408,25 @@ private:
         std::vector<std::string> statements;
         if (tree.target.isTemp()) statements.push_back(d_.dropTableIfExists(tree.target));
         statements.push_back(d_.createTableHead(tree.target) + " (" + body + ")");
+        if (identity && (identity->identitySeed != 1 || identity->identityStep != 1))
+            for (auto& sql : d_.identitySequence(tree.target, identity->name, identity->identitySeed, identity->identityStep)) statements.push_back(sql);
         return statements;
+    }
+
+    // What a column refuses as SQL Server does: text longer than VARCHAR(n)/CHAR(n) ("String or
+    // binary data would be truncated"), integers outside INT/SMALLINT/TINYINT (overflow).
+    std::string storageCheck(const Name& table, const ColumnDef& column) const {
+        const std::string name = d_.quoteIdentifier(column.name);
+        const std::string& type = column.type.name;
+        if (column.type.sqlType() == SqlType::Text && !column.type.params.empty() && column.type.params[0] > 0)
+            return " CHECK (" + d_.call("fits", {name, std::to_string(column.type.params[0]), d_.quoteString(table.last()), d_.quoteString(column.name)}) + ")";
+        if (column.type.scale() >= 0) {
+            const int precision = !column.type.params.empty() ? column.type.params[0] : type == "SMALLMONEY" ? 10 : type == "MONEY" ? 19 : 18;
+            return " CHECK (" + d_.call("fits_decimal", {name, std::to_string(precision), std::to_string(column.type.scale())}) + ")";
+        }
+        if (type == "INT" || type == "INTEGER" || type == "SMALLINT" || type == "TINYINT")
+            return " CHECK (" + d_.call("checked", {name, d_.quoteString(integerKind(type))}) + " IS " + name + ")";
+        return "";
     }
 
     std::string nameList(const std::vector<std::string>& names) const {
@@ -1187,6 +1460,8 @@ private:
     const Dialect& d_;
     std::map<std::string, std::optional<std::vector<CatalogColumn>>> tableCache_;
     std::map<const Expr*, SqlType> typeCache_;
+    const TableRef* rowExposed_ = nullptr;
+    int percentNesting_ = 0;  // the target's table in UPDATE … FROM (see updateThroughFrom)
     std::map<const Query*, std::pair<std::vector<OutputColumn>, bool>> outputCache_;
 };
 

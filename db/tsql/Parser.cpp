@@ -55,6 +55,19 @@ public:
         while (true) {
             while (peek().isOp(";")) ++pos_;
             if (peek().kind == TokenKind::End) break;
+            if ((peek().isWord("EXEC") || peek().isWord("EXECUTE")) && peek(1).isOp("(")) {
+                // EXEC('…'): the text is a batch of its own, run in place
+                pos_ += 2;
+                std::string inner;
+                do {
+                    const Token& part = take();
+                    if (part.kind != TokenKind::String) fail("EXEC( ) takes a quoted text near " + describe(part), part);
+                    inner += part.text;
+                } while (acceptOp("+"));
+                expectOp(")");
+                for (auto& statement : Parser(inner, tokenize(inner)).parseAll()) statements.push_back(std::move(statement));
+                continue;
+            }
             statements.push_back(parseOneStatement());
         }
         return statements;
@@ -218,6 +231,11 @@ private:
     void parseDelete(SyntaxTree& tree) {
         take();
         tree.kind = StatementKind::Delete;
+        if (acceptWord("TOP")) {
+            expectOp("(");
+            tree.top = parseExpr();
+            expectOp(")");
+        }
         acceptWord("FROM");
         tree.target = parseName();
         if (acceptWord("FROM")) tree.from = parseFromList();
@@ -295,9 +313,10 @@ private:
             if (acceptWord("IDENTITY")) {
                 column.identity = true;
                 if (acceptOp("(")) {
-                    parseSignedInteger();
+                    column.identitySeed = parseSignedInteger();
                     expectOp(",");
-                    parseSignedInteger();
+                    column.identityStep = parseSignedInteger();
+                    if (column.identityStep == 0) fail("the increment of an IDENTITY column cannot be 0", peek());
                     expectOp(")");
                 }
             } else if (acceptWord("NOT")) {
@@ -426,6 +445,7 @@ private:
 
     // ---- queries ----
     QueryPtr parseQuery() {
+        Nesting nesting(*this);
         auto query = std::make_unique<Query>();
         query->pos = at(peek());
         query->cores.push_back(parseCoreOrParenthesized());
@@ -483,6 +503,10 @@ private:
                 core.top->text = number.text;
             }
             if (acceptWord("PERCENT")) core.topPercent = true;
+            if (peek().isWord("WITH") && peek(1).isWord("TIES")) {
+                pos_ += 2;
+                core.topWithTies = true;
+            }
         }
         do core.items.push_back(parseSelectItem());
         while (acceptOp(","));
@@ -567,6 +591,7 @@ private:
     }
 
     TableRefPtr parseTablePrimary() {
+        Nesting nesting(*this);
         auto ref = std::make_unique<TableRef>();
         ref->pos = at(peek());
         if (peek().isOp("(")) {
@@ -587,13 +612,28 @@ private:
         }
         ref->kind = TableRef::Kind::Table;
         ref->table = parseName();
+        skipOldStyleHints();
         parseTableAlias(*ref);
+        skipOldStyleHints();
         if (peek().isWord("WITH") && peek(1).isOp("(")) {  // table hints such as WITH (NOLOCK)
             pos_ += 2;
             while (!peek().isOp(")") && peek().kind != TokenKind::End) take();
             expectOp(")");
         }
         return ref;
+    }
+
+    // FROM t (NOLOCK): table hints without WITH; they change locking only, so they are dropped.
+    void skipOldStyleHints() {
+        static const char* const hints[] = {"NOLOCK", "READUNCOMMITTED", "UPDLOCK", "HOLDLOCK", "ROWLOCK", "TABLOCK", "READPAST", "PAGLOCK", "TABLOCKX", "XLOCK", "NOWAIT"};
+        while (peek().isOp("(")) {
+            bool hint = false;
+            for (const char* h : hints) hint = hint || peek(1).isWord(h);
+            if (!hint) return;
+            pos_ += 1;
+            while (!peek().isOp(")") && peek().kind != TokenKind::End) take();
+            expectOp(")");
+        }
     }
 
     void parseTableAlias(TableRef& ref) {
@@ -617,7 +657,9 @@ private:
 
     ExprPtr parseOr() {
         ExprPtr left = parseAnd();
+        Chain chain(*this);
         while (peek().isWord("OR")) {
+            chain.grow();
             const Token& op = take();
             left = makeBinary(op, "OR", std::move(left), parseAnd());
         }
@@ -626,7 +668,9 @@ private:
 
     ExprPtr parseAnd() {
         ExprPtr left = parseNot();
+        Chain chain(*this);
         while (peek().isWord("AND")) {
+            chain.grow();
             const Token& op = take();
             left = makeBinary(op, "AND", std::move(left), parseNot());
         }
@@ -634,6 +678,7 @@ private:
     }
 
     ExprPtr parseNot() {
+        Nesting nesting(*this, 1);
         if (peek().isWord("NOT")) {
             const Token& op = take();
             auto expr = std::make_unique<Expr>(ExprKind::Unary, at(op));
@@ -646,7 +691,9 @@ private:
 
     ExprPtr parseComparison() {
         ExprPtr left = parseAdditive();
+        Chain chain(*this);
         while (true) {
+            chain.grow();
             const Token& token = peek();
             static const std::set<std::string> comparisons = {"=", "<>", "!=", "<", ">", "<=", ">=", "!<", "!>"};
             if (token.kind == TokenKind::Operator && comparisons.count(token.text)) {
@@ -712,7 +759,9 @@ private:
 
     ExprPtr parseAdditive() {
         ExprPtr left = parseMultiplicative();
+        Chain chain(*this);
         while (true) {
+            chain.grow();
             const Token& token = peek();
             if (token.isOp("+") || token.isOp("-") || token.isOp("&") || token.isOp("|") || token.isOp("^") || token.isOp("||")) {
                 take();
@@ -725,7 +774,9 @@ private:
 
     ExprPtr parseMultiplicative() {
         ExprPtr left = parseUnary();
+        Chain chain(*this);
         while (true) {
+            chain.grow();
             const Token& token = peek();
             if (token.isOp("*") || token.isOp("/") || token.isOp("%")) {
                 take();
@@ -737,6 +788,7 @@ private:
     }
 
     ExprPtr parseUnary() {
+        Nesting nesting(*this);
         const Token& token = peek();
         if (token.isOp("-") || token.isOp("+") || token.isOp("~")) {
             take();
@@ -748,7 +800,37 @@ private:
         return parsePrimary();
     }
 
+    // Deeply nested text (parentheses, subqueries) is refused before it exhausts the stack.
+    struct Nesting {
+        explicit Nesting(Parser& p, int weight = 5) : parser(p), weight(weight) { parser.deepen(weight); }
+        ~Nesting() { parser.depth_ -= weight; }
+        Parser& parser;
+        int weight;
+    };
+    // A nesting level costs 5, an operator of a chain (a + b + c …) 1: at most 200 levels of
+    // parentheses or 1000 chained operators, whatever mix.
+    static constexpr int kMaxDepth = 1000;
+    // The operators of one chain each deepen the tree by one level.
+    struct Chain {
+        explicit Chain(Parser& p) : parser(p) {}
+        ~Chain() { parser.depth_ -= added; }
+        void grow() {
+            parser.deepen(1);
+            ++added;
+        }
+        Parser& parser;
+        int added = 0;
+    };
+    void deepen(int weight) {
+        depth_ += weight;
+        if (depth_ > kMaxDepth) {
+            depth_ -= weight;
+            fail("the statement is nested too deeply", peek());
+        }
+    }
+
     ExprPtr parsePrimary() {
+        Nesting nesting(*this);
         const Token& token = peek();
         switch (token.kind) {
             case TokenKind::Number: {
@@ -804,6 +886,11 @@ private:
             if (peek(1).isOp("(")) {
                 if (word == "CAST") return parseCast();
                 if (word == "CONVERT") return parseConvert();
+                if (word == "TRY_CAST" || word == "TRY_CONVERT") {
+                    ExprPtr converted = word == "TRY_CAST" ? parseCast() : parseConvert();
+                    converted->tryConversion = true;
+                    return converted;
+                }
                 if (word == "DATEPART" || word == "DATEADD" || word == "DATEDIFF" || word == "DATENAME") return parseDateFunction();
                 if (word == "IDENTITY") return parseIdentity();
                 return parseFunction();
@@ -929,6 +1016,7 @@ private:
     std::vector<Token> tokens_;
     std::size_t pos_ = 0;
     std::size_t statementStart_ = 0;
+    int depth_ = 0;
 };
 
 }  // namespace

@@ -70,6 +70,21 @@ public:
         return "";
     }
     std::string identityColumnType() const override { return "INTEGER PRIMARY KEY"; }
+    // SQLite numbers an INTEGER PRIMARY KEY one past the largest; a trigger renumbers each new
+    // row from a counter kept in qx_identity (in the table's own schema).
+    std::vector<std::string> identitySequence(const Name& table, std::string_view column, long long seed, long long step) const override {
+        const std::string schema = table.isTemp() ? "temp." : "main.";
+        const std::string key = quoteString(table.last());
+        const std::string counters = schema + "qx_identity";
+        return {
+            "CREATE TABLE IF NOT EXISTS " + counters + " (tbl TEXT PRIMARY KEY, last INTEGER)",
+            "INSERT OR REPLACE INTO " + counters + " VALUES (" + key + ", " + std::to_string(seed - step) + ")",
+            std::string(table.isTemp() ? "CREATE TEMP TRIGGER " : "CREATE TRIGGER ") + quoteIdentifier("qx_identity_" + table.last()) +
+                " AFTER INSERT ON " + tableReference(table) + " BEGIN UPDATE qx_identity SET last = last + (" + std::to_string(step) +
+                ") WHERE tbl = " + key + "; UPDATE " + tableQualifier(table) + " SET " + quoteIdentifier(column) +
+                " = (SELECT last FROM qx_identity WHERE tbl = " + key + ") WHERE rowid = NEW.rowid; END",
+        };
+    }
     std::string collate() const override { return std::string(" COLLATE ") + kSqliteCollation; }
 
     std::string concat(const std::string& left, const std::string& right) const override { return left + " || " + right; }
@@ -107,19 +122,27 @@ public:
         return "ifnull(" + value + ", " + fallback + ")";
     }
     std::string left(const std::string& text, const std::string& count) const override {
-        return "substr(" + text + ", 1, " + count + ")";
+        return "qx_left(" + text + ", " + count + ")";
     }
     std::string right(const std::string& text, const std::string& count) const override {
         return "qx_right(" + text + ", " + count + ")";
     }
     std::string length(const std::string& text) const override { return "length(rtrim(" + text + "))"; }
     std::string charIndex(const std::string& needle, const std::string& haystack) const override {
-        return "instr(" + haystack + ", " + needle + ")";
+        return "qx_charindex(" + needle + ", " + haystack + ")";
     }
     std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const override {
         return "qx_like(" + value + ", " + pattern + (escape.empty() ? "" : ", " + escape) + ")";
     }
     std::string limit(const std::string& count) const override { return " LIMIT " + count; }
+    std::string call(std::string_view helper, const std::vector<std::string>& args) const override {
+        std::string text = "qx_" + std::string(helper) + "(";
+        for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : "") + args[i];
+        return text + ")";
+    }
+    std::string singleValue(const std::string& subquery) const override {
+        return "(WITH qx_scalar(v) AS (" + subquery + ") SELECT qx_one(v) FROM qx_scalar)";
+    }
 };
 
 }  // namespace

@@ -45,6 +45,8 @@ public:
         if (U_FAILURE(status)) throw qx::db::Error(std::string("cannot order the text collation: ") + u_errorName(status));
     }
     ~TextCollation() { ucol_close(collator_); }
+
+    SqliteRuntimeOptions options;  // per connection, lives as long as the collation
     TextCollation(const TextCollation&) = delete;
     TextCollation& operator=(const TextCollation&) = delete;
 
@@ -172,10 +174,22 @@ void numFunction(sqlite3_context* context, int, sqlite3_value** argv) {
 }
 
 // qx_datetime(x): any accepted date as "YYYY-MM-DD HH:MM:SS".
-void datetimeFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+// qx_datetime(x, style): CONVERT(datetime, x, style) — styles 3-5 and 103-105 read the day first.
+void datetimeFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
     if (sqlite3_value_type(argv[0]) == SQLITE_NULL) return sqlite3_result_null(context);
     dates::DateTime value;
-    if (dateArgument(context, argv[0], value)) resultText(context, dates::formatIso(value));
+    const int style = argc > 1 ? sqlite3_value_int(argv[1]) : 0;
+    const bool dayFirst = (style >= 3 && style <= 5) || (style >= 103 && style <= 105);
+    if (dayFirst && sqlite3_value_type(argv[0]) == SQLITE_TEXT) {
+        auto parsed = dates::parse(textOf(argv[0]), true);
+        if (!parsed) return sqlite3_result_error(context, "Conversion failed when converting date and/or time from character string.", -1);
+        value = *parsed;
+    } else if (!dateArgument(context, argv[0], value)) {
+        return;
+    }
+    if (value.year < 1753)
+        return sqlite3_result_error(context, "The conversion of a varchar data type to a datetime data type resulted in an out-of-range value.", -1);
+    resultText(context, dates::formatIso(value));
 }
 
 void datepartFunction(sqlite3_context* context, int, sqlite3_value** argv) {
@@ -191,8 +205,12 @@ void dateaddFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     dates::Part part;
     dates::DateTime value;
     if (partArgument(context, argv[0], part) && dateArgument(context, argv[2], value)) {
-        const auto amount = static_cast<std::int64_t>(std::trunc(sqlite3_value_double(argv[1])));
-        resultText(context, dates::formatIso(dates::dateAdd(value, part, amount)));
+        const double raw = sqlite3_value_double(argv[1]);
+        if (!(std::fabs(raw) < 1.0e12)) return sqlite3_result_error(context, "Adding a value to a 'datetime' column caused an overflow.", -1);
+        const auto amount = static_cast<std::int64_t>(std::trunc(raw));
+        const dates::DateTime sum = dates::dateAdd(value, part, amount);
+        if (sum.year < 1753 || sum.year > 9999) return sqlite3_result_error(context, "Adding a value to a 'datetime' column caused an overflow.", -1);
+        resultText(context, dates::formatIso(sum));
     }
 }
 
@@ -246,7 +264,9 @@ void toCharFunction(sqlite3_context* context, int, sqlite3_value** argv) {
             }
         }
     }
-    const auto length = static_cast<std::size_t>(sqlite3_value_int(argv[2]));
+    const auto length = static_cast<std::size_t>(std::max(0, sqlite3_value_int(argv[2])));
+    // an integer too long for its text is written as '*'
+    if (type == SQLITE_INTEGER && length > 0 && text.size() > length) return resultText(context, "*");
     if (length > 0) {
         const std::size_t characters = utf8Length(text);
         if (characters > length) text.resize(utf8Offset(text, length));
@@ -266,21 +286,10 @@ void rightFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     resultText(context, text.substr(utf8Offset(text, characters - static_cast<std::size_t>(count))));
 }
 
-// Code points of a UTF-8 text, ASCII letters folded to lower case.
+// Code points of a UTF-8 text as the collation compares them, trailing blanks dropped.
 std::vector<std::uint32_t> foldedCodePoints(const std::string& text) {
     std::vector<std::uint32_t> points;
-    for (std::size_t i = 0; i < text.size();) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        std::uint32_t point = c;
-        std::size_t length = 1;
-        if (c >= 0xF0) point = c & 0x07, length = 4;
-        else if (c >= 0xE0) point = c & 0x0F, length = 3;
-        else if (c >= 0xC0) point = c & 0x1F, length = 2;
-        for (std::size_t k = 1; k < length && i + k < text.size(); ++k) point = (point << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
-        i += length;
-        if (point < 0x80) point = static_cast<std::uint32_t>(std::tolower(static_cast<int>(point)));
-        points.push_back(point);
-    }
+    for (std::size_t i = 0; i < text.size();) points.push_back(foldCodePoint(nextCodePoint(text, i)));
     while (!points.empty() && points.back() == ' ') points.pop_back();
     return points;
 }
@@ -381,36 +390,52 @@ void likeFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
     sqlite3_result_int(context, likeMatches(foldedCodePoints(value), pattern) ? 1 : 0);
 }
 
-// a / b (or a % b) with SQL Server's rules: integers divide as integers, truncating toward zero;
-// a zero divisor raises an error instead of giving NULL, unless the connection's flag (the
-// function's user data, when registered with one) is set: then it gives NULL, as SQL Server does
-// with ARITHABORT and ANSI_WARNINGS off.
-bool zeroDivisorGivesNull(sqlite3_context* context) {
-    const auto* flag = static_cast<const bool*>(sqlite3_user_data(context));
-    return flag && *flag;
+// qx_patindex(pattern, value): where the LIKE pattern first matches (1-based), 0 when nowhere.
+// A pattern without a leading '%' only matches at the start, one without a trailing '%' only
+// up to the end.
+void patindexFunction(sqlite3_context* context, int, sqlite3_value** argv) {
+    if (sqlite3_value_type(argv[0]) == SQLITE_NULL || sqlite3_value_type(argv[1]) == SQLITE_NULL) return sqlite3_result_null(context);
+    auto pattern = foldedCodePoints(textOf(argv[0]));
+    const auto value = foldedCodePoints(sqlite3_value_type(argv[1]) == SQLITE_TEXT ? textOf(argv[1]) : numberText(argv[1]));
+    if (value.size() > 65536) return sqlite3_result_error(context, "PATINDEX searches at most 65536 characters.", -1);
+    const bool anywhere = !pattern.empty() && pattern.front() == '%';
+    if (anywhere) pattern.erase(pattern.begin());
+    // the pattern matches at start when it matches a beginning of the rest: pattern + '%'
+    auto compiled = compilePattern(pattern, std::nullopt);
+    if (compiled.empty() || compiled.back().kind != PatternItem::AnySequence) {
+        PatternItem rest;
+        rest.kind = PatternItem::AnySequence;
+        compiled.push_back(rest);
+    }
+    for (std::size_t start = 0; start < value.size() && (start == 0 || anywhere); ++start) {
+        const std::vector<std::uint32_t> tail(value.begin() + static_cast<long>(start), value.end());
+        if (likeMatches(tail, compiled)) return sqlite3_result_int64(context, static_cast<long long>(start) + 1);
+    }
+    sqlite3_result_int(context, 0);
 }
+
+// a / b (or a % b) with SQL Server's rules: integers divide as integers, truncating toward zero;
+// a zero divisor raises an error instead of giving NULL, unless the connection's options (the
+// function's user data) say otherwise for the running batch.
 
 void divide(sqlite3_context* context, sqlite3_value** argv, bool modulo) {
     sqlite3_value* a = argv[0];
     sqlite3_value* b = argv[1];
     if (sqlite3_value_type(a) == SQLITE_NULL || sqlite3_value_type(b) == SQLITE_NULL) return sqlite3_result_null(context);
+    // with ARITHABORT and ANSI_WARNINGS off (maintenance batches) a zero divisor gives NULL
+    const auto* options = static_cast<const SqliteRuntimeOptions*>(sqlite3_user_data(context));
+    if (options && options->divideByZeroIsNull && sqlite3_value_double(b) == 0.0) return sqlite3_result_null(context);
     const int ta = sqlite3_value_numeric_type(a);  // text that looks like a number becomes one
     const int tb = sqlite3_value_numeric_type(b);
     if (ta == SQLITE_INTEGER && tb == SQLITE_INTEGER) {
         const sqlite3_int64 x = sqlite3_value_int64(a), y = sqlite3_value_int64(b);
-        if (y == 0) {
-            if (zeroDivisorGivesNull(context)) return sqlite3_result_null(context);
-            return sqlite3_result_error(context, "Divide by zero error encountered.", -1);
-        }
+        if (y == 0) return sqlite3_result_error(context, "Divide by zero error encountered.", -1);
         if (y == -1 && x == std::numeric_limits<sqlite3_int64>::min())
             return sqlite3_result_error(context, "Arithmetic overflow error converting expression to data type bigint.", -1);
         return sqlite3_result_int64(context, modulo ? x % y : x / y);
     }
     const double x = sqlite3_value_double(a), y = sqlite3_value_double(b);
-    if (y == 0.0) {
-        if (zeroDivisorGivesNull(context)) return sqlite3_result_null(context);
-        return sqlite3_result_error(context, "Divide by zero error encountered.", -1);
-    }
+    if (y == 0.0) return sqlite3_result_error(context, "Divide by zero error encountered.", -1);
     sqlite3_result_double(context, modulo ? std::fmod(x, y) : x / y);
 }
 
@@ -423,11 +448,13 @@ void check(sqlite3* db, int rc, const char* what) {
 
 }  // namespace
 
-void installSqliteRuntime(sqlite3* db) { installSqliteRuntime(db, nullptr); }
-
-void installSqliteRuntime(sqlite3* db, const bool* zeroDivisorGivesNull) {
+SqliteRuntimeOptions& installSqliteRuntime(sqlite3* db) {
+    // Unknown names are errors as in SQL Server: "x" is an identifier, never a string.
+    sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     // one collator per connection: a connection is used by one thread at a time
     auto* collation = new TextCollation();
+    SqliteRuntimeOptions& options = collation->options;
     const int rc = sqlite3_create_collation_v2(db, kSqliteCollation, SQLITE_UTF8, collation, compareText, destroyCollation);
     if (rc != SQLITE_OK) delete collation;  // SQLite disposes of it only when registered
     check(db, rc, kSqliteCollation);
@@ -437,17 +464,22 @@ void installSqliteRuntime(sqlite3* db, const bool* zeroDivisorGivesNull) {
         void (*body)(sqlite3_context*, int, sqlite3_value**);
     };
     static const Function functions[] = {
-        {"qx_num", 1, numFunction},           {"qx_datetime", 1, datetimeFunction}, {"qx_datepart", 2, datepartFunction},
+        {"qx_num", 1, numFunction},           {"qx_datetime", 1, datetimeFunction}, {"qx_datetime", 2, datetimeFunction}, {"qx_datepart", 2, datepartFunction},
         {"qx_dateadd", 3, dateaddFunction},   {"qx_datediff", 3, datediffFunction}, {"qx_to_char", 4, toCharFunction},
         {"qx_right", 2, rightFunction},       {"qx_like", 2, likeFunction},         {"qx_like", 3, likeFunction},
-        {"qx_div", 2, divFunction},           {"qx_mod", 2, modFunction},
+        {"qx_patindex", 2, patindexFunction},
     };
-    for (const auto& f : functions) {
-        // the divisions read the connection's flag; nothing else takes user data
-        const bool division = f.body == divFunction || f.body == modFunction;
-        void* data = division ? const_cast<bool*>(zeroDivisorGivesNull) : nullptr;
-        check(db, sqlite3_create_function_v2(db, f.name, f.arguments, SQLITE_UTF8 | SQLITE_DETERMINISTIC, data, f.body, nullptr, nullptr, nullptr), f.name);
+    for (const auto& f : functions)
+        check(db, sqlite3_create_function_v2(db, f.name, f.arguments, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, f.body, nullptr, nullptr, nullptr), f.name);
+    // division reads the connection's options, so it is not deterministic across batches
+    check(db, sqlite3_create_function_v2(db, "qx_div", 2, SQLITE_UTF8, &options, divFunction, nullptr, nullptr, nullptr), "qx_div");
+    check(db, sqlite3_create_function_v2(db, "qx_mod", 2, SQLITE_UTF8, &options, modFunction, nullptr, nullptr, nullptr), "qx_mod");
+    try {
+        registerSqliteFunctions(db);
+    } catch (const std::exception& e) {
+        throw qx::db::Error(e.what());
     }
+    return options;
 }
 
 }  // namespace qx::tsql

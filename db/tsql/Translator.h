@@ -78,13 +78,19 @@ std::vector<CatalogColumn> resultColumns(const Statement& statement, const Catal
 // the table of that name in the connection's own "temp" schema.
 std::string sqliteTempTableName(std::string_view tsqlName);
 
+// What a connection's runtime may be told between batches.
+struct SqliteRuntimeOptions {
+    // SQL Server with ARITHABORT and ANSI_WARNINGS off: a division by zero gives NULL instead of
+    // failing the statement (maintenance batches only).
+    bool divideByZeroIsNull = false;
+};
+
 // Registers on a SQLite connection what emitted SQL relies on: the text collation "QX"
 // (case- and width-insensitive, trailing blanks ignored, Chinese in pinyin order after Latin)
 // and the qx_* helper functions the emitter calls. Call it on every connection before it runs
-// emitted SQL, also when opening an existing database: its tables and views name them.
-void installSqliteRuntime(sqlite3* db);
-// The same, with a flag the connection owns (it must outlive the connection): while it is set,
-// a division or modulo by zero gives NULL instead of failing the statement.
-void installSqliteRuntime(sqlite3* db, const bool* zeroDivisorGivesNull);
+// emitted SQL, also when opening an existing database: its tables and views name them. It also
+// turns off SQLite's reading of an unknown "name" as a string. The options live as long as the
+// connection.
+SqliteRuntimeOptions& installSqliteRuntime(sqlite3* db);
 
 }  // namespace qx::tsql

@@ -413,9 +413,8 @@ INSERT INTO D702 (VIPID, VIPNAME, PYM, VIPTEL, VIPFAX, VIPADD, VIPEMAIL, VIPNUM,
 -- @entry import-duplicate-member exec refuse=UNIQUE
 INSERT INTO D702 (VIPID, VIPNAME) VALUES ('V000001','重复');
 
--- The kept statement divides by the DJ it has just set to 0: in a maintenance batch a division
--- by zero gives NULL (SQL Server with ARITHABORT and ANSI_WARNINGS off), so the clearing goes
--- through and leaves the cost prices empty.
+-- The kept statement divides by the DJ it has just set to 0. A maintenance batch runs as SQL
+-- Server does with ARITHABORT and ANSI_WARNINGS off: the quotient is NULL and the clearing completes.
 -- @entry clear-documents maintenance
 DELETE FROM[D631];DELETE FROM[D641];DELETE FROM[SYS_LOG_IUD];DELETE FROM[D8300];DELETE FROM[D8303];DELETE FROM[D8301];DELETE FROM[D8202];DELETE FROM[D8203];DELETE FROM[D8201];DELETE FROM[D704a];DELETE FROM[D704];DELETE FROM[D703];DELETE FROM[D8102];DELETE FROM[D8101];DELETE FROM[D712];DELETE FROM[D713];update d1800 set kc = 0, dj = 0, money = 0;UPDATE D1802 SET k0=b0,k1=b1,k2=b2,k3=b3,k4=b4,k5=b5,k6=b6,k7=b7,k8=b8,k9=b9;UPDATE D1800 SET KC=T.SL,MONEY=T.M FROM (SELECT D1801.K_ID,SUM(B0+B1+B2+B3+B4+B5+B6+B7+B8+B9) AS SL,SUM(BEGIN_MONEY) AS M FROM D1802 INNER JOIN D1801 ON D1802.WL_ID=D1801.WL_ID GROUP BY D1801.K_ID,B0,B1,B2,B3,B4,B5,B6,B7,B8,B9) T WHERE D1800.K_ID=T.K_ID;UPDATE D1800 SET DJ=0;UPDATE D1800 SET DJ=MONEY/DJ WHERE KC>0 AND MONEY>0;
 
