@@ -5,6 +5,7 @@
 #include <QProgressDialog>
 
 #include "db/Progress.h"
+#include "reports/Frmqxck255_1.h"
 
 namespace qx::period {
 namespace {
@@ -12,8 +13,9 @@ CancelProbe& probe() {
     static CancelProbe instance;
     return instance;
 }
+// The stock query's movement detail, unless a test installs another.
 DetailFactory& detailFactory() {
-    static DetailFactory instance;
+    static DetailFactory instance = [](QWidget* owner) -> TFrm_Base_Detail* { return new TQXCK255_1(owner); };
     return instance;
 }
 constexpr int kRepaintEveryMs = 100;

@@ -39,8 +39,9 @@ void addColumns(TDBGridEh* grid, std::initializer_list<GridColumn> columns);
 void copyDataSet(TClientDataSet* from, TClientDataSet* to);
 
 // The stock movement detail of one SKU (its screen belongs to the stock query). The balance
-// check opens it through this factory, in the mode "ReadOnly" on its own dataset positioned on
-// the chosen row; while no factory is installed a double click opens nothing.
+// check opens it through this factory (TQXCK255_1 unless another is installed), in the mode
+// "ReadOnly" on its own dataset positioned on the chosen row; with the factory set to nullptr a
+// double click opens nothing.
 using DetailFactory = std::function<TFrm_Base_Detail*(QWidget* owner)>;
 void setStockMovementDetailFactory(DetailFactory factory);
 const DetailFactory& stockMovementDetailFactory();

@@ -73,7 +73,10 @@ QString TQXCK255_1::BuildSql() const {
     if (!MasterDataSet) return sql;
     const QString warehouse = MasterDataSet->FindField("CK_ID") ? MasterDataSet->FieldByName("CK_ID")->AsString() : QString();
     if (warehouse.toUpper() != "ZZ") sql += ",@ck_id1='" + SqlStr(warehouse) + "'";
-    const QString sku = MasterDataSet->FieldByName("K_ID")->AsString() + MasterDataSet->FieldByName("COL_ID")->AsString();
+    // The stock query's rows name style and colour; the balance check's rows the SKU itself.
+    const QString sku = MasterDataSet->FindField("COL_ID")
+                            ? MasterDataSet->FieldByName("K_ID")->AsString() + MasterDataSet->FieldByName("COL_ID")->AsString()
+                            : MasterDataSet->FieldByName("WL_ID")->AsString();
     if (!sku.trimmed().isEmpty()) sql += ",@wl_id='" + SqlStr(sku) + "'";
     if (G_CHKCK) sql += ",@CheckCk=1,@userid='" + SqlStr(G_UserId) + "'";
     sql += ",@param2=" + boltos(ShowCost);

@@ -3,6 +3,7 @@
 // negative-stock guard on.
 #include <QTest>
 
+#include "reports/Frmqxck255_1.h"
 #include "period/Frmqxck342.h"
 #include "period/Frmqxck342_1.h"
 #include "period/PeriodCommon.h"
@@ -135,6 +136,22 @@ TEST_F(BalanceCheck, F2Repairs) {
     auto check = openCheck();
     QTest::keyClick(check.get(), Qt::Key_F2);
     EXPECT_EQ(scalar("SELECT COUNT(*) FROM V_CHECKKC"), "0");
+}
+
+TEST_F(BalanceCheck, ByDefaultTheDetailIsTheStockQuerysMovementDetailOfThatSku) {
+    maintain("UPDATE d1802 SET K0=1 WHERE WL_ID IN ('K0101','K0201')");
+    auto check = openCheck();
+    check->AdoQry_Tmp->Last();
+    const QString sku = check->AdoQry_Tmp->FieldByName("wl_id")->AsString();
+    QString sql;
+    onModal = [&](TFrm_Base* dialog) {
+        if (auto* detail = dynamic_cast<TQXCK255_1*>(dialog)) sql = detail->BuildSql();
+        return int(mrCancel);
+    };
+    check->DBGridEh->OnDblClick();
+    EXPECT_TRUE(sql.startsWith("EXEC SYS_ZM @param=1,")) << sql.toStdString();
+    EXPECT_TRUE(sql.contains(",@wl_id='" + sku + "'")) << sql.toStdString();
+    modalDialogs.clear();
 }
 
 TEST_F(BalanceCheck, ADoubleClickOpensTheStockMovementDetailReadOnlyOnTheRow) {
