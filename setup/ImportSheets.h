@@ -48,7 +48,7 @@ struct Problem {
 };
 
 struct ScanResult {
-    std::vector<QStringList> rows;   // data rows, one text per column of the spec
+    std::vector<QStringList> rows;   // data rows, one text per column of the sheet
     std::vector<std::vector<bool>> numeric;  // cells that came as numbers
     std::vector<int> sheetRows;      // the sheet row number of each data row
     std::vector<Problem> problems;   // in row order
