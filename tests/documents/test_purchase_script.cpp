@@ -1,70 +1,22 @@
 // "A typical request" driven through the headless script runner on the demo shop: the menu
 // function 采购进货, the filter, a receipt with three lines typed into the entry screen, then
 // copy-add, edit and delete, with the warehouse's stock following every step.
-#include <gtest/gtest.h>
-
-#include <QTemporaryDir>
-#include <QTextStream>
-
-#include "db/tools/DemoData.h"
-#include "frame/Qxfunc2.h"
-#include "framework/Frm_Base.h"
-#include "framework/U_dataop.h"
-#include "framework/U_function.h"
-#include "framework/U_glo.h"
-#include "host/MainWindow.h"
-#include "host/ScriptRunner.h"
+#include "tests/support/DemoShopScript.h"
 
 namespace {
 
-class PurchaseScriptTest : public ::testing::Test {
+class PurchaseScriptTest : public qx::test::DemoShopScriptTest {
 protected:
-    void SetUp() override {
-        ResetGlobals();
-        path = dir.filePath("demo.db");
-        qx::demo::createDemoDatabase(path.toStdString(), {.endDate = "2026-06-29"});
-        qx::ui::setToday(QDate(2026, 6, 30));
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(path.toStdString(), false));
-        qx::dataop::setDatabase(db);
-        window = std::make_unique<qx::host::MainWindow>(&QXProc2, path);
-        window->resize(1280, 800);
-        window->show();
-    }
-    void TearDown() override {
-        window.reset();
-        qx::dataop::setDatabase(nullptr);
-        qx::ui::setToday(QDate());
-        ResetGlobals();
-    }
-
     // Runs script lines; returns the runner's output (the test fails when a line failed).
     QString run(const QString& script) {
-        QString output;
-        QTextStream out(&output);
-        qx::host::ScriptRunner runner(*window, *db, out);
-        const int rc = runner.run(qx::host::parseScript(script));
-        out.flush();
+        int rc = 0;
+        const QString output = DemoShopScriptTest::run(script, rc);
         EXPECT_EQ(rc, 0) << output.toStdString();
         return output;
-    }
-
-    QString scalar(const QString& sql) {
-        const auto r = db->open(sql.toStdString());
-        if (r.rows.empty()) return {};
-        const auto& v = r.rows[0][0];
-        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-        return {};
     }
     int stock(const QString& sku, const QString& warehouse) {
         return scalar("SELECT KC FROM d1802 WHERE WL_ID='" + sku + "' AND CK_ID='" + warehouse + "'").toInt();
     }
-
-    QTemporaryDir dir;
-    QString path;
-    std::shared_ptr<qx::db::Database> db;
-    std::unique_ptr<qx::host::MainWindow> window;
 };
 
 TEST_F(PurchaseScriptTest, ATypicalRequestThroughTheScriptRunner) {
