@@ -1,63 +1,24 @@
 // The five stock reports from the host's menu, driven headless through the script runner on the
 // demo shop: each opens with its dialog, runs, and shows its rows; the stock query's drill-down
 // and the movement detail agree with the stock rows.
-#include <gtest/gtest.h>
-
-#include <QTemporaryDir>
-#include <QTextStream>
-
-#include "db/tools/DemoData.h"
-#include "frame/Qxfunc2.h"
-#include "framework/Frm_Base.h"
 #include "framework/Frm_Base_Qry.h"
-#include "framework/U_dataop.h"
-#include "framework/U_function.h"
-#include "framework/U_glo.h"
-#include "host/MainWindow.h"
-#include "host/ScriptRunner.h"
+#include "tests/support/DemoShopScript.h"
 
 namespace {
 
-class ReportScriptTest : public ::testing::Test {
+class ReportScriptTest : public qx::test::DemoShopScriptTest {
 protected:
     void SetUp() override {
-        ResetGlobals();
-        path = dir.filePath("demo.db");
-        qx::demo::createDemoDatabase(path.toStdString(), {.endDate = "2026-06-29"});
-        qx::ui::setToday(QDate(2026, 6, 30));
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(path.toStdString(), false));
-        qx::dataop::setDatabase(db);
-        window = std::make_unique<qx::host::MainWindow>(&QXProc2, path);
-        window->resize(1280, 800);
-        window->show();
+        DemoShopScriptTest::SetUp();
         run("login admin admin\n");
     }
-    void TearDown() override {
-        window.reset();
-        qx::dataop::setDatabase(nullptr);
-        qx::ui::setToday(QDate());
-        ResetGlobals();
-    }
-    QString run(const QString& script) {
-        QString output;
-        QTextStream out(&output);
-        qx::host::ScriptRunner runner(*window, *db, out);
-        const int rc = runner.run(qx::host::parseScript(script));
-        out.flush();
-        EXPECT_EQ(rc, 0) << output.toStdString();
-        return output;
-    }
+    QString run(const QString& script) { return runOk(script); }
     long long number(const QString& sql) {
         const auto r = db->open(sql.toStdString());
         if (r.rows.empty()) return 0;
         if (auto* i = std::get_if<std::int64_t>(&r.rows[0][0])) return *i;
         return 0;
     }
-
-    QTemporaryDir dir;
-    QString path;
-    std::shared_ptr<qx::db::Database> db;
-    std::unique_ptr<qx::host::MainWindow> window;
 };
 
 TEST_F(ReportScriptTest, EveryStockReportOpensFromTheMenuAndShowsRows) {

@@ -48,6 +48,14 @@ protected:
         return output;
     }
 
+    // Runs a script that must succeed (the test fails when a line failed); the runner's output.
+    QString runOk(const QString& script) {
+        int rc = 0;
+        const QString output = run(script, rc);
+        EXPECT_EQ(rc, 0) << output.toStdString();
+        return output;
+    }
+
     // The first column of the first row as text ("" when there is none).
     QString scalar(const QString& sql) {
         const auto r = db->open(sql.toStdString());
