@@ -1,33 +1,17 @@
 // The stocktake example of scripts/examples through the headless script runner on the demo
 // shop: two count sheets, the summary, the loss/gain sheet and the stock it leaves.
-#include <gtest/gtest.h>
-
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
-#include <QTextStream>
 
-#include "db/tools/DemoData.h"
-#include "frame/Qxfunc2.h"
-#include "framework/Frm_Base.h"
-#include "framework/U_dataop.h"
-#include "framework/U_function.h"
-#include "framework/U_glo.h"
-#include "host/MainWindow.h"
-#include "host/ScriptRunner.h"
+#include "tests/support/DemoShopScript.h"
 
 namespace {
 
-class StocktakeScriptTest : public ::testing::Test {
+class StocktakeScriptTest : public qx::test::DemoShopScriptTest {
 protected:
-    void SetUp() override {
-        ResetGlobals();
-        path = dir.filePath("demo.db");
-        qx::demo::createDemoDatabase(path.toStdString(), {.endDate = "2026-06-29"});
-        qx::ui::setToday(QDate(2026, 6, 30));
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(path.toStdString(), false));
-        // The shelf the example counts: PD100 in colour Q1, 5 of the first size and 3 of the
-        // second, in warehouse PD.
+    // The shelf the example counts: PD100 in colour Q1, 5 of the first size and 3 of the
+    // second, in warehouse PD.
+    void SeedShop(qx::db::Database& shop) override {
         for (const char* sql : {
                  "INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('PD', '盘点仓')",
                  "INSERT INTO sys_user_ck (USER_ID, CK_ID, W) VALUES ('admin', 'PD', 1)",
@@ -41,43 +25,16 @@ protected:
                  "INSERT INTO D1801 (WL_ID, K_ID, COL_ID) VALUES ('PD100Q1', 'PD100', 'Q1')",
                  "INSERT INTO d1802 (WL_ID, CK_ID, K0, K1, KC, B0, B1, CHECK_KC) VALUES ('PD100Q1', 'PD', 5, 3, 8, 5, 3, 0)",
              })
-            db->execute(sql);
-        qx::dataop::setDatabase(db);
-        window = std::make_unique<qx::host::MainWindow>(&QXProc2, path);
-        window->resize(1280, 800);
-        window->show();
+            shop.execute(sql);
     }
-    void TearDown() override {
-        window.reset();
-        qx::dataop::setDatabase(nullptr);
-        qx::ui::setToday(QDate());
-        ResetGlobals();
-    }
-    QString scalar(const QString& sql) {
-        const auto r = db->open(sql.toStdString());
-        if (r.rows.empty()) return {};
-        const auto& v = r.rows[0][0];
-        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-        return {};
-    }
-
-    QTemporaryDir dir;
-    QString path;
-    std::shared_ptr<qx::db::Database> db;
-    std::unique_ptr<qx::host::MainWindow> window;
 };
 
 TEST_F(StocktakeScriptTest, TwoSheetsSummarisedIntoALossGainSheetThatCorrectsTheStock) {
     QFile file(QDir(QString::fromUtf8(qgetenv("QXCK_SOURCE_DIR"))).filePath("scripts/examples/stocktake.qxs"));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
     const QString script = QString::fromUtf8(file.readAll());
-    QString output;
-    QTextStream out(&output);
-    qx::host::ScriptRunner runner(*window, *db, out);
-    const int rc = runner.run(qx::host::parseScript(script));
-    out.flush();
+    int rc = 0;
+    const QString output = run(script, rc);
     ASSERT_EQ(rc, 0) << output.toStdString();
 
     const QString sheet = scalar("SELECT MAX(NOID) FROM d8301 WHERE CK_ID='PD'");

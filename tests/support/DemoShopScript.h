@@ -26,6 +26,7 @@ protected:
         qx::demo::createDemoDatabase(path.toStdString(), {.endDate = "2026-06-29"});
         qx::ui::setToday(QDate(2026, 6, 30));
         db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(path.toStdString(), false));
+        SeedShop(*db);
         qx::dataop::setDatabase(db);
         window = std::make_unique<qx::host::MainWindow>(&QXProc2, path);
         window->resize(1280, 800);
@@ -37,6 +38,9 @@ protected:
         qx::ui::setToday(QDate());
         ResetGlobals();
     }
+
+    // What a test adds to the demo shop before the host opens it.
+    virtual void SeedShop(qx::db::Database&) {}
 
     // Runs a script; its exit code goes to `rc`, the runner's output is returned.
     QString run(const QString& script, int& rc) {
