@@ -16,11 +16,11 @@ bool hasQuery(const TFrm_Base_Qry* report, const QString& message) {
     return false;
 }
 
-bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QString& groupId) {
+bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QString& groupId, const QString& fieldPrefix) {
     if (!sizeGroups || !sizeGroups->Active()) return false;
     if (!sizeGroups->Locate("M_ID", groupId)) return false;
     for (int i = 0; i <= 9; ++i) {
-        TColumnEh* c = grid->ColumnByField("S" + QString::number(i));
+        TColumnEh* c = grid->ColumnByField(fieldPrefix + QString::number(i));
         TField* name = sizeGroups->FindField("m" + QString::number(i));
         if (c && name) c->Title = QStringLiteral("尺码|") + name->AsString();
     }

@@ -14,8 +14,10 @@ namespace qx::reports {
 bool hasQuery(const TFrm_Base_Qry* report, const QString& message);
 
 // Sets the titles of S0..S9 to "尺码|" + the size names of the group `groupId` in `sizeGroups`
-// (a dataset of d1006 rows); false when the group is not found (titles unchanged).
-bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QString& groupId);
+// (a dataset of d1006 rows); false when the group is not found (titles unchanged). The size
+// columns are the fields fieldPrefix + 0..9.
+bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QString& groupId,
+                          const QString& fieldPrefix = QStringLiteral("S"));
 
 // " sys_USER_CK ON {table}.CK_ID = sys_USER_CK.CK_ID AND (sys_USER_CK.user_id='{G_UserId}') INNER JOIN "
 // when warehouse rights are enforced, else "".
