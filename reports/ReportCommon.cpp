@@ -2,6 +2,7 @@
 
 #include <QDate>
 
+#include "framework/Controls.h"
 #include "framework/DBGridEh.h"
 #include "framework/DataSet.h"
 #include "framework/Frm_Base_Qry.h"
@@ -32,6 +33,13 @@ QString rightsJoin(const QString& warehouseColumnTable) {
     if (!G_CHKCK) return {};
     return " sys_USER_CK ON " + warehouseColumnTable + ".CK_ID = sys_USER_CK.CK_ID AND (sys_USER_CK.user_id='" +
            SqlStr(G_UserId) + "') INNER JOIN ";
+}
+
+void setMonthToToday(TDateEdit* from, TDateEdit* to) {
+    const QDate today = qx::ui::today();
+    to->SetDate(today);
+    from->SetDate(today);
+    while (from->Date().toString("dd") != "01") from->SetDate(from->Date().addDays(-1));
 }
 
 QString nextDay(const QDate& date) { return date.addDays(1).toString("yyyy-MM-dd"); }

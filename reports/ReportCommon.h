@@ -7,6 +7,7 @@
 class TFrm_Base_Qry;
 class TClientDataSet;
 class TDBGridEh;
+class TDateEdit;
 
 namespace qx::reports {
 
@@ -22,6 +23,10 @@ bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QSt
 // " sys_USER_CK ON {table}.CK_ID = sys_USER_CK.CK_ID AND (sys_USER_CK.user_id='{G_UserId}') INNER JOIN "
 // when warehouse rights are enforced, else "".
 QString rightsJoin(const QString& warehouseColumnTable);
+
+// The default range of a report dialog: the end today, the start stepped back a day at a time
+// until its day of month is "01".
+void setMonthToToday(TDateEdit* from, TDateEdit* to);
 
 // The day after a date text "YYYY-MM-DD", as "YYYY-MM-DD".
 QString nextDay(const QDate& date);

@@ -148,10 +148,7 @@ void TFrm_TradeFilter::AddRunButtons(const QStringList& captions, const std::fun
 
 void TFrm_TradeFilter::InitForm() {
     TFrm_Sys_Filter::InitForm();
-    const QDate today = qx::ui::today();
-    EDATE->SetDate(today);
-    BDATE->SetDate(today);
-    while (BDATE->Date().toString("dd") != "01") BDATE->SetDate(BDATE->Date().addDays(-1));
+    qx::reports::setMonthToToday(BDATE, EDATE);
     BDATEChange(BDATE);
 }
 
