@@ -364,6 +364,31 @@ TEST_F(PurchaseReportTest, FiltersNarrowTheRows) {
     r->close();
 }
 
+TEST_F(PurchaseReportTest, UnknownCodesInTheLookupsAreReported) {
+    qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
+    auto* r = startReport<TQXCK201G>(204, {});
+    for (TLinkEdit* e : {r->Filter->KH_ID, r->Filter->YW_ID, r->Filter->CK_ID, r->Filter->wl_id}) {
+        sink->clear();
+        e->setText("N'O");
+        qx::guard([e] { e->CheckId(); });
+        EXPECT_FALSE(sink->messages.empty()) << e->objectName().toStdString() << " reports an unknown code";
+    }
+    EXPECT_TRUE(r->QrySql.isEmpty());
+    r->close();
+}
+
+TEST_F(PurchaseReportTest, TheWarehouseFilterIsOffForASingleWarehouseUser) {
+    G_CKCOUNT_R = 1;
+    auto* r = summary(1, noSizes);
+    EXPECT_FALSE(r->Filter->CK_ID->isEnabled());
+    EXPECT_FALSE(lastStatement().contains("D1007.CK_ID='"));
+    r->close();
+    G_CKCOUNT_R = 0;
+    auto* m = detail(1);
+    EXPECT_TRUE(m->Filter->CK_ID->isEnabled());
+    m->close();
+}
+
 // ------------------------------------------------------------------ detail
 
 TEST_F(PurchaseReportTest, DetailListsReceiptsAndNegatedReturnsBySupplier) {
