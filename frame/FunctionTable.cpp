@@ -20,6 +20,8 @@
 #include "labels/Frmqxck299.h"
 #include "period/Frmqxck341.h"
 #include "period/Frmqxck342.h"
+#include "reports/Frmqxck201g.h"
+#include "reports/Frmqxck201m.h"
 #include "reports/Frmqxck252.h"
 #include "reports/Frmqxck253.h"
 #include "reports/Frmqxck254.h"
@@ -43,8 +45,8 @@ const std::array kFunctions{
 //  code  class          unit            base                    caption               pattern         precondition        subsystem  factory
     FunctionRow{201, "TQXCK201",   "Frmqxck201",   "TFrm_Base_Entry_Head", "采购进货",            Embedded,       None,               Documents, screen<TQXCK201, &QXCK201>},
     FunctionRow{202, "TQXCK202",   "Frmqxck202",   "TFrm_Base_Entry_Head", "采购退货",            Embedded,       None,               Documents, screen<TQXCK202, &QXCK202>},
-    FunctionRow{203, "TQXCK201M",  "Frmqxck201m",  "TFrm_Base_Qry",        "采购进货明细表",      Embedded,       None,               Reports,   nullptr},
-    FunctionRow{204, "TQXCK201G",  "Frmqxck201g",  "TFrm_Base_Qry",        "采购进货汇总表",      Embedded,       None,               Reports,   nullptr},
+    FunctionRow{203, "TQXCK201M",  "Frmqxck201m",  "TFrm_Base_Qry",        "采购进货明细表",      Embedded,       None,               Reports,   screen<TQXCK201M, &QXCK201M>},
+    FunctionRow{204, "TQXCK201G",  "Frmqxck201g",  "TFrm_Base_Qry",        "采购进货汇总表",      Embedded,       None,               Reports,   screen<TQXCK201G, &QXCK201G>},
     FunctionRow{211, "TQXCK211",   "Frmqxck211",   "TFrm_Base_Entry_Head", "销售开单",            Embedded,       None,               Documents, screen<TQXCK211, &QXCK211>},
     FunctionRow{212, "TQXCK212",   "Frmqxck212",   "TFrm_Base_Entry_Head", "销售退货",            Embedded,       None,               Documents, screen<TQXCK212, &QXCK212>},
     FunctionRow{213, "TQXCK211M",  "Frmqxck211m",  "TFrm_Base_Qry",        "销售明细表",          Embedded,       None,               Reports,   nullptr},

@@ -73,10 +73,7 @@ void TFrm_MovementFilter::FormCreate() {
 
 void TFrm_MovementFilter::InitForm() {
     TFrm_Sys_Filter::InitForm();
-    const QDate today = qx::ui::today();
-    EDATE->SetDate(today);
-    BDATE->SetDate(today);
-    while (BDATE->Date().toString("dd") != "01") BDATE->SetDate(BDATE->Date().addDays(-1));
+    qx::reports::setMonthToToday(BDATE, EDATE);
     BDATEChange(BDATE);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QDate>
 
+#include "framework/Controls.h"
 #include "framework/DBGridEh.h"
 #include "framework/DataSet.h"
 #include "framework/Frm_Base_Qry.h"
@@ -16,11 +17,11 @@ bool hasQuery(const TFrm_Base_Qry* report, const QString& message) {
     return false;
 }
 
-bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QString& groupId) {
+bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QString& groupId, const QString& fieldPrefix) {
     if (!sizeGroups || !sizeGroups->Active()) return false;
     if (!sizeGroups->Locate("M_ID", groupId)) return false;
     for (int i = 0; i <= 9; ++i) {
-        TColumnEh* c = grid->ColumnByField("S" + QString::number(i));
+        TColumnEh* c = grid->ColumnByField(fieldPrefix + QString::number(i));
         TField* name = sizeGroups->FindField("m" + QString::number(i));
         if (c && name) c->Title = QStringLiteral("尺码|") + name->AsString();
     }
@@ -32,6 +33,13 @@ QString rightsJoin(const QString& warehouseColumnTable) {
     if (!G_CHKCK) return {};
     return " sys_USER_CK ON " + warehouseColumnTable + ".CK_ID = sys_USER_CK.CK_ID AND (sys_USER_CK.user_id='" +
            SqlStr(G_UserId) + "') INNER JOIN ";
+}
+
+void setMonthToToday(TDateEdit* from, TDateEdit* to) {
+    const QDate today = qx::ui::today();
+    to->SetDate(today);
+    from->SetDate(today);
+    while (from->Date().toString("dd") != "01") from->SetDate(from->Date().addDays(-1));
 }
 
 QString nextDay(const QDate& date) { return date.addDays(1).toString("yyyy-MM-dd"); }

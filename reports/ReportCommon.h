@@ -7,6 +7,7 @@
 class TFrm_Base_Qry;
 class TClientDataSet;
 class TDBGridEh;
+class TDateEdit;
 
 namespace qx::reports {
 
@@ -14,12 +15,18 @@ namespace qx::reports {
 bool hasQuery(const TFrm_Base_Qry* report, const QString& message);
 
 // Sets the titles of S0..S9 to "尺码|" + the size names of the group `groupId` in `sizeGroups`
-// (a dataset of d1006 rows); false when the group is not found (titles unchanged).
-bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QString& groupId);
+// (a dataset of d1006 rows); false when the group is not found (titles unchanged). The size
+// columns are the fields fieldPrefix + 0..9.
+bool setSizeTitlesOfGroup(TDBGridEh* grid, TClientDataSet* sizeGroups, const QString& groupId,
+                          const QString& fieldPrefix = QStringLiteral("S"));
 
 // " sys_USER_CK ON {table}.CK_ID = sys_USER_CK.CK_ID AND (sys_USER_CK.user_id='{G_UserId}') INNER JOIN "
 // when warehouse rights are enforced, else "".
 QString rightsJoin(const QString& warehouseColumnTable);
+
+// The default range of a report dialog: the end today, the start stepped back a day at a time
+// until its day of month is "01".
+void setMonthToToday(TDateEdit* from, TDateEdit* to);
 
 // The day after a date text "YYYY-MM-DD", as "YYYY-MM-DD".
 QString nextDay(const QDate& date);

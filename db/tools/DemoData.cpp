@@ -782,13 +782,15 @@ private:
             const char* name;
             const char* sql;
             const char* cls;
-            const char* presets;  // letters A..G of the preset buttons that include the item
+            const char* presets;  // letters A..I of the preset buttons that include the item
         };
+        // A partner (supplier or customer), B partner/style, C style, D department, E salesperson,
+        // F warehouse, G warehouse/style, H brand, I brand/style
         const std::vector<Item> purchase = {
-            {"部门", "BM_NAME", "G", "A"},          {"供应商", "KG_NAME", "G", "AB"},    {"业务员", "YW_NAME", "G", "C"},
-            {"仓库", "CK_NAME", "G", "D"},          {"款号", "WL_ID", "G", "EF"},        {"品名", "WL_NAME", "G", "EF"},
-            {"品牌", "WL_GG", "G", "G"},            {"单位", "DW_NAME", "G", "E"},       {"颜色", "COL_NAME", "G", "F"},
-            {"数量", "S0+S1+S2+S3+S4+S5+S6+S7+S8+S9", "S", "ABCDEFG"}, {"金额", "MONEY", "S", "ABCDEFG"}};
+            {"部门", "BM_NAME", "G", "D"},          {"供应商", "KG_NAME", "G", "AB"},    {"业务员", "YW_NAME", "G", "E"},
+            {"仓库", "CK_NAME", "G", "FG"},         {"款号", "WL_ID", "G", "BCGI"},      {"品名", "WL_NAME", "G", "BCGI"},
+            {"品牌", "WL_GG", "G", "CHI"},          {"单位", "DW_NAME", "G", "C"},       {"颜色", "COL_NAME", "G", "C"},
+            {"数量", "S0+S1+S2+S3+S4+S5+S6+S7+S8+S9", "S", "ABCDEFGHI"}, {"金额", "MONEY", "S", "ABCDEFGHI"}};
         for (int groupId : {204, 214}) {
             int order = 0;
             for (const auto& item : purchase) {

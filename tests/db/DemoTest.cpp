@@ -85,6 +85,7 @@ TEST_F(Demo, SettingsRowsTheModuleReads) {
     EXPECT_EQ(integer(scalar(*db_, "SELECT SUM(SHOW_WIDTH) FROM sys_GROUP WHERE GROUP_ID=263")), 78);
     EXPECT_EQ(count(*db_, "sys_web", "field_type='m'"), 10);
     EXPECT_GT(count(*db_, "sys_group", "GROUP_ID=204"), 0);
+    EXPECT_EQ(count(*db_, "sys_group", "GROUP_ID=204 AND A=1 AND GROUP_SQL='KG_NAME'"), 1) << "preset A groups by supplier";
 }
 
 TEST_F(Demo, AdminLogsInWithTheDemoPassword) {
