@@ -36,6 +36,9 @@ public:
     // (only needed when either is not 1).
     virtual std::vector<std::string> identitySequence(const Name& table, std::string_view column, long long seed, long long step) const = 0;
     virtual std::string collate() const = 0;  // " COLLATE x" appended to text comparisons
+    // True when the engine's own column types already refuse what SQL Server refuses (text
+    // longer than VARCHAR(n), integers and decimals out of range): CREATE TABLE then adds no checks.
+    virtual bool columnTypesCheckValues() const { return false; }
 
     virtual std::string concat(const std::string& left, const std::string& right) const = 0;
     virtual std::string currentDateTime() const = 0;
@@ -70,5 +73,6 @@ public:
 };
 
 const Dialect& sqliteDialect();
+const Dialect& postgresDialect();
 
 }  // namespace qx::tsql
