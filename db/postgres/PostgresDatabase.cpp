@@ -36,11 +36,42 @@ Value valueOf(const PGresult* result, int row, int column) {
     }
 }
 
-// The server's message without libpq's "ERROR:  " prefix and trailing newline.
+// The name an "undefined column/table" message is about: the first double-quoted word
+// ('column "x" does not exist'), else the word after the first blank ('column t.x does not
+// exist'); without a table qualifier or the temp schema.
+std::string nameIn(const std::string& message) {
+    std::string name;
+    if (const auto open = message.find('"'); open != std::string::npos) {
+        const auto close = message.find('"', open + 1);
+        name = message.substr(open + 1, close == std::string::npos ? std::string::npos : close - open - 1);
+    } else if (const auto blank = message.find(' '); blank != std::string::npos) {
+        name = message.substr(blank + 1, message.find(' ', blank + 1) - blank - 1);
+    }
+    if (name.rfind("pg_temp.", 0) == 0) return name.substr(8);
+    if (const auto dot = name.rfind('.'); dot != std::string::npos && message.rfind("column", 0) == 0) return name.substr(dot + 1);
+    return name;
+}
+
+// The server's message, in SQL Server's words where the module or its users know them.
 std::string messageOf(const PGresult* result, pg_conn* conn) {
     const char* primary = result ? PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY) : nullptr;
     std::string message = primary ? primary : PQerrorMessage(conn);
     while (!message.empty() && (message.back() == '\n' || message.back() == ' ')) message.pop_back();
+    const char* state = result ? PQresultErrorField(result, PG_DIAG_SQLSTATE) : nullptr;
+    const std::string code = state ? state : "";
+    if (code == "42703") return "Invalid column name '" + nameIn(message) + "'.";
+    if (code == "42P01") return "Invalid object name '" + nameIn(message) + "'.";
+    if (code == "22012") return "Divide by zero error encountered.";
+    if (code == "22001") return "String or binary data would be truncated. (" + message + ")";
+    if (code == "21000")
+        return "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= or "
+               "when the subquery is used as an expression.";
+    if (code == "22003") {
+        if (message.find("smallint") != std::string::npos || message.find("integer") != std::string::npos)
+            return "Arithmetic overflow error converting expression to data type int.";
+        if (message.find("bigint") != std::string::npos) return "Arithmetic overflow error converting expression to data type bigint.";
+        if (message.find("numeric") != std::string::npos) return "Arithmetic overflow error converting numeric to data type numeric.";
+    }
     return message;
 }
 

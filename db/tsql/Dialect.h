@@ -72,6 +72,21 @@ public:
     virtual std::string singleValue(const std::string& subquery) const = 0;
 };
 
+// Spellings every dialect shares: text between quote characters with the quote doubled inside,
+// and the precision of a DECIMAL/NUMERIC/MONEY type (declared, or SQL Server's default).
+inline std::string quotedWith(std::string_view text, char quote) {
+    std::string quoted(1, quote);
+    for (char c : text) {
+        if (c == quote) quoted += quote;
+        quoted += c;
+    }
+    return quoted + quote;
+}
+inline int decimalPrecision(const TypeSpec& type) {
+    if (!type.params.empty()) return type.params[0];
+    return type.name == "SMALLMONEY" ? 10 : type.scale() == 4 ? 19 : 18;
+}
+
 const Dialect& sqliteDialect();
 const Dialect& postgresDialect();
 

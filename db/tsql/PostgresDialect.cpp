@@ -20,22 +20,8 @@ std::string stripBrackets(std::string_view name) {
 class PostgresDialect final : public Dialect {
 public:
     // Quoted identifiers keep their case: PostgreSQL would fold bare names to lower case.
-    std::string quoteIdentifier(std::string_view name) const override {
-        std::string quoted = "\"";
-        for (char c : name) {
-            if (c == '"') quoted += '"';
-            quoted += c;
-        }
-        return quoted + '"';
-    }
-    std::string quoteString(std::string_view value) const override {
-        std::string quoted = "'";
-        for (char c : value) {
-            if (c == '\'') quoted += '\'';
-            quoted += c;
-        }
-        return quoted + '\'';
-    }
+    std::string quoteIdentifier(std::string_view name) const override { return quotedWith(name, '"'); }
+    std::string quoteString(std::string_view value) const override { return quotedWith(value, '\''); }
     // '#x' is a TEMP table in the connection's own pg_temp schema, under its T-SQL name.
     std::string tableReference(const Name& name) const override {
         if (name.isTemp()) return "pg_temp." + quoteIdentifier(stripBrackets(name.last()));
@@ -60,7 +46,7 @@ public:
                 return std::string("TEXT COLLATE ") + kPostgresCollation;
             case SqlType::Real:
                 if (type.scale() >= 0) {
-                    const int precision = !type.params.empty() ? type.params[0] : type.name == "SMALLMONEY" ? 10 : type.scale() == 4 ? 19 : 18;
+                    const int precision = decimalPrecision(type);
                     return "NUMERIC(" + std::to_string(precision) + "," + std::to_string(type.scale()) + ")";
                 }
                 return "DOUBLE PRECISION";

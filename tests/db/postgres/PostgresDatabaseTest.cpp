@@ -72,10 +72,35 @@ TEST_F(PostgresDatabaseTest, AnErrorCarriesTheServersMessageAndTheStatement) {
         db_->execute("INSERT INTO Items (ItemNo) VALUES ('B1')\nSELECT NoSuchColumn FROM Items");
         FAIL() << "no error";
     } catch (const qx::db::Error& e) {
-        EXPECT_NE(std::string(e.what()).find("NoSuchColumn"), std::string::npos) << e.what();
+        EXPECT_STREQ(e.what(), "Invalid column name 'NoSuchColumn'.");
         EXPECT_EQ(e.statement(), "SELECT NoSuchColumn FROM Items");
         EXPECT_EQ(e.line(), 2);
     }
+    EXPECT_TRUE(db_->open("SELECT * FROM Items").rows.empty());
+}
+
+// The messages the module and its users know, in SQL Server's words.
+TEST_F(PostgresDatabaseTest, ErrorsReadAsSqlServersDo) {
+    const auto message = [&](const char* batch) {
+        try {
+            db_->execute(batch);
+        } catch (const qx::db::Error& e) {
+            return std::string(e.what());
+        }
+        return std::string("no error");
+    };
+    EXPECT_EQ(message("SELECT * FROM NoTable"), "Invalid object name 'NoTable'.");
+    EXPECT_EQ(message("SELECT * FROM #none"), "Invalid object name '#none'.");
+    EXPECT_EQ(message("SELECT 1 / 0"), "Divide by zero error encountered.");
+    EXPECT_EQ(message("SELECT 2147483647 + 1"), "Arithmetic overflow error converting expression to data type int.");
+    EXPECT_EQ(message("INSERT INTO Items (ItemNo) VALUES ('a'); INSERT INTO Items (ItemNo) VALUES ('b'); "
+                      "SELECT (SELECT ItemNo FROM Items)"),
+              "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= or "
+              "when the subquery is used as an expression.");
+    EXPECT_EQ(message(("INSERT INTO Items (ItemNo) VALUES ('" + std::string(10000, 'x') + "')").c_str())
+                  .rfind("String or binary data would be truncated.", 0),
+              0u);
+    EXPECT_EQ(message("INSERT INTO Items (ItemNo, Price) VALUES ('p', 1e20)"), "Arithmetic overflow error converting numeric to data type numeric.");
     EXPECT_TRUE(db_->open("SELECT * FROM Items").rows.empty());
 }
 
