@@ -79,4 +79,8 @@ public:
 // in an SQLite file. Throws Error when the file is missing and create is false.
 std::unique_ptr<Database> openSqlite(const std::string& path, bool create = false);
 
+// Connects to a shop database on a PostgreSQL server by a libpq connection string
+// ("postgresql://user@host:port/shop"). Throws Error when the server cannot be reached.
+std::unique_ptr<Database> openPostgres(const std::string& connection);
+
 }  // namespace qx::db

@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
     build-essential cmake ninja-build pkg-config ccache
     qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins libgl-dev
-    libsqlite3-dev sqlite3 libpq-dev libicu-dev libssl-dev
+    libsqlite3-dev sqlite3 libpq-dev postgresql libicu-dev libssl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     libzint-dev libzbar-dev libpoppler-qt6-dev
     fonts-wqy-zenhei xvfb xauth x11vnc

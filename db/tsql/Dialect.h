@@ -36,6 +36,9 @@ public:
     // (only needed when either is not 1).
     virtual std::vector<std::string> identitySequence(const Name& table, std::string_view column, long long seed, long long step) const = 0;
     virtual std::string collate() const = 0;  // " COLLATE x" appended to text comparisons
+    // True when the engine's own column types already refuse what SQL Server refuses (text
+    // longer than VARCHAR(n), integers and decimals out of range): CREATE TABLE then adds no checks.
+    virtual bool columnTypesCheckValues() const { return false; }
 
     virtual std::string concat(const std::string& left, const std::string& right) const = 0;
     virtual std::string currentDateTime() const = 0;
@@ -69,6 +72,22 @@ public:
     virtual std::string singleValue(const std::string& subquery) const = 0;
 };
 
+// Spellings every dialect shares: text between quote characters with the quote doubled inside,
+// and the precision of a DECIMAL/NUMERIC/MONEY type (declared, or SQL Server's default).
+inline std::string quotedWith(std::string_view text, char quote) {
+    std::string quoted(1, quote);
+    for (char c : text) {
+        if (c == quote) quoted += quote;
+        quoted += c;
+    }
+    return quoted + quote;
+}
+inline int decimalPrecision(const TypeSpec& type) {
+    if (!type.params.empty()) return type.params[0];
+    return type.name == "SMALLMONEY" ? 10 : type.scale() == 4 ? 19 : 18;
+}
+
 const Dialect& sqliteDialect();
+const Dialect& postgresDialect();
 
 }  // namespace qx::tsql

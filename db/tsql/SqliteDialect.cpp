@@ -8,22 +8,8 @@ namespace {
 
 class SqliteDialect final : public Dialect {
 public:
-    std::string quoteIdentifier(std::string_view name) const override {
-        std::string quoted = "\"";
-        for (char c : name) {
-            if (c == '"') quoted += '"';
-            quoted += c;
-        }
-        return quoted + '"';
-    }
-    std::string quoteString(std::string_view value) const override {
-        std::string quoted = "'";
-        for (char c : value) {
-            if (c == '\'') quoted += '\'';
-            quoted += c;
-        }
-        return quoted + '\'';
-    }
+    std::string quoteIdentifier(std::string_view name) const override { return quotedWith(name, '"'); }
+    std::string quoteString(std::string_view value) const override { return quotedWith(value, '\''); }
     std::string tableReference(const Name& name) const override {
         if (name.isTemp()) return "temp." + quoteIdentifier(sqliteTempTableName(name.last()));
         return quoteIdentifier(name.last());  // dbo.x and db.dbo.x: one database per file
@@ -51,7 +37,7 @@ public:
                 // REAL affinity keeps 100/3 a float division; the DECIMAL(p,s) part tells the
                 // catalog how many places stored values keep.
                 if (type.scale() >= 0) {
-                    const int precision = !type.params.empty() ? type.params[0] : type.name == "SMALLMONEY" ? 10 : type.scale() == 4 ? 19 : 18;
+                    const int precision = decimalPrecision(type);
                     return "REAL DECIMAL(" + std::to_string(precision) + "," + std::to_string(type.scale()) + ")";
                 }
                 return "REAL";

@@ -17,6 +17,14 @@ std::vector<CatalogColumn> resultColumns(const Statement& statement, const Catal
     return describeResult(statement, catalog, sqliteDialect());
 }
 
+std::vector<std::string> emitPostgres(const Statement& statement, const Catalog& catalog) {
+    return emitStatement(statement, catalog, postgresDialect());
+}
+
+std::vector<CatalogColumn> resultColumnsPostgres(const Statement& statement, const Catalog& catalog) {
+    return describeResult(statement, catalog, postgresDialect());
+}
+
 std::string sqliteTempTableName(std::string_view tsqlName) {
     // '[#phb]' and '#phb' name the same table; it lives in SQLite's per-connection temp schema
     // under its T-SQL name, so "#T" can never meet a permanent table.

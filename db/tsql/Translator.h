@@ -74,6 +74,11 @@ std::vector<std::string> emitSqlite(const Statement& statement, const Catalog& c
 // Lets the engine type a result's fields even when it has no rows.
 std::vector<CatalogColumn> resultColumns(const Statement& statement, const Catalog& catalog);
 
+// The same for PostgreSQL (db/postgres): '#x' is a TEMP table of the connection, text columns
+// carry the collation "qx" the engine creates in every shop database.
+std::vector<std::string> emitPostgres(const Statement& statement, const Catalog& catalog);
+std::vector<CatalogColumn> resultColumnsPostgres(const Statement& statement, const Catalog& catalog);
+
 // Name of the temp table behind a T-SQL '#name' (or '[#name]') as the SQLite emitter writes it:
 // the table of that name in the connection's own "temp" schema.
 std::string sqliteTempTableName(std::string_view tsqlName);

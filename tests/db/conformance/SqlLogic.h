@@ -51,6 +51,9 @@ public:
 // Every engine the project has, each on a new database in folder.
 std::vector<std::string> engineNames();
 std::unique_ptr<Engine> openEngine(const std::string& name, const std::string& folder);
+// The PostgreSQL engine on the process's private test server (PostgresEngine.cpp).
+bool postgresAvailable();
+std::unique_ptr<Engine> openPostgresEngine();
 
 // One value as the files write it.
 std::string formatValue(const qx::db::Value& value);

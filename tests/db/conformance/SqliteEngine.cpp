@@ -25,11 +25,15 @@ private:
 
 }  // namespace
 
-// A PostgreSQL engine joins here (and in openEngine) once the project has one.
-std::vector<std::string> engineNames() { return {"sqlite"}; }
+// PostgreSQL joins when the machine has its server binaries (a private server per process).
+std::vector<std::string> engineNames() {
+    if (postgresAvailable()) return {"sqlite", "postgresql"};
+    return {"sqlite"};
+}
 
 std::unique_ptr<Engine> openEngine(const std::string& name, const std::string& folder) {
     if (name == "sqlite") return std::make_unique<SqliteEngine>(folder);
+    if (name == "postgresql") return openPostgresEngine();
     throw std::runtime_error("no engine named " + name);
 }
 

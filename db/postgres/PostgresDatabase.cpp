@@ -1,0 +1,235 @@
+#include "db/postgres/PostgresDatabase.h"
+
+#include <libpq-fe.h>
+
+#include <cstdlib>
+#include <optional>
+#include <vector>
+
+namespace qx::db {
+namespace {
+
+// Type OIDs of the built-in types (pg_type.h is a server header; these numbers are fixed).
+constexpr Oid kBool = 16, kInt8 = 20, kInt2 = 21, kInt4 = 23, kFloat4 = 700, kFloat8 = 701, kNumeric = 1700;
+constexpr Oid kDate = 1082, kTimestamp = 1114, kTimestampTz = 1184;
+constexpr Oid kBpchar = 1042, kVarchar = 1043;
+
+FieldType fieldTypeOf(Oid type) {
+    switch (type) {
+        case kBool: case kInt2: case kInt4: case kInt8: return FieldType::Integer;
+        case kFloat4: case kFloat8: case kNumeric: return FieldType::Float;
+        case kDate: case kTimestamp: case kTimestampTz: return FieldType::DateTime;
+        default: return FieldType::Text;
+    }
+}
+
+Value valueOf(const PGresult* result, int row, int column) {
+    if (PQgetisnull(result, row, column)) return std::monostate{};
+    const char* text = PQgetvalue(result, row, column);
+    switch (PQftype(result, column)) {
+        case kBool: return std::int64_t{text[0] == 't' ? 1 : 0};
+        case kInt2: case kInt4: case kInt8: return static_cast<std::int64_t>(std::strtoll(text, nullptr, 10));
+        case kFloat4: case kFloat8: case kNumeric: return std::strtod(text, nullptr);
+        case kDate: return std::string(text) + " 00:00:00";
+        case kTimestamp: case kTimestampTz: return std::string(text).substr(0, 19);  // seconds, no fraction or zone
+        default: return std::string(text);
+    }
+}
+
+// The name an "undefined column/table" message is about: the first double-quoted word
+// ('column "x" does not exist'), else the word after the first blank ('column t.x does not
+// exist'); without a table qualifier or the temp schema.
+std::string nameIn(const std::string& message) {
+    std::string name;
+    if (const auto open = message.find('"'); open != std::string::npos) {
+        const auto close = message.find('"', open + 1);
+        name = message.substr(open + 1, close == std::string::npos ? std::string::npos : close - open - 1);
+    } else if (const auto blank = message.find(' '); blank != std::string::npos) {
+        name = message.substr(blank + 1, message.find(' ', blank + 1) - blank - 1);
+    }
+    if (name.rfind("pg_temp.", 0) == 0) return name.substr(8);
+    if (const auto dot = name.rfind('.'); dot != std::string::npos && message.rfind("column", 0) == 0) return name.substr(dot + 1);
+    return name;
+}
+
+// The server's message, in SQL Server's words where the module or its users know them.
+std::string messageOf(const PGresult* result, pg_conn* conn) {
+    const char* primary = result ? PQresultErrorField(result, PG_DIAG_MESSAGE_PRIMARY) : nullptr;
+    std::string message = primary ? primary : PQerrorMessage(conn);
+    while (!message.empty() && (message.back() == '\n' || message.back() == ' ')) message.pop_back();
+    const char* state = result ? PQresultErrorField(result, PG_DIAG_SQLSTATE) : nullptr;
+    const std::string code = state ? state : "";
+    if (code == "42703") return "Invalid column name '" + nameIn(message) + "'.";
+    if (code == "42P01") return "Invalid object name '" + nameIn(message) + "'.";
+    if (code == "22012") return "Divide by zero error encountered.";
+    if (code == "22001") return "String or binary data would be truncated. (" + message + ")";
+    if (code == "21000")
+        return "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= or "
+               "when the subquery is used as an expression.";
+    if (code == "22003") {
+        if (message.find("smallint") != std::string::npos || message.find("integer") != std::string::npos)
+            return "Arithmetic overflow error converting expression to data type int.";
+        if (message.find("bigint") != std::string::npos) return "Arithmetic overflow error converting expression to data type bigint.";
+        if (message.find("numeric") != std::string::npos) return "Arithmetic overflow error converting numeric to data type numeric.";
+    }
+    return message;
+}
+
+struct Result {
+    PGresult* r;
+    ~Result() { PQclear(r); }
+};
+
+// The catalog the translator reads: tables of the search path and the connection's temp tables.
+class PostgresCatalog final : public tsql::Catalog {
+public:
+    explicit PostgresCatalog(pg_conn* conn) : conn_(conn) {}
+    std::optional<std::vector<tsql::CatalogColumn>> tableColumns(std::string_view name) const override {
+        std::string table(name);
+        if (table.size() >= 2 && table.front() == '[' && table.back() == ']') table = table.substr(1, table.size() - 2);
+        if (const auto dot = table.rfind('.'); dot != std::string::npos && table.front() != '#') table = table.substr(dot + 1);
+        std::string quoted = "\"";
+        for (char c : table) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+        quoted += '"';
+        const char* sql =
+            "SELECT a.attname, format_type(a.atttypid, a.atttypmod), a.attidentity <> '', a.atttypid, a.atttypmod "
+            "FROM pg_attribute a WHERE a.attrelid = to_regclass($1) AND a.attnum > 0 AND NOT a.attisdropped ORDER BY a.attnum";
+        const char* params[] = {quoted.c_str()};
+        Result result{PQexecParams(conn_, sql, 1, nullptr, params, nullptr, nullptr, 0)};
+        if (PQresultStatus(result.r) != PGRES_TUPLES_OK || PQntuples(result.r) == 0) return std::nullopt;
+        std::vector<tsql::CatalogColumn> columns;
+        for (int i = 0; i < PQntuples(result.r); ++i) {
+            tsql::CatalogColumn column;
+            column.name = PQgetvalue(result.r, i, 0);
+            const Oid type = static_cast<Oid>(std::strtoul(PQgetvalue(result.r, i, 3), nullptr, 10));
+            switch (fieldTypeOf(type)) {
+                case FieldType::Integer: column.type = tsql::SqlType::Integer; break;
+                case FieldType::Float: column.type = tsql::SqlType::Real; break;
+                case FieldType::DateTime: column.type = tsql::SqlType::DateTime; break;
+                default: column.type = tsql::SqlType::Text; break;
+            }
+            column.identity = PQgetvalue(result.r, i, 2)[0] == 't';
+            if (type == kNumeric) {
+                const long modifier = std::strtol(PQgetvalue(result.r, i, 4), nullptr, 10);
+                if (modifier >= 4) column.scale = static_cast<int>((modifier - 4) & 0xffff);
+            }
+            columns.push_back(std::move(column));
+        }
+        return columns;
+    }
+
+private:
+    pg_conn* conn_;
+};
+
+}  // namespace
+
+PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(connection) {
+    conn_ = PQconnectdb(connection.c_str());
+    if (PQstatus(conn_) != CONNECTION_OK) {
+        std::string message = PQerrorMessage(conn_);
+        while (!message.empty() && message.back() == '\n') message.pop_back();
+        PQfinish(conn_);
+        conn_ = nullptr;
+        throw Error("cannot connect to the PostgreSQL server: " + message);
+    }
+    PQsetClientEncoding(conn_, "UTF8");
+    catalog_ = std::make_unique<PostgresCatalog>(conn_);
+    // Text compares like SQL Server's Chinese case-insensitive collation: ICU Chinese (pinyin),
+    // secondary strength (case and width ignored). Two connections may race to create it.
+    runNative("SET client_min_messages = warning");
+    runNative("SET datestyle = 'ISO, YMD'");
+    const ResultSet existing = runNative("SELECT 1 FROM pg_collation WHERE collname = 'qx'");
+    if (existing.rows.empty()) {
+        try {
+            runNative("CREATE COLLATION IF NOT EXISTS qx (provider = icu, locale = 'zh-u-ks-level2', deterministic = false)");
+        } catch (const Error&) {
+            if (runNative("SELECT 1 FROM pg_collation WHERE collname = 'qx'").rows.empty()) throw;
+        }
+    }
+}
+
+PostgresDatabase::~PostgresDatabase() {
+    if (conn_) PQfinish(conn_);
+}
+
+ResultSet PostgresDatabase::runNative(const std::string& sql) { return runSql(sql, nullptr); }
+
+ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement* origin) {
+    Result result{PQexec(conn_, sql.c_str())};
+    const auto status = PQresultStatus(result.r);
+    if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY) {
+        const std::string message = messageOf(result.r, conn_);
+        if (origin) throw Error(message, origin->text, origin->line, origin->column);
+        throw Error(message, sql);
+    }
+    ResultSet set;
+    if (status != PGRES_TUPLES_OK) return set;
+    const int columns = PQnfields(result.r);
+    for (int i = 0; i < columns; ++i) {
+        const Oid type = PQftype(result.r, i);
+        const int modifier = PQfmod(result.r, i);
+        const int size = (type == kVarchar || type == kBpchar) && modifier > 4 ? modifier - 4 : 0;
+        set.columns.push_back({PQfname(result.r, i), fieldTypeOf(type), size});
+    }
+    const int rows = PQntuples(result.r);
+    set.rows.reserve(static_cast<std::size_t>(rows));
+    for (int r = 0; r < rows; ++r) {
+        std::vector<Value> row;
+        row.reserve(static_cast<std::size_t>(columns));
+        for (int c = 0; c < columns; ++c) row.push_back(valueOf(result.r, r, c));
+        set.rows.push_back(std::move(row));
+    }
+    return set;
+}
+
+ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool& produced) {
+    if (statement.procedure)
+        throw Error("procedure " + statement.procedure->name + " is not available on PostgreSQL yet", statement.text, statement.line,
+                    statement.column);
+    const auto sqls = tsql::emitPostgres(statement, *catalog_);
+    ResultSet result;
+    for (std::size_t i = 0; i < sqls.size(); ++i) {
+        const bool collect = statement.returnsRows && i + 1 == sqls.size();
+        ResultSet r = runSql(sqls[i], &statement);
+        if (collect) {
+            result = std::move(r);
+            produced = true;
+        }
+    }
+    return result;
+}
+
+// One transaction per batch: the first failing statement rolls every earlier one back.
+ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch) {
+    runNative("BEGIN");
+    try {
+        ResultSet last;
+        for (const auto& statement : tsql::parseBatch(tsqlBatch)) {
+            bool produced = false;
+            ResultSet result = runStatement(statement, produced);
+            if (produced) last = std::move(result);
+        }
+        runNative("COMMIT");
+        return last;
+    } catch (...) {
+        Result rollback{PQexec(conn_, "ROLLBACK")};
+        throw;
+    }
+}
+
+ResultSet PostgresDatabase::open(std::string_view tsqlBatch) { return runBatch(tsqlBatch); }
+
+void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions&) { runBatch(tsqlBatch); }
+
+std::string PostgresDatabase::nextDocumentNumber(std::string_view) {
+    throw Error("document numbers are not available on PostgreSQL yet");
+}
+
+bool PostgresDatabase::maySummariseStocktake(std::string_view) {
+    throw Error("the stocktake check is not available on PostgreSQL yet");
+}
+
+std::unique_ptr<Database> openPostgres(const std::string& connection) { return std::make_unique<PostgresDatabase>(connection); }
+
+}  // namespace qx::db

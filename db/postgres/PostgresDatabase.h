@@ -1,0 +1,46 @@
+#pragma once
+// The PostgreSQL engine: one libpq connection per object, T-SQL batches translated statement by
+// statement (db/tsql with the PostgreSQL dialect) against the live catalog, every batch one
+// transaction. Use an object from one thread.
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "db/Database.h"
+#include "db/tsql/Translator.h"
+
+struct pg_conn;
+
+namespace qx::db {
+
+class PostgresDatabase final : public Database {
+public:
+    // Connects by a libpq connection string: a URI ("postgresql://user@host:port/shop",
+    // "postgresql:///shop?host=/run/folder") or "key=value" pairs. Creates the text collation the
+    // translated tables use when the database has none yet.
+    explicit PostgresDatabase(const std::string& connection);
+    ~PostgresDatabase() override;
+    PostgresDatabase(const PostgresDatabase&) = delete;
+    PostgresDatabase& operator=(const PostgresDatabase&) = delete;
+
+    ResultSet open(std::string_view tsqlBatch) override;
+    void execute(std::string_view tsqlBatch, const ExecOptions& options = {}) override;
+    std::string nextDocumentNumber(std::string_view funcNo) override;
+    bool maySummariseStocktake(std::string_view warehouse) override;
+    std::string engineName() const override { return "postgresql"; }
+    std::string location() const override { return location_; }
+
+    // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
+    ResultSet runNative(const std::string& sql);
+
+private:
+    ResultSet runBatch(std::string_view tsqlBatch);
+    ResultSet runStatement(const tsql::Statement& statement, bool& produced);
+    ResultSet runSql(const std::string& sql, const tsql::Statement* origin);
+
+    pg_conn* conn_ = nullptr;
+    std::string location_;
+    std::unique_ptr<tsql::Catalog> catalog_;
+};
+
+}  // namespace qx::db

@@ -1,0 +1,26 @@
+// The PostgreSQL engine: a fresh, empty database on the process's private test server
+// (tests/support/PostgresServer.h) for every conformance file.
+#include "SqlLogic.h"
+#include "support/PostgresServer.h"
+
+namespace qx::conformance {
+namespace {
+
+class PostgresEngine final : public Engine {
+public:
+    PostgresEngine() : db_(qx::db::openPostgres(qx::test::PostgresServer::instance()->freshDatabase())) {}
+    std::string name() const override { return "postgresql"; }
+    void execute(const std::string& batch, bool maintenance) override { db_->execute(batch, {.maintenance = maintenance}); }
+    qx::db::ResultSet query(const std::string& batch) override { return db_->open(batch); }
+
+private:
+    std::unique_ptr<qx::db::Database> db_;
+};
+
+}  // namespace
+
+bool postgresAvailable() { return !qx::test::PostgresServer::binaries().empty(); }
+
+std::unique_ptr<Engine> openPostgresEngine() { return std::make_unique<PostgresEngine>(); }
+
+}  // namespace qx::conformance

@@ -1,0 +1,232 @@
+// The PostgreSQL engine on a private test server: connection, atomic batches, the last result
+// set, value types, errors, and T-SQL translated with SQL Server's meaning on both engines.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <unistd.h>
+
+#include "db/Database.h"
+#include "db/tsql/Translator.h"
+#include "support/PostgresServer.h"
+
+namespace {
+
+using qx::db::FieldType;
+using qx::db::Value;
+
+// A table of a shop-like shape, created the same way on either engine.
+constexpr const char* kItems =
+    "CREATE TABLE Items (ItemNo varchar(20) NOT NULL, Name varchar(40), Qty int, Price decimal(18,2), Sold datetime)";
+
+std::string text(const Value& v) { return std::get<std::string>(v); }
+
+class PostgresDatabaseTest : public ::testing::Test {
+protected:
+    std::unique_ptr<qx::db::Database> connect() {
+        return qx::db::openPostgres(uri_);
+    }
+    void SetUp() override {
+        server_ = qx::test::PostgresServer::instance();
+        if (!server_) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+        uri_ = server_->freshDatabase();
+        db_ = connect();
+        db_->execute(kItems);
+    }
+    qx::test::PostgresServer* server_ = nullptr;
+    std::string uri_;
+    std::unique_ptr<qx::db::Database> db_;
+};
+
+TEST_F(PostgresDatabaseTest, ConnectsByUriAndNamesItself) {
+    EXPECT_EQ(db_->engineName(), "postgresql");
+    EXPECT_EQ(db_->location(), uri_);
+    EXPECT_NE(uri_.find("postgresql://"), std::string::npos);
+}
+
+TEST_F(PostgresDatabaseTest, AnUnreachableServerIsAClearError) {
+    try {
+        qx::db::openPostgres("postgresql://qx@/nothing?host=/nonexistent-folder");
+        FAIL() << "connected to nothing";
+    } catch (const qx::db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find("cannot connect to the PostgreSQL server"), std::string::npos) << e.what();
+    }
+}
+
+TEST_F(PostgresDatabaseTest, AFailingStatementLeavesNothingOfItsBatch) {
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('A1', 1)");
+    EXPECT_THROW(db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('A2', 2); UPDATE Items SET Qty = 9; "
+                              "INSERT INTO Items (ItemNo, Qty) VALUES (NULL, 3)"),
+                 qx::db::Error);
+    const auto rows = db_->open("SELECT ItemNo, Qty FROM Items ORDER BY ItemNo").rows;
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(text(rows[0][0]), "A1");
+    EXPECT_EQ(std::get<std::int64_t>(rows[0][1]), 1);
+    // The connection is usable again after the rollback.
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('A3', 3)");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM Items").rows[0][0], Value(std::int64_t{2}));
+}
+
+TEST_F(PostgresDatabaseTest, AnErrorCarriesTheServersMessageAndTheStatement) {
+    try {
+        db_->execute("INSERT INTO Items (ItemNo) VALUES ('B1')\nSELECT NoSuchColumn FROM Items");
+        FAIL() << "no error";
+    } catch (const qx::db::Error& e) {
+        EXPECT_STREQ(e.what(), "Invalid column name 'NoSuchColumn'.");
+        EXPECT_EQ(e.statement(), "SELECT NoSuchColumn FROM Items");
+        EXPECT_EQ(e.line(), 2);
+    }
+    EXPECT_TRUE(db_->open("SELECT * FROM Items").rows.empty());
+}
+
+// The messages the module and its users know, in SQL Server's words.
+TEST_F(PostgresDatabaseTest, ErrorsReadAsSqlServersDo) {
+    const auto message = [&](const char* batch) {
+        try {
+            db_->execute(batch);
+        } catch (const qx::db::Error& e) {
+            return std::string(e.what());
+        }
+        return std::string("no error");
+    };
+    EXPECT_EQ(message("SELECT * FROM NoTable"), "Invalid object name 'NoTable'.");
+    EXPECT_EQ(message("SELECT * FROM #none"), "Invalid object name '#none'.");
+    EXPECT_EQ(message("SELECT 1 / 0"), "Divide by zero error encountered.");
+    EXPECT_EQ(message("SELECT 2147483647 + 1"), "Arithmetic overflow error converting expression to data type int.");
+    EXPECT_EQ(message("INSERT INTO Items (ItemNo) VALUES ('a'); INSERT INTO Items (ItemNo) VALUES ('b'); "
+                      "SELECT (SELECT ItemNo FROM Items)"),
+              "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= or "
+              "when the subquery is used as an expression.");
+    EXPECT_EQ(message(("INSERT INTO Items (ItemNo) VALUES ('" + std::string(10000, 'x') + "')").c_str())
+                  .rfind("String or binary data would be truncated.", 0),
+              0u);
+    EXPECT_EQ(message("INSERT INTO Items (ItemNo, Price) VALUES ('p', 1e20)"), "Arithmetic overflow error converting numeric to data type numeric.");
+    EXPECT_TRUE(db_->open("SELECT * FROM Items").rows.empty());
+}
+
+TEST_F(PostgresDatabaseTest, ABatchReturnsItsLastResultSetAndTempTablesStayPrivate) {
+    db_->execute("INSERT INTO Items (ItemNo, Name, Qty, Price, Sold) VALUES ('C1', 'Shirt', 5, 12.345, '2024-01-05')");
+    const auto result = db_->open(
+        "SELECT ItemNo, Qty INTO #t FROM Items; SELECT 1 AS first; "
+        "SELECT ItemNo, Name, Qty, Price, Sold, Qty * 2 AS Twice FROM Items; DROP TABLE #t");
+    ASSERT_EQ(result.columns.size(), 6u);
+    EXPECT_EQ(result.columns[0].name, "ItemNo");  // case kept
+    EXPECT_EQ(result.columns[0].type, FieldType::Text);
+    EXPECT_EQ(result.columns[0].size, 20);
+    EXPECT_EQ(result.columns[2].type, FieldType::Integer);
+    EXPECT_EQ(result.columns[3].type, FieldType::Float);
+    EXPECT_EQ(result.columns[4].type, FieldType::DateTime);
+    ASSERT_EQ(result.rows.size(), 1u);
+    const auto& row = result.rows[0];
+    EXPECT_EQ(text(row[1]), "Shirt");
+    EXPECT_EQ(std::get<std::int64_t>(row[2]), 5);
+    EXPECT_DOUBLE_EQ(std::get<double>(row[3]), 12.35);  // decimal(18,2) keeps two places
+    EXPECT_EQ(text(row[4]), "2024-01-05 00:00:00");
+    EXPECT_EQ(std::get<std::int64_t>(row[5]), 10);
+
+    // #t of one connection is not seen by another, and survives between its own batches.
+    db_->execute("SELECT ItemNo INTO #mine FROM Items");
+    auto other = connect();
+    EXPECT_THROW(other->open("SELECT * FROM #mine"), qx::db::Error);
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #mine").rows[0][0], Value(std::int64_t{1}));
+    EXPECT_TRUE(db_->open("SELECT * FROM Items WHERE 1 = 0").rows.empty());
+}
+
+TEST_F(PostgresDatabaseTest, NullsComeBackAsNull) {
+    db_->execute("INSERT INTO Items (ItemNo) VALUES ('D1')");
+    const auto row = db_->open("SELECT Name, Qty, Price, Sold FROM Items").rows.at(0);
+    for (const auto& v : row) EXPECT_TRUE(std::holds_alternative<std::monostate>(v));
+}
+
+TEST_F(PostgresDatabaseTest, QuotesInValuesAreData) {
+    db_->execute("INSERT INTO Items (ItemNo, Name) VALUES ('E1', 'O''Brien''; DROP TABLE Items; --')");
+    EXPECT_EQ(text(db_->open("SELECT Name FROM Items").rows.at(0).at(0)), "O'Brien'; DROP TABLE Items; --");
+}
+
+// The same T-SQL on SQLite and on PostgreSQL gives the same rows.
+struct Case {
+    const char* name;
+    const char* setup;  // run first (maintenance), may be empty
+    const char* query;
+    std::vector<std::vector<Value>> rows;
+};
+
+std::vector<Case> bothEngineCases() {
+    using S = std::string;
+    using I = std::int64_t;
+    return {
+        {"text plus text concatenates", "INSERT INTO Items (ItemNo, Name) VALUES ('F1', 'Red')",
+         "SELECT ItemNo + '-' + Name FROM Items", {{S("F1-Red")}}},
+        {"top takes the first rows in order",
+         "INSERT INTO Items (ItemNo, Qty) VALUES ('G1', 3); INSERT INTO Items (ItemNo, Qty) VALUES ('G2', 1); "
+         "INSERT INTO Items (ItemNo, Qty) VALUES ('G3', 2)",
+         "SELECT TOP 2 ItemNo FROM Items ORDER BY Qty", {{S("G2")}, {S("G3")}}},
+        {"isnull falls back", "INSERT INTO Items (ItemNo) VALUES ('H1')", "SELECT ISNULL(Name, 'none'), ISNULL(Qty, 0) FROM Items",
+         {{S("none"), I{0}}}},
+        {"text compares without case", "INSERT INTO Items (ItemNo, Name) VALUES ('J1', 'Blue')",
+         "SELECT ItemNo FROM Items WHERE Name = 'BLUE'", {{S("J1")}}},
+        {"mixed-case names reach the same column", "INSERT INTO Items (ItemNo, Qty) VALUES ('K1', 4)",
+         "SELECT Qty FROM Items WHERE ItemNo = 'K1'", {{I{4}}}},
+        {"getdate is today", "", "SELECT CONVERT(varchar(10), GETDATE(), 120)", {}},
+        {"temp table numbers and reads back", "",
+         "CREATE TABLE #n (k int, v varchar(10)); INSERT INTO #n VALUES (2, 'b'); INSERT INTO #n VALUES (1, 'a'); "
+         "SELECT v FROM #n ORDER BY k",
+         {{S("a")}, {S("b")}}},
+        {"integer division stays integer", "", "SELECT 7 / 2, 7 % 2", {{I{3}, I{1}}}},
+        {"like matches without case", "INSERT INTO Items (ItemNo, Name) VALUES ('L1', 'Jacket')",
+         "SELECT ItemNo FROM Items WHERE Name LIKE 'jack%'", {{S("L1")}}},
+    };
+}
+
+std::vector<std::vector<Value>> runOn(qx::db::Database& db, const Case& c) {
+    db.execute(kItems, {.maintenance = true});
+    if (*c.setup) db.execute(c.setup, {.maintenance = true});
+    return db.open(c.query).rows;
+}
+
+TEST_F(PostgresDatabaseTest, TheSameTsqlGivesTheSameRowsOnBothEngines) {
+    const auto folder = std::filesystem::temp_directory_path() / ("qx-pg-cases-" + std::to_string(getpid()));
+    std::filesystem::create_directories(folder);
+    int index = 0;
+    for (const auto& c : bothEngineCases()) {
+        SCOPED_TRACE(c.name);
+        auto sqlite = qx::db::openSqlite((folder / ("case" + std::to_string(++index) + ".db")).string(), true);
+        sqlite->execute("DROP TABLE IF EXISTS Items", {.maintenance = true});
+        auto postgres = qx::db::openPostgres(server_->freshDatabase());
+        std::vector<std::vector<Value>> fromSqlite, fromPostgres;
+        try {
+            fromSqlite = runOn(*sqlite, c);
+        } catch (const qx::db::Error& e) {
+            ADD_FAILURE() << "sqlite: " << e.what();
+        }
+        try {
+            fromPostgres = runOn(*postgres, c);
+        } catch (const qx::db::Error& e) {
+            ADD_FAILURE() << "postgresql: " << e.what();
+        }
+        EXPECT_EQ(fromSqlite, fromPostgres);
+        if (!c.rows.empty()) EXPECT_EQ(fromPostgres, c.rows);
+        else ASSERT_EQ(fromPostgres.size(), 1u);
+    }
+    std::filesystem::remove_all(folder);
+}
+
+TEST(PostgresDialectTest, WritesTheDifferencesOfPostgresql) {
+    struct NoTables final : qx::tsql::Catalog {
+        std::optional<std::vector<qx::tsql::CatalogColumn>> tableColumns(std::string_view) const override { return std::nullopt; }
+    } catalog;
+    auto emit = [&](const char* tsql) {
+        std::string all;
+        for (const auto& s : qx::tsql::emitPostgres(qx::tsql::parseBatch(tsql).at(0), catalog)) all += s + ";";
+        return all;
+    };
+    EXPECT_NE(emit("SELECT TOP 3 a FROM T").find("LIMIT 3"), std::string::npos);
+    EXPECT_NE(emit("SELECT GETDATE()").find("LOCALTIMESTAMP(0)"), std::string::npos);
+    EXPECT_NE(emit("SELECT ISNULL(a, 0) FROM T").find("COALESCE("), std::string::npos);
+    EXPECT_NE(emit("SELECT 'a' + 'b'").find("||"), std::string::npos);
+    EXPECT_NE(emit("CREATE TABLE #x (a int)").find("pg_temp.\"#x\""), std::string::npos);
+    EXPECT_NE(emit("SELECT MixedCase FROM T").find("\"MixedCase\""), std::string::npos);
+    EXPECT_EQ(emit("SELECT a FROM T").find("qx_"), std::string::npos);
+}
+
+}  // namespace
