@@ -21,6 +21,13 @@ public:
     TQXCK201GF* Filter = nullptr;
     TClientDataSet* CDS_M;  // the size groups (d1006)
     QTimer* gtime;
+
+protected:
+    // The summary of another document family: its name, caption and progress text.
+    TQXCK201G(QWidget* Owner, const QString& name, const QString& caption, const QString& progress);
+    // The condition dialog of this summary.
+    virtual TQXCK201GF* NewFilter();
+    QString progress_;
 };
 
 extern TQXCK201G* QXCK201G;

@@ -10,25 +10,25 @@
 TQXCK201GF* QXCK201GF = nullptr;
 
 namespace {
-struct Preset {
-    const char* caption;
-    const char* description;
-    const char* column;
-};
 // The captions' numbering does not follow the tags; the second caption lacks its opening bracket.
-const Preset kPresets[] = {
-    {"&1.按 【供应商】     ", "按 [供应商]", "A"},      {"&2.按 供应商/商品】", "按 [供应商/商品]", "B"},
-    {"&7.按 【商品】       ", "按 [商品]", "C"},        {"&5.按 【部门】       ", "按 [部门]", "D"},
-    {"&6.按 【业务员】     ", "按 [业务员]", "E"},      {"&3.按 【仓库】       ", "按 [仓库]", "F"},
-    {"&4.按 【仓库/商品】  ", "按 [仓库/商品]", "G"},
-};
+std::vector<TQXCK201GF::Preset> purchasePresets() {
+    return {{"&1.按 【供应商】     ", "按 [供应商]", "A"},      {"&2.按 供应商/商品】", "按 [供应商/商品]", "B"},
+            {"&7.按 【商品】       ", "按 [商品]", "C"},        {"&5.按 【部门】       ", "按 [部门]", "D"},
+            {"&6.按 【业务员】     ", "按 [业务员]", "E"},      {"&3.按 【仓库】       ", "按 [仓库]", "F"},
+            {"&4.按 【仓库/商品】  ", "按 [仓库/商品]", "G"}};
+}
 }  // namespace
 
 TQXCK201GF::TQXCK201GF(QWidget* Owner)
-    : TFrm_TradeFilter(Owner, "QXCK201GF", "采购汇总表", {"供 应 商", "d1103", "D1103.KH_GYS_ID", "进货", "退货"}) {
+    : TQXCK201GF(Owner, "QXCK201GF", "采购汇总表", "采购进货汇总查询", {"供 应 商", "d1103", "D1103.KH_GYS_ID", "进货", "退货"},
+                 purchasePresets()) {}
+
+TQXCK201GF::TQXCK201GF(QWidget* Owner, const QString& name, const QString& caption, const QString& headingText,
+                       const Kind& kind, std::vector<Preset> presets)
+    : TFrm_TradeFilter(Owner, name, caption, kind), presets_(std::move(presets)) {
     group_main = new TClientDataSet(this);
     group_main->setObjectName("group_main");
-    auto* heading = new QLabel("采购进货汇总查询", this);
+    auto* heading = new QLabel(headingText, this);
     heading->setObjectName("Lab_Title");
     MainLayout()->insertWidget(0, heading);
     Panel_Condition->NewRow();
@@ -61,7 +61,7 @@ TQXCK201GF::TQXCK201GF(QWidget* Owner)
     Panel_Condition->AddControl(note, QString(), 4);
     StoredProps << "BSCHK3_1" << "BSCHK3_2" << "RB1" << "RB2" << "RB3" << "RB4";
     QStringList captions;
-    for (const Preset& p : kPresets) captions << QString::fromUtf8(p.caption);
+    for (const Preset& p : presets_) captions << p.caption;
     AddRunButtons(captions, [this](int tag) { btn_group(tag); });
     btn_ok->setText("按自定义汇总");
     btn_ok->setVisible(false);
@@ -76,10 +76,10 @@ void TQXCK201GF::InitForm() {
 }
 
 void TQXCK201GF::btn_group(int tag) {
-    if (tag < 1 || tag > 7) return;
+    if (tag < 1 || tag > int(presets_.size())) return;
     TFrm_Sys_Filter::btn_okClick(nullptr);
-    Description = QString::fromUtf8(kPresets[tag - 1].description);
-    group(kPresets[tag - 1].column);
+    Description = presets_[tag - 1].description;
+    group(presets_[tag - 1].column);
 }
 
 void TQXCK201GF::btn_okClick(QObject* Sender) {
@@ -136,14 +136,22 @@ void TQXCK201GF::group(const QString& column) {
         items.push_back({group_main->FieldByName("group_name")->AsString(), group_main->FieldByName("group_sql")->AsString(),
                          group_main->FieldByName("group_class")->AsString(), chosen && chosen->AsBoolean()});
     }
-    const GroupLists lists = groupLists(dates, items, BSCHK3_1->isChecked());
-    CheckChoices("<采购收货、采购退货> 至少选择一项以上进行查询", "结算方式中:现金、月结/待结 至少选中一项进行查询");
+    const GroupLists lists = groupLists(dates, items, BSCHK3_1->isChecked(), KeptArticleItems(column));
+    CheckChoices(SourceMessage(), SettlementMessage());
     SqlText = summaryBatch(lists, RowSet(conditions));
-    QString sources;
-    if (BSCHK1_1->isChecked()) sources += "采购进货/";
-    if (BSCHK1_2->isChecked()) sources += "采购退货/";
-    Description = sources + "  ●日期:" + BDATE->Date().toString("MM-dd") + " 至 " + EDATE->Date().toString("MM-dd") + " " +
+    Description = SourceDescription() + "  ●日期:" + BDATE->Date().toString("MM-dd") + " 至 " + EDATE->Date().toString("MM-dd") + " " +
                   Description;
     SaveProps();
     SetModalResult(mrOk);
+}
+
+QString TQXCK201GF::SourceMessage() const { return "<采购收货、采购退货> 至少选择一项以上进行查询"; }
+QString TQXCK201GF::SettlementMessage() const { return "结算方式中:现金、月结/待结 至少选中一项进行查询"; }
+QStringList TQXCK201GF::KeptArticleItems(const QString&) const { return {}; }
+
+QString TQXCK201GF::SourceDescription() const {
+    QString sources;
+    if (BSCHK1_1->isChecked()) sources += "采购进货/";
+    if (BSCHK1_2->isChecked()) sources += "采购退货/";
+    return sources;
 }

@@ -96,6 +96,10 @@ TFrm_TradeFilter::TFrm_TradeFilter(QWidget* Owner, const QString& name, const QS
     Panel_Condition->AddControl(sources, QString());
     BSCHK1_1 = Panel_Condition->AddCheckBox("BSCHK1_1", kind.receiptsCaption);
     BSCHK1_2 = Panel_Condition->AddCheckBox("BSCHK1_2", kind.returnsCaption);
+    if (!kind.posCaption.isEmpty()) {
+        BSCHK1_3 = Panel_Condition->AddCheckBox("BSCHK1_3", kind.posCaption);
+        BSCHK1_3->setChecked(true);
+    }
     Panel_Condition->NewRow();
     auto* settlement = new QLabel("结算方式", Panel_Condition);
     Panel_Condition->AddControl(settlement, QString());
@@ -116,6 +120,7 @@ TFrm_TradeFilter::TFrm_TradeFilter(QWidget* Owner, const QString& name, const QS
     wl_name = wl_id->NameLabel();
     Panel_Condition->NewRow();
     StoredProps = {"BSCHK1_1", "BSCHK1_2", "BSCHK2_1", "BSCHK2_2"};
+    if (BSCHK1_3) StoredProps << "BSCHK1_3";
 
     TFrm_Sys_Filter::FormCreate();
     SetDateEdits(BDATE, EDATE);
@@ -181,7 +186,7 @@ void TFrm_TradeFilter::CheckChoices(const QString& sourceMessage, const QString&
     CheckDate(BDATE);
     CheckDate(EDATE);
     qx::documents::refuseReversedDates(BDATE, EDATE);
-    if (!BSCHK1_1->isChecked() && !BSCHK1_2->isChecked()) {
+    if (!BSCHK1_1->isChecked() && !BSCHK1_2->isChecked() && !(BSCHK1_3 && BSCHK1_3->isChecked())) {
         DISPINFO(sourceMessage, 5);
         Abort();
     }

@@ -67,6 +67,7 @@ public:
         QString partnerColumn;   // "D1103.KH_GYS_ID"
         QString receiptsCaption;  // "进货"
         QString returnsCaption;   // "退货"
+        QString posCaption = {};  // a third data source ("POS"); none when empty
     };
     TFrm_TradeFilter(QWidget* Owner, const QString& name, const QString& caption, const Kind& kind);
 
@@ -97,6 +98,7 @@ public:
     QToolButton* btn_dateset;
     QCheckBox* BSCHK1_1;
     QCheckBox* BSCHK1_2;
+    QCheckBox* BSCHK1_3 = nullptr;  // point-of-sale receipts, when the kind has them
     QCheckBox* BSCHK2_1;
     QCheckBox* BSCHK2_2;
     TLinkEdit* KH_ID;
