@@ -1,0 +1,230 @@
+// The sales summary (214): the batch of every dialog choice against golden files, hand-computed
+// rows of a small shop (a sale, a return and point-of-sale receipts, one of them only redeeming
+// points), the choice messages and hostile input in the dialog's edits.
+#include <QPushButton>
+
+#include "reports/Frmqxck211g.h"
+#include "tests/reports/ReportFixture.h"
+#include "tests/support/GoldenStatements.h"
+
+namespace {
+
+using qx::test::sameStatements;
+
+class SalesReportTest : public qx::test::ReportTest {
+protected:
+    void SetUp() override {
+        ReportTest::SetUp();
+        exec("INSERT INTO d1008 (BM_ID, BM_NAME) VALUES ('B1', '销售部')");
+        exec("INSERT INTO d1101 (YW_ID, YW_NAME, BM_ID) VALUES ('Y1', '李四', 'B1')");
+        exec("INSERT INTO d1102 (KH_GYS_ID, KG_NAME) VALUES ('C1', '丽华')");
+        exec("INSERT INTO d1102 (KH_GYS_ID, KG_NAME) VALUES ('C2', '新潮')");
+        exec("INSERT INTO d702 (VIPID, VIPNAME) VALUES ('V1', '会员甲')");
+        struct Item {
+            const char* name;
+            const char* sql;
+            const char* cls;
+            const char* letters;
+        };
+        const Item items[] = {{"部门", "BM_NAME", "G", "D"},      {"客户", "KG_NAME", "G", "AB"},
+                              {"业务员", "YW_NAME", "G", "E"},    {"仓库", "CK_NAME", "G", "FG"},
+                              {"款号", "WL_ID", "G", "BCGI"},     {"品名", "WL_NAME", "G", "BCGI"},
+                              {"品牌", "WL_GG", "G", "CHI"},      {"单位", "DW_NAME", "G", "C"},
+                              {"颜色", "COL_NAME", "G", "C"},     {"数量", "S0+S1+S2+S3+S4+S5+S6+S7+S8+S9", "S", "ABCDEFGHI"},
+                              {"金额", "MONEY", "S", "ABCDEFGHI"}, {"毛利", "LY", "S", "ABCDEFGHI"}};
+        int order = 0;
+        for (const Item& item : items) {
+            QString letters;
+            for (char c = 'A'; c <= 'P'; ++c) letters += QString(",") + (QString(item.letters).contains(QChar(c)) ? "1" : "0");
+            ++order;
+            exec(QString("INSERT INTO sys_GROUP (GROUP_ID, GROUP_NAME, GROUP_SQL, GROUP_CLASS, GROUP_SHOW, SHOW_WIDTH, A, B, C, D, E, "
+                         "F, G, H, I, J, K, L, M, N, O, P, ORDERBY) VALUES (214,'") +
+                 item.name + "','" + item.sql + "','" + item.cls + "'," + (order == 2 || order >= 10 ? "1" : "0") + ",70" +
+                 letters + "," + QString::number(order) + ")");
+        }
+        // 丽华 buys 5 for 500 at a cost of 200 (non-cash, code 2) and returns 1 for 100 at a cost
+        // of 40 (cash): 4 pieces, 400, profit 300 - 60 = 240. 新潮 bought in February.
+        ticket("D8201", "S1", "C1", "2", "2026-03-05", "K0101", {2, 3}, 500, 200);
+        ticket("D8202", "T1", "C1", "1", "2026-03-10", "K0101", {0, 1}, 100, 40);
+        ticket("D8201", "S0", "C2", "1", "2026-02-20", "K0201", {1}, 200, 60);
+        // the member's receipt: one shirt for 90 at a cost of 40; a receipt that only redeemed
+        // points (one line, no member)
+        exec("INSERT INTO d712 (NOID, BDATE, CK_ID, VIPID, YW_ID) VALUES ('P1', '2026-03-12', '01', 'V1', 'Y1')");
+        exec("INSERT INTO d712a (NOID, WL_ID, S1, SMONEY, MONEY) VALUES ('P1', 'K0102', 1, 90, 40)");
+        exec("INSERT INTO d712 (NOID, BDATE, CK_ID, VIPID, YW_ID) VALUES ('P2', '2026-03-13', '01', NULL, 'Y1')");
+        exec("INSERT INTO d712a (NOID, WL_ID, S0, SMONEY, MONEY, NOTE) VALUES ('P2', 'Z', 1, 0, 20, '积分200')");
+    }
+    void TearDown() override {
+        QFile::remove(G_CoName);
+        ReportTest::TearDown();
+    }
+    void ticket(const QString& table, const QString& noid, const QString& customer, const QString& jy, const QString& date,
+                const QString& sku, const QList<int>& s, double amount, double cost) {
+        exec("INSERT INTO " + table + " (T, NOID, CK_ID, BDATE, USER_ID, KH_GYS_ID, YW_ID, JY_ID, NOTE) VALUES (1,'" + noid +
+             "','01','" + date + "','U1','" + customer + "','Y1','" + jy + "','')");
+        QString sizes;
+        for (int i = 0; i < 10; ++i) sizes += "," + QString::number(i < s.size() ? s[i] : 0);
+        exec("INSERT INTO " + table + "A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0,S1,S2,S3,S4,S5,S6,S7,S8,S9, SMONEY, MONEY) VALUES ('" +
+             noid + "','" + sku + "','" + sku.left(3) + "','" + sku.mid(3) + "','01'" + sizes + "," + QString::number(amount) + "," +
+             QString::number(cost) + ")");
+    }
+    // Opens the summary with its dialog reset, filled by `fill` and run by the button `press`
+    // (0 = the custom combination).
+    TQXCK211G* summary(int press, std::function<void(TQXCK211GF*)> fill = {}) {
+        qx::ui::setModalHandler([fill, press](TFrm_Base* dialog) {
+            auto* f = dynamic_cast<TQXCK211GF*>(dialog);
+            if (!f) return int(mrCancel);
+            for (QCheckBox* c : {f->BSCHK1_1, f->BSCHK1_2, f->BSCHK1_3, f->BSCHK2_1, f->BSCHK2_2}) c->setChecked(true);
+            f->RB4->setChecked(true);
+            f->BSCHK3_2->setChecked(true);
+            if (fill) fill(f);
+            if (press == 0)
+                f->btn_ok->click();
+            else
+                f->findChild<QPushButton*>("btn_group" + QString::number(press))->click();
+            return f->ModalResult();
+        });
+        return startReport<TQXCK211G>(214, {});
+    }
+    void expectGolden(const QString& name) {
+        const qx::test::GoldenStatements golden("reports/golden/qxck214.sql");
+        ASSERT_TRUE(golden.hasCase(name)) << name.toStdString();
+        EXPECT_TRUE(sameStatements(golden.text(name, {{"br", "\r\n"}}), lastStatement())) << name.toStdString();
+    }
+    static QStringList fields(TFrm_Base_Qry* r) { return r->AdoQry_Main->FieldNames(); }
+    static void ticketsOnly(TQXCK211GF* f) { f->BSCHK1_3->setChecked(false); }
+};
+
+TEST_F(SalesReportTest, ByCustomerASaleOfFiveAndAReturnOfOneGiveFour400AndAProfitOf240) {
+    auto* r = summary(1, ticketsOnly);
+    expectGolden("by customer, tickets and returns");
+    EXPECT_EQ(fields(r), (QStringList{"客户", "数量", "金额", "毛利"}));
+    EXPECT_EQ(column(r->AdoQry_Main, "客户"), QStringList{"丽华"});
+    EXPECT_EQ(column(r->AdoQry_Main, "数量"), QStringList{"4"});
+    EXPECT_EQ(column(r->AdoQry_Main, "金额").value(0).toDouble(), 400.0);
+    EXPECT_EQ(column(r->AdoQry_Main, "毛利").value(0).toDouble(), 240.0);
+    EXPECT_EQ(r->Lab_Condition->text(), "销售开单/销售退货/  ●日期:03-01 至 03-18 按 [客户]");
+    EXPECT_EQ(r->Caption(), "销售汇总表");
+    EXPECT_TRUE(sink->errors().isEmpty()) << sink->errors().join("\n").toStdString();
+    r->close();
+}
+
+TEST_F(SalesReportTest, PointOfSaleReceiptsJoinUnderTheirMembers) {
+    auto* r = summary(1);
+    expectGolden("by customer, all sources");
+    EXPECT_TRUE(sink->errors().isEmpty()) << sink->errors().join("\n").toStdString();
+    const QStringList customers = column(r->AdoQry_Main, "客户");
+    const QStringList amounts = column(r->AdoQry_Main, "金额");
+    const int member = customers.indexOf("会员甲");
+    ASSERT_GE(member, 0);
+    EXPECT_EQ(amounts.value(member).toDouble(), 90.0);
+    EXPECT_EQ(column(r->AdoQry_Main, "毛利").value(member).toDouble(), 50.0);
+    EXPECT_EQ(r->AdoQry_Main->RecordCount(), 3) << "丽华, the member and the receipt without a member";
+    r->close();
+}
+
+TEST_F(SalesReportTest, PointOfSaleRowsAppearWhateverTheSettlementChoice) {
+    for (QString off : {"cash", "non-cash"}) {
+        auto* r = summary(1, [off](TQXCK211GF* f) { (off == "cash" ? f->BSCHK2_1 : f->BSCHK2_2)->setChecked(false); });
+        expectGolden(off + " off");
+        EXPECT_TRUE(column(r->AdoQry_Main, "客户").contains("会员甲")) << off.toStdString();
+        // the sale is non-cash (2); the return's settlement 1 is not non-cash for returns (0)
+        EXPECT_EQ(column(r->AdoQry_Main, "客户").contains("丽华"), true) << off.toStdString();
+        r->close();
+    }
+}
+
+TEST_F(SalesReportTest, ARedeemedPointsReceiptShowsOneRowWithoutColourOrSize) {
+    auto* r = summary(3, [](TQXCK211GF* f) {
+        f->BSCHK1_1->setChecked(false);
+        f->BSCHK1_2->setChecked(false);
+    });
+    expectGolden("by style, point of sale only");
+    const QStringList names = column(r->AdoQry_Main, "品名");
+    ASSERT_EQ(names.count("【积分换购】"), 1);
+    const int row = names.indexOf("【积分换购】");
+    EXPECT_TRUE(column(r->AdoQry_Main, "颜色").value(row).isEmpty());
+    EXPECT_TRUE(column(r->AdoQry_Main, "单位").value(row).isEmpty());
+    EXPECT_EQ(column(r->AdoQry_Main, "数量").value(row), "1");
+    EXPECT_EQ(column(r->AdoQry_Main, "毛利").value(row).toDouble(), -20.0);
+    EXPECT_EQ(r->Lab_Condition->text(), "POS销售/  ●日期:03-01 至 03-18 按 [商品]");
+    r->close();
+}
+
+TEST_F(SalesReportTest, GroupingByBrandWithSizesKeepsTheBrandColumn) {
+    auto* r = summary(4, [](TQXCK211GF* f) { f->BSCHK3_1->setChecked(true); });
+    expectGolden("by brand with sizes");
+    EXPECT_TRUE(fields(r).contains("品牌"));
+    EXPECT_TRUE(column(r->AdoQry_Main, "品牌").contains("雅牌"));
+    EXPECT_TRUE(sink->errors().isEmpty()) << sink->errors().join("\n").toStdString();
+    r->close();
+    auto* style = summary(3, [](TQXCK211GF* f) { f->BSCHK3_1->setChecked(true); });
+    EXPECT_FALSE(fields(style).contains("品牌")) << "other combinations drop the brand with sizes";
+    style->close();
+}
+
+TEST_F(SalesReportTest, EveryButtonRunsItsPreset) {
+    const char* const captions[] = {"&1.按 【客户】     ", "&2.按 【客户/商品】", "&7.按 【商品】       ",
+                                    "&5.按 【品牌】       ", "&6.按 【业务员】   ", "&3.按 【仓库】       ",
+                                    "&4.按 【仓库/商品】  "};
+    const char* const descriptions[] = {"按 [客户]", "按 [客户/商品]", "按 [商品]", "按 [品牌]", "按 [业务员]",
+                                        "按 [仓库]", "按 [仓库/商品]", "按 [部门]", "按 [品牌/商品]"};
+    for (int tag = 1; tag <= 9; ++tag) {
+        sink->clear();
+        auto* r = summary(tag);
+        EXPECT_TRUE(sink->errors().isEmpty()) << tag << sink->errors().join("\n").toStdString();
+        EXPECT_GE(r->AdoQry_Main->RecordCount(), 1) << tag;
+        EXPECT_TRUE(r->Lab_Condition->text().endsWith(QString(" ") + descriptions[tag - 1])) << tag;
+        if (tag <= 7) EXPECT_EQ(r->Filter->findChild<QPushButton*>("btn_group" + QString::number(tag))->text(), captions[tag - 1]);
+        r->close();
+    }
+}
+
+TEST_F(SalesReportTest, ChoiceMessagesKeepTheDialogOpen) {
+    struct Case {
+        std::function<void(TQXCK211GF*)> fill;
+        QString message;
+    };
+    const Case cases[] = {
+        {[](TQXCK211GF* f) {
+             for (QCheckBox* c : {f->BSCHK1_1, f->BSCHK1_2, f->BSCHK1_3}) c->setChecked(false);
+         },
+         "<pos销售、销售收货、销售退货> 至少选择一项以上进行查询"},
+        {[](TQXCK211GF* f) {
+             f->BSCHK2_1->setChecked(false);
+             f->BSCHK2_2->setChecked(false);
+         },
+         "结算方式中:现金/非现金 至少选中一项进行查询"},
+        {[](TQXCK211GF* f) {
+             f->BDATE->SetText("2026-03-18");
+             f->EDATE->SetText("2026-03-01");
+         },
+         "<开始日期> 不能大于 <结束日期>!"},
+    };
+    for (const Case& c : cases) {
+        sink->clear();
+        auto* r = summary(1, c.fill);
+        ASSERT_FALSE(sink->messages.empty());
+        EXPECT_EQ(sink->messages.back().text, c.message);
+        EXPECT_NE(r->Filter->ModalResult(), mrOk);
+        EXPECT_TRUE(r->QrySql.isEmpty()) << "nothing is queried";
+        r->close();
+    }
+}
+
+TEST_F(SalesReportTest, HostileFilterValuesAreQuotedAndFindNothing) {
+    const QString hostile = "C1') OR ('1'='1";
+    for (TLinkEdit* TFrm_TradeFilter::*edit : {&TFrm_TradeFilter::KH_ID, &TFrm_TradeFilter::YW_ID, &TFrm_TradeFilter::wl_id}) {
+        sink->clear();
+        auto* r = summary(1, [edit, hostile](TQXCK211GF* f) { (f->*edit)->setText(hostile + QString(10000, QChar('x'))); });
+        EXPECT_TRUE(sink->errors().isEmpty()) << sink->errors().join("\n").toStdString();
+        EXPECT_EQ(r->AdoQry_Main->RecordCount(), 0);
+        r->close();
+    }
+    auto* r = summary(1, [hostile](TQXCK211GF* f) { f->KH_ID->setText("C1'"); });
+    EXPECT_TRUE(lastStatement().contains("(D1102.KH_GYS_ID='C1''')")) << "the quote is doubled";
+    EXPECT_TRUE(lastStatement().contains("(D712.VIPID='C1''')")) << "the member stands for the customer";
+    r->close();
+}
+
+}  // namespace
