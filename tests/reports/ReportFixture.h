@@ -77,6 +77,27 @@ protected:
     void exec(const QString& sql) { db->execute(sql.toStdString()); }
     void maintain(const QString& sql) { db->execute(sql.toStdString(), qx::db::ExecOptions{true}); }
 
+    // Grouping items of a summary in sys_GROUP: title, expression, class ("S" summed), the preset
+    // letters that include it. The custom combination is the second item and the summed ones.
+    struct GroupingItem {
+        const char* name;
+        const char* sql;
+        const char* cls;
+        const char* letters;
+    };
+    void insertGroupingItems(int functionId, std::initializer_list<GroupingItem> items) {
+        int order = 0;
+        for (const GroupingItem& item : items) {
+            QString letters;
+            for (char c = 'A'; c <= 'P'; ++c) letters += QString(",") + (QString(item.letters).contains(QChar(c)) ? "1" : "0");
+            ++order;
+            exec(QString("INSERT INTO sys_GROUP (GROUP_ID, GROUP_NAME, GROUP_SQL, GROUP_CLASS, GROUP_SHOW, SHOW_WIDTH, A, B, C, D, E, "
+                         "F, G, H, I, J, K, L, M, N, O, P, ORDERBY) VALUES (") +
+                 QString::number(functionId) + ",'" + item.name + "','" + item.sql + "','" + item.cls + "'," +
+                 (order == 2 || QString(item.cls) == "S" ? "1" : "0") + ",70" + letters + "," + QString::number(order) + ")");
+        }
+    }
+
     void seedShop() {
         exec("INSERT INTO sys_co (CO, PARAM) VALUES ('测试服饰', '')");
         exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U1', '王经理')");

@@ -24,28 +24,12 @@ protected:
         exec("UPDATE d1800 SET PP='雅牌'");
         // grouping items of the purchase summary: supplier (A), supplier/style (B), style and
         // colour, department, salesperson, warehouse, warehouse/style; quantity and amount in all
-        struct Item {
-            const char* name;
-            const char* sql;
-            const char* cls;
-            const char* letters;
-        };
-        const Item items[] = {{"部门", "BM_NAME", "G", "D"},         {"供应商", "KG_NAME", "G", "AB"},
+        insertGroupingItems(204, {{"部门", "BM_NAME", "G", "D"},         {"供应商", "KG_NAME", "G", "AB"},
                               {"业务员", "YW_NAME", "G", "E"},       {"仓库", "CK_NAME", "G", "FG"},
                               {"款号", "WL_ID", "G", "BCG"},         {"品名", "WL_NAME", "G", "BCG"},
                               {"品牌", "WL_GG", "G", "C"},           {"单位", "DW_NAME", "G", "C"},
                               {"颜色", "COL_NAME", "G", "C"},        {"数量", "S0+S1+S2+S3+S4+S5+S6+S7+S8+S9", "S", "ABCDEFG"},
-                              {"金额", "MONEY", "S", "ABCDEFG"}};
-        int order = 0;
-        for (const Item& item : items) {
-            QString letters;
-            for (char c = 'A'; c <= 'P'; ++c) letters += QString(",") + (QString(item.letters).contains(QChar(c)) ? "1" : "0");
-            ++order;
-            exec(QString("INSERT INTO sys_GROUP (GROUP_ID, GROUP_NAME, GROUP_SQL, GROUP_CLASS, GROUP_SHOW, SHOW_WIDTH, A, B, C, D, E, "
-                         "F, G, H, I, J, K, L, M, N, O, P, ORDERBY) VALUES (204,'") +
-                 item.name + "','" + item.sql + "','" + item.cls + "'," + (order == 2 || order >= 10 ? "1" : "0") + ",70" +
-                 letters + "," + QString::number(order) + ")");
-        }
+                              {"金额", "MONEY", "S", "ABCDEFG"}});
         // a receipt of 5 at 50 (non-cash, code 2) and a return of 2 at 24 (cash) from 华丰, and a
         // receipt from 永兴 before the month
         receipt("R1", "G1", "2", "2026-03-05", "K0101", {2, 3}, 50);

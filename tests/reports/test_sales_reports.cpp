@@ -20,28 +20,12 @@ protected:
         exec("INSERT INTO d1102 (KH_GYS_ID, KG_NAME) VALUES ('C1', '丽华')");
         exec("INSERT INTO d1102 (KH_GYS_ID, KG_NAME) VALUES ('C2', '新潮')");
         exec("INSERT INTO d702 (VIPID, VIPNAME) VALUES ('V1', '会员甲')");
-        struct Item {
-            const char* name;
-            const char* sql;
-            const char* cls;
-            const char* letters;
-        };
-        const Item items[] = {{"部门", "BM_NAME", "G", "D"},      {"客户", "KG_NAME", "G", "AB"},
+        insertGroupingItems(214, {{"部门", "BM_NAME", "G", "D"},      {"客户", "KG_NAME", "G", "AB"},
                               {"业务员", "YW_NAME", "G", "E"},    {"仓库", "CK_NAME", "G", "FG"},
                               {"款号", "WL_ID", "G", "BCGI"},     {"品名", "WL_NAME", "G", "BCGI"},
                               {"品牌", "WL_GG", "G", "CHI"},      {"单位", "DW_NAME", "G", "C"},
                               {"颜色", "COL_NAME", "G", "C"},     {"数量", "S0+S1+S2+S3+S4+S5+S6+S7+S8+S9", "S", "ABCDEFGHI"},
-                              {"金额", "MONEY", "S", "ABCDEFGHI"}, {"毛利", "LY", "S", "ABCDEFGHI"}};
-        int order = 0;
-        for (const Item& item : items) {
-            QString letters;
-            for (char c = 'A'; c <= 'P'; ++c) letters += QString(",") + (QString(item.letters).contains(QChar(c)) ? "1" : "0");
-            ++order;
-            exec(QString("INSERT INTO sys_GROUP (GROUP_ID, GROUP_NAME, GROUP_SQL, GROUP_CLASS, GROUP_SHOW, SHOW_WIDTH, A, B, C, D, E, "
-                         "F, G, H, I, J, K, L, M, N, O, P, ORDERBY) VALUES (214,'") +
-                 item.name + "','" + item.sql + "','" + item.cls + "'," + (order == 2 || order >= 10 ? "1" : "0") + ",70" +
-                 letters + "," + QString::number(order) + ")");
-        }
+                              {"金额", "MONEY", "S", "ABCDEFGHI"}, {"毛利", "LY", "S", "ABCDEFGHI"}});
         // 丽华 buys 5 for 500 at a cost of 200 (non-cash, code 2) and returns 1 for 100 at a cost
         // of 40 (cash): 4 pieces, 400, profit 300 - 60 = 240. 新潮 bought in February.
         ticket("D8201", "S1", "C1", "2", "2026-03-05", "K0101", {2, 3}, 500, 200);
