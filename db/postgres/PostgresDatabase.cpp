@@ -1,5 +1,7 @@
 #include "db/postgres/PostgresDatabase.h"
 
+#include "db/sqlite/Schema.h"
+
 #include <libpq-fe.h>
 
 #include <cstdlib>
@@ -219,6 +221,12 @@ ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch) {
 }
 
 ResultSet PostgresDatabase::open(std::string_view tsqlBatch) { return runBatch(tsqlBatch); }
+
+void PostgresDatabase::createShopTables() {
+    std::string batch;
+    for (const auto& file : tableDefinitions()) batch += file.text + "\n";
+    runBatch(batch);
+}
 
 void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions&) { runBatch(tsqlBatch); }
 

@@ -30,6 +30,11 @@ public:
     std::string engineName() const override { return "postgresql"; }
     std::string location() const override { return location_; }
 
+    // Creates the shop's tables from their T-SQL definitions (frame/tables), translated as every
+    // batch is, all in one transaction: either every table exists afterwards or none does.
+    // Views, posting triggers and guards are not created yet.
+    void createShopTables();
+
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
     ResultSet runNative(const std::string& sql);
 
