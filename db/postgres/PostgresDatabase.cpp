@@ -124,6 +124,34 @@ private:
     pg_conn* conn_;
 };
 
+// The server-side helpers the dialect calls by a qx_ name, created once per database. Each is
+// a plain SQL or PL/pgSQL function with SQL Server's meaning; NULL in gives NULL out (STRICT).
+const std::vector<std::string>& runtimeFunctions() {
+    static const std::vector<std::string> functions = {
+        // a ^ b
+        "CREATE FUNCTION qx_bitxor(integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
+        "CREATE FUNCTION qx_bitxor(bigint, bigint) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
+        // REPLICATE, SPACE: a negative count gives NULL.
+        "CREATE FUNCTION qx_replicate(text, bigint) RETURNS text LANGUAGE sql IMMUTABLE STRICT AS "
+        "'SELECT CASE WHEN $2 < 0 THEN NULL ELSE repeat($1, $2::integer) END'",
+        "CREATE FUNCTION qx_space(bigint) RETURNS text LANGUAGE sql IMMUTABLE STRICT AS "
+        "'SELECT CASE WHEN $1 < 0 THEN NULL ELSE repeat('' '', $1::integer) END'",
+        // EOMONTH(date[, months]): the last day of that month, at midnight.
+        "CREATE FUNCTION qx_eomonth(timestamp, bigint) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS "
+        "'SELECT (date_trunc(''month'', $1) + make_interval(months => ($2 + 1)::integer) - INTERVAL ''1 day'')::timestamp(0)'",
+        "CREATE FUNCTION qx_eomonth(timestamp) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS 'SELECT qx_eomonth($1, 0)'",
+        // DATEFROMPARTS(y, m, d)
+        "CREATE FUNCTION qx_datefromparts(bigint, bigint, bigint) RETURNS timestamp(0) LANGUAGE plpgsql IMMUTABLE STRICT AS $$\n"
+        "BEGIN\n"
+        "  IF $1 < 1 OR $1 > 9999 THEN RAISE EXCEPTION USING MESSAGE = 'x'; END IF;\n"
+        "  RETURN make_date($1::integer, $2::integer, $3::integer)::timestamp(0);\n"
+        "EXCEPTION WHEN others THEN\n"
+        "  RAISE EXCEPTION 'Cannot construct data type date, some of the arguments have values which are not valid.';\n"
+        "END $$",
+    };
+    return functions;
+}
+
 }  // namespace
 
 PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(connection) {
@@ -148,6 +176,28 @@ PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(co
         } catch (const Error&) {
             if (runNative("SELECT 1 FROM pg_collation WHERE collname = 'qx'").rows.empty()) throw;
         }
+    }
+    installRuntime();
+}
+
+// The helpers go in once, all together; a connection racing another one to create them accepts
+// the other's.
+void PostgresDatabase::installRuntime() {
+    const auto count = [this] {
+        const ResultSet r = runNative("SELECT count(*) FROM pg_proc WHERE proname LIKE 'qx\\_%'");
+        return std::get<std::int64_t>(r.rows.at(0).at(0));
+    };
+    const auto wanted = static_cast<std::int64_t>(runtimeFunctions().size());
+    if (count() >= wanted) return;
+    try {
+        runNative("BEGIN");
+        for (const auto& function : runtimeFunctions())
+            
+            runNative("DO $install$ BEGIN EXECUTE $f$" + function + "$f$; EXCEPTION WHEN duplicate_function THEN NULL; END $install$");
+        runNative("COMMIT");
+    } catch (const Error&) {
+        Result rollback{PQexec(conn_, "ROLLBACK")};
+        if (count() < wanted) throw;
     }
 }
 

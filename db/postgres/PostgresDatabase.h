@@ -39,6 +39,7 @@ public:
     ResultSet runNative(const std::string& sql);
 
 private:
+    void installRuntime();
     ResultSet runBatch(std::string_view tsqlBatch);
     ResultSet runStatement(const tsql::Statement& statement, bool& produced);
     ResultSet runSql(const std::string& sql, const tsql::Statement* origin);
