@@ -140,6 +140,21 @@ const std::vector<std::string>& runtimeFunctions() {
         "CREATE FUNCTION qx_eomonth(timestamp, bigint) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS "
         "'SELECT (date_trunc(''month'', $1) + make_interval(months => ($2 + 1)::integer) - INTERVAL ''1 day'')::timestamp(0)'",
         "CREATE FUNCTION qx_eomonth(timestamp) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS 'SELECT qx_eomonth($1, 0)'",
+        // ROUND(x, places[, truncate]): half away from zero, negative places round left of the
+        // point, the type of x kept.
+        "CREATE FUNCTION qx_round(numeric, integer) RETURNS numeric LANGUAGE sql IMMUTABLE STRICT AS 'SELECT round($1, $2)'",
+        "CREATE FUNCTION qx_round(integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS "
+        "'SELECT round($1::numeric, $2)::integer'",
+        "CREATE FUNCTION qx_round(bigint, integer) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS "
+        "'SELECT round($1::numeric, $2)::bigint'",
+        "CREATE FUNCTION qx_round(double precision, integer) RETURNS double precision LANGUAGE sql IMMUTABLE STRICT AS "
+        "'SELECT round($1::numeric, $2)::double precision'",
+        "CREATE FUNCTION qx_round(numeric, integer, integer) RETURNS numeric LANGUAGE sql IMMUTABLE STRICT AS "
+        "'SELECT CASE WHEN $3 = 0 THEN round($1, $2) ELSE trunc($1, $2) END'",
+        "CREATE FUNCTION qx_round(integer, integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS "
+        "'SELECT qx_round($1::numeric, $2, $3)::integer'",
+        "CREATE FUNCTION qx_round(double precision, integer, integer) RETURNS double precision LANGUAGE sql IMMUTABLE STRICT AS "
+        "'SELECT qx_round($1::numeric, $2, $3)::double precision'",
         // DATEFROMPARTS(y, m, d)
         "CREATE FUNCTION qx_datefromparts(bigint, bigint, bigint) RETURNS timestamp(0) LANGUAGE plpgsql IMMUTABLE STRICT AS $$\n"
         "BEGIN\n"
