@@ -155,6 +155,18 @@ const std::vector<std::string>& runtimeFunctions() {
         "'SELECT qx_round($1::numeric, $2, $3)::integer'",
         "CREATE FUNCTION qx_round(double precision, integer, integer) RETURNS double precision LANGUAGE sql IMMUTABLE STRICT AS "
         "'SELECT qx_round($1::numeric, $2, $3)::double precision'",
+        // ISNUMERIC: a number, or text that converts to one of SQL Server's numeric types: a sign,
+        // a currency mark ($ or ¥), digits with thousands commas before the point, an exponent
+        // after digits; blanks around are ignored. NULL is 0.
+        "CREATE FUNCTION qx_isnumeric(text) RETURNS integer LANGUAGE sql IMMUTABLE AS $$"
+        "SELECT CASE WHEN t IS NULL OR t = '' THEN 0 "
+        "WHEN t ~ '^[+-]?(\\$|¥)?[+-]?[0-9,]*(\\.[0-9]*)?$' THEN 1 "
+        "WHEN t ~ '^[+-]?(\\$|¥)?[+-]?[0-9,]*(\\.[0-9]*)?[eEdD][+-]?[0-9]+$' AND t ~ '^[^eEdD]*[0-9]' THEN 1 ELSE 0 END "
+        "FROM (SELECT btrim($1, E' \\t\\r\\n') AS t) v$$",
+        "CREATE FUNCTION qx_isnumeric(numeric) RETURNS integer LANGUAGE sql IMMUTABLE AS "
+        "'SELECT CASE WHEN $1 IS NULL THEN 0 ELSE 1 END'",
+        "CREATE FUNCTION qx_isnumeric(double precision) RETURNS integer LANGUAGE sql IMMUTABLE AS "
+        "'SELECT CASE WHEN $1 IS NULL THEN 0 ELSE 1 END'",
         // DATEFROMPARTS(y, m, d)
         "CREATE FUNCTION qx_datefromparts(bigint, bigint, bigint) RETURNS timestamp(0) LANGUAGE plpgsql IMMUTABLE STRICT AS $$\n"
         "BEGIN\n"
