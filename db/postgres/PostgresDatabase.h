@@ -30,10 +30,16 @@ public:
     std::string engineName() const override { return "postgresql"; }
     std::string location() const override { return location_; }
 
+    // Creates the shop's tables from their T-SQL definitions (frame/tables), translated as every
+    // batch is, all in one transaction: either every table exists afterwards or none does.
+    // Views, posting triggers and guards are not created yet.
+    void createShopTables();
+
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
     ResultSet runNative(const std::string& sql);
 
 private:
+    void installRuntime();
     ResultSet runBatch(std::string_view tsqlBatch);
     ResultSet runStatement(const tsql::Statement& statement, bool& produced);
     ResultSet runSql(const std::string& sql, const tsql::Statement* origin);

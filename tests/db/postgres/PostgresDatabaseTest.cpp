@@ -2,11 +2,15 @@
 // set, value types, errors, and T-SQL translated with SQL Server's meaning on both engines.
 #include <gtest/gtest.h>
 
+#include <sqlite3.h>
+
 #include <filesystem>
+#include <map>
 #include <string>
 #include <unistd.h>
 
 #include "db/Database.h"
+#include "db/postgres/PostgresDatabase.h"
 #include "db/tsql/Translator.h"
 #include "support/PostgresServer.h"
 
@@ -209,6 +213,81 @@ TEST_F(PostgresDatabaseTest, TheSameTsqlGivesTheSameRowsOnBothEngines) {
         else ASSERT_EQ(fromPostgres.size(), 1u);
     }
     std::filesystem::remove_all(folder);
+}
+
+// Table name → its column names in order.
+using Tables = std::map<std::string, std::vector<std::string>>;
+
+Tables sqliteTables(const std::string& path) {
+    sqlite3* db = nullptr;
+    EXPECT_EQ(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+    Tables tables;
+    sqlite3_stmt* stmt = nullptr;
+    sqlite3_prepare_v2(db,
+                       "SELECT m.name, p.name FROM sqlite_master m, pragma_table_info(m.name) p "
+                       "WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite%' ORDER BY m.name, p.cid",
+                       -1, &stmt, nullptr);
+    while (sqlite3_step(stmt) == SQLITE_ROW)
+        tables[reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0))].push_back(
+            reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1)));
+    sqlite3_finalize(stmt);
+    sqlite3_close(db);
+    return tables;
+}
+
+Tables postgresTables(qx::db::PostgresDatabase& db) {
+    Tables tables;
+    const auto rows = db.runNative(
+        "SELECT c.relname, a.attname FROM pg_class c JOIN pg_namespace n ON n.oid = c.relnamespace "
+        "JOIN pg_attribute a ON a.attrelid = c.oid WHERE n.nspname = 'public' AND c.relkind = 'r' "
+        "AND a.attnum > 0 AND NOT a.attisdropped ORDER BY c.relname, a.attnum");
+    for (const auto& row : rows.rows) tables[text(row[0])].push_back(text(row[1]));
+    return tables;
+}
+
+TEST(PostgresShopTest, AFreshShopHasEveryTableAndColumnOfTheSqliteShop) {
+    auto* server = qx::test::PostgresServer::instance();
+    if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+    const auto folder = std::filesystem::temp_directory_path() / ("qx-pg-shop-" + std::to_string(getpid()));
+    std::filesystem::create_directories(folder);
+    const std::string file = (folder / "shop.db").string();
+    qx::db::openSqlite(file, true).reset();
+    Tables expected = sqliteTables(file);
+    std::filesystem::remove_all(folder);
+    // The month-closing snapshots belong to the SQLite engine's procedures, not to the table
+    // definitions; PostgreSQL has no procedures yet.
+    ASSERT_EQ(expected.erase("sys_ck_snapshot"), 1u);
+    ASSERT_GT(expected.size(), 30u);
+    ASSERT_TRUE(expected.count("d1004"));
+
+    qx::db::PostgresDatabase postgres(server->freshDatabase());
+    postgres.createShopTables();
+    const Tables created = postgresTables(postgres);
+    for (const auto& [table, columns] : expected) {
+        SCOPED_TRACE(table);
+        const auto found = created.find(table);
+        ASSERT_NE(found, created.end()) << "missing on PostgreSQL";
+        EXPECT_EQ(found->second, columns);
+    }
+    EXPECT_EQ(created.size(), expected.size());
+
+    // The tables take the module's statements: quotes are data, codes compare ignoring case.
+    postgres.execute("INSERT INTO d1004 (CLASS_ID, CLASS_NAME) VALUES ('ab', 'O''Neil')");
+    const auto rows = postgres.open("SELECT CLASS_NAME FROM d1004 WHERE CLASS_ID = 'AB'");
+    ASSERT_EQ(rows.rows.size(), 1u);
+    EXPECT_EQ(text(rows.rows[0][0]), "O'Neil");
+    // The codes' primary key holds.
+    EXPECT_THROW(postgres.execute("INSERT INTO d1004 (CLASS_ID) VALUES ('AB')"), qx::db::Error);
+}
+
+TEST(PostgresShopTest, CreatingTheTablesTwiceFailsAndKeepsTheFirstOnes) {
+    auto* server = qx::test::PostgresServer::instance();
+    if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+    qx::db::PostgresDatabase postgres(server->freshDatabase());
+    postgres.createShopTables();
+    const Tables first = postgresTables(postgres);
+    EXPECT_THROW(postgres.createShopTables(), qx::db::Error);
+    EXPECT_EQ(postgresTables(postgres), first);
 }
 
 TEST(PostgresDialectTest, WritesTheDifferencesOfPostgresql) {
