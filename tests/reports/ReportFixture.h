@@ -21,6 +21,7 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
+#include "tests/support/ScreenTestEnvironment.h"
 
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
 
@@ -51,28 +52,16 @@ inline QMap<QString, QString> goldenStatements(const QString& file) {
 class ReportTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ResetGlobals();
-        G_UserId = "U1";
+        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
+        seedShop();
+        environment.install(db, &calls);
         G_UserName = "王经理";
         G_ckid = "01";
         G_CkName = "总仓";
         G_CoName = "报表测试" + QString::number(reinterpret_cast<quintptr>(this));
         G_CM = 9;
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
-        seedShop();
-        qx::dataop::setDatabase(db);
-        qx::dataop::setObserver([this](const Call& c) { calls.push_back(c); });
-        qx::ui::setToday(QDate(2026, 3, 18));
-        qx::ui::setScreenPresenter([](TFrm_Base* screen) { screen->show(); });
     }
-    void TearDown() override {
-        qx::ui::setModalHandler(nullptr);
-        qx::ui::setScreenPresenter(nullptr);
-        qx::ui::setToday(QDate());
-        qx::dataop::setObserver({});
-        qx::dataop::setDatabase(nullptr);
-        ResetGlobals();
-    }
+    void TearDown() override { environment.restore(); }
 
     void exec(const QString& sql) { db->execute(sql.toStdString()); }
     void maintain(const QString& sql) { db->execute(sql.toStdString(), qx::db::ExecOptions{true}); }
@@ -197,6 +186,7 @@ protected:
         return out;
     }
 
+    qx::test::ScreenTestEnvironment environment;
     qx::ui::ScopedScriptedSink sink;
     QTemporaryDir dir;
     std::shared_ptr<qx::db::Database> db;

@@ -22,6 +22,7 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
+#include "tests/support/ScreenTestEnvironment.h"
 
 // Readable failures: texts as texts.
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
@@ -33,26 +34,14 @@ using qx::dataop::Call;
 class ShopScreenTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ResetGlobals();
-        G_UserId = "U1";
+        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
+        seedShop();
+        environment.install(db, &calls);
         G_UserName = "王经理";
         G_ckid = "01";
         G_CkName = "总仓";
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
-        seedShop();
-        qx::dataop::setDatabase(db);
-        qx::dataop::setObserver([this](const Call& c) { calls.push_back(c); });
-        qx::ui::setToday(QDate(2026, 3, 18));
-        qx::ui::setScreenPresenter([](TFrm_Base* screen) { screen->show(); });
     }
-    void TearDown() override {
-        qx::ui::setModalHandler(nullptr);
-        qx::ui::setScreenPresenter(nullptr);
-        qx::ui::setToday(QDate());
-        qx::dataop::setObserver({});
-        qx::dataop::setDatabase(nullptr);
-        ResetGlobals();
-    }
+    void TearDown() override { environment.restore(); }
 
     void exec(const QString& sql) { db->execute(sql.toStdString()); }
 
@@ -87,15 +76,7 @@ protected:
 
     qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
     // The first column of the first row as text ("" when there is none).
-    QString scalar(const QString& sql) {
-        const auto r = query(sql);
-        if (r.rows.empty() || r.rows[0].empty()) return {};
-        const auto& v = r.rows[0][0];
-        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-        return {};
-    }
+    QString scalar(const QString& sql) { return scalarOf(*db, sql); }
     int count(const QString& sql) { return scalar(sql).toInt(); }
 
     // A document list opened on its function code; `fillFilter` fills the filter dialog before
@@ -178,6 +159,7 @@ protected:
         return b.empty() ? QString() : b.back();
     }
 
+    ScreenTestEnvironment environment;
     qx::ui::ScopedScriptedSink sink;
     QTemporaryDir dir;
     std::shared_ptr<qx::db::Database> db;
