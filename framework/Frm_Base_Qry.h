@@ -21,6 +21,7 @@
 // column rules (G_CM), sets sum footers on the fields listed in SumFields and hides the cost
 // fields listed in CostFields unless ShowCost.
 #include "framework/Frm_Base.h"
+#include "framework/ReportChart.h"
 
 class TDBGridEh;
 
@@ -73,6 +74,11 @@ public:
 
     // Applies SumFields / CostFields / G_CM to the grid's columns.
     void ApplyColumnRules();
+
+    // The chart a report draws beside its grid; none by default. Read after every GetData, so
+    // a report whose columns depend on its conditions (day or month columns) may answer
+    // differently each time.
+    virtual qx::chart::ChartSpec ChartSpec() const { return {}; }
 };
 
 class QX_FRAMEWORK_EXPORT TFrm_Base_Outer : public TFrm_Base_Panel {
