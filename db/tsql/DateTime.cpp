@@ -271,6 +271,25 @@ std::string formatIso(const DateTime& v) {
     return buffer;
 }
 
+DateTime roundToTicks(const DateTime& v) {
+    const std::int64_t ticks = std::llround(v.millisecond * 0.3);  // of 1/300 s
+    const auto millisecond = static_cast<int>(std::llround(ticks * 10.0 / 3.0));
+    if (millisecond < 1000) {
+        DateTime rounded = v;
+        rounded.millisecond = millisecond;
+        return rounded;
+    }
+    return fromSeconds(secondsOf(v) + 1, millisecond - 1000);
+}
+
+std::string formatValue(const DateTime& value) {
+    const DateTime v = roundToTicks(value);
+    if (v.millisecond == 0) return formatIso(v);
+    char buffer[8];
+    std::snprintf(buffer, sizeof buffer, ".%03d", v.millisecond);
+    return formatIso(v) + buffer;
+}
+
 std::optional<std::string> formatStyle(const DateTime& v, int style) {
     char b[48];
     const int yy = v.year % 100;

@@ -29,6 +29,12 @@ std::optional<DateTime> parse(std::string_view text, bool dayFirst = false);
 DateTime fromDayNumber(double days);
 
 std::string formatIso(const DateTime& value);  // YYYY-MM-DD HH:MM:SS
+// A datetime as the database keeps it: the time rounded to SQL Server's 1/300 s (.000, .003,
+// .007), written as formatIso plus ".mmm" when there are milliseconds, so that whole-second
+// values keep their usual form and texts still order as the times do.
+std::string formatValue(const DateTime& value);
+// The time rounded to SQL Server's 1/300 s; 23:59:59.999 becomes the next day's midnight.
+DateTime roundToTicks(const DateTime& value);
 // CONVERT(char, date, style) for the styles SQL Server documents; nullopt for an unknown style.
 std::optional<std::string> formatStyle(const DateTime& value, int style);
 

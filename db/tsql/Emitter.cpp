@@ -39,6 +39,7 @@ struct Resolution {
     const Source* source = nullptr;
     SqlType type = SqlType::Unknown;
     int scale = -1;
+    bool money = false;
     bool local = false;
 };
 
@@ -251,6 +252,7 @@ private:
                 if (const CatalogColumn* c = findColumn(*source, name.last())) {
                     result.type = c->type;
                     result.scale = c->scale;
+                    result.money = c->money;
                 }
                 result.local = local;
                 return result;
@@ -261,6 +263,7 @@ private:
                     result.source = &s->sources[i];
                     result.type = c->type;
                     result.scale = c->scale;
+                    result.money = c->money;
                     result.local = local;
                     return result;
                 }
@@ -422,6 +425,31 @@ private:
         return result;
     }
 
+    // A value of the money types: a money column, a cast to money, and what keeps their type
+    // (sign, sums, ISNULL, money plus or minus money, money times an integer).
+    bool isMoney(const Expr& e, const Scope& scope) {
+        switch (e.kind) {
+            case ExprKind::Column: return resolve(e.name, scope).money;
+            case ExprKind::Convert: return e.type.name == "MONEY" || e.type.name == "SMALLMONEY";
+            case ExprKind::Unary: return (e.text == "-" || e.text == "+") && isMoney(*e.args[0], scope);
+            case ExprKind::Binary: {
+                const bool left = isMoney(*e.args[0], scope), right = isMoney(*e.args[1], scope);
+                if (e.text == "+" || e.text == "-") return left && right;
+                // money times or by an integer stays money (decimal outranks money, an integer does not)
+                if (e.text == "*") return (left && (right || typeOf(*e.args[1], scope) == SqlType::Integer)) ||
+                                          (right && typeOf(*e.args[0], scope) == SqlType::Integer);
+                if (e.text == "/") return left && typeOf(*e.args[1], scope) == SqlType::Integer;
+                return false;
+            }
+            case ExprKind::Function: {
+                const std::string name = toUpper(e.name.last());
+                return (name == "SUM" || name == "MIN" || name == "MAX" || name == "ABS" || name == "ISNULL") && !e.args.empty() &&
+                       isMoney(*e.args[0], scope);
+            }
+            default: return false;
+        }
+    }
+
     // Decimal places SQL Server keeps for a DECIMAL/MONEY expression (exact arithmetic:
     // + and - keep the larger scale, * adds them); nullopt for floats, divisions and the rest.
     // Integers count as scale 0.
@@ -508,7 +536,7 @@ private:
                 if (auto date = dates::parse(e.text)) {
                     if (date->year < 1753)
                         fail("The conversion of a varchar data type to a datetime data type resulted in an out-of-range value.", e.pos);
-                    return d_.quoteString(dates::formatIso(*date));
+                    return d_.quoteString(dates::formatValue(*date));
                 }
                 if (storing) fail("Conversion failed when converting date and/or time from character string.", e.pos);
                 return expr(e, scope);
@@ -717,6 +745,10 @@ private:
                 std::optional<int> style = e.style;
                 const SqlType valueType = typeOf(value, scope);
                 if (!style && valueType == SqlType::DateTime) style = 120;
+                if (valueType == SqlType::Real && isMoney(value, scope) && (!style || *style == 0 || *style == 2)) {
+                    // money as text: two places by default, all four with style 2
+                    return d_.toText(d_.fixedPoint(v, style && *style == 2 ? 4 : 2), std::nullopt, length, e.type.isFixedChar());
+                }
                 if (valueType == SqlType::Real) {
                     // a DECIMAL(p,s) value is written with its s places: 12.50, not 12.5
                     const auto scale = decimalScale(value, scope);
@@ -732,6 +764,7 @@ private:
             case SqlType::Integer: {
                 if (e.tryConversion) return d_.call("try", {v, d_.quoteString(integerKind(e.type.name)), "0", "0"});
                 if (e.type.name == "BIT") return d_.call("bit", {v});
+                if (isMoney(value, scope)) return d_.call("int", {v, d_.quoteString(integerKind(e.type.name)), "1"});
                 return d_.call("int", {v, d_.quoteString(integerKind(e.type.name))});
             }
             case SqlType::Real: {
@@ -776,7 +809,7 @@ private:
 
     std::string dateArgument(const Expr& e, const Scope& scope) {
         if (e.kind == ExprKind::String) {
-            if (auto date = dates::parse(e.text)) return d_.quoteString(dates::formatIso(*date));
+            if (auto date = dates::parse(e.text)) return d_.quoteString(dates::formatValue(*date));
         }
         return expr(e, scope);
     }

@@ -35,10 +35,13 @@ public:
                 return std::string("TEXT COLLATE ") + kSqliteCollation;
             case SqlType::Real:
                 // REAL affinity keeps 100/3 a float division; the DECIMAL(p,s) part tells the
-                // catalog how many places stored values keep.
+                // catalog how many places stored values keep, MONEY that whole numbers are
+                // rounded from it.
                 if (type.scale() >= 0) {
                     const int precision = decimalPrecision(type);
-                    return "REAL DECIMAL(" + std::to_string(precision) + "," + std::to_string(type.scale()) + ")";
+                    const bool money = type.name == "MONEY" || type.name == "SMALLMONEY";
+                    return std::string(money ? "REAL MONEY DECIMAL(" : "REAL DECIMAL(") + std::to_string(precision) + "," +
+                           std::to_string(type.scale()) + ")";
                 }
                 return "REAL";
             default: return columnTypeFor(type.sqlType());

@@ -189,7 +189,7 @@ void datetimeFunction(sqlite3_context* context, int argc, sqlite3_value** argv) 
     }
     if (value.year < 1753)
         return sqlite3_result_error(context, "The conversion of a varchar data type to a datetime data type resulted in an out-of-range value.", -1);
-    resultText(context, dates::formatIso(value));
+    resultText(context, dates::formatValue(value));
 }
 
 void datepartFunction(sqlite3_context* context, int, sqlite3_value** argv) {
@@ -210,7 +210,7 @@ void dateaddFunction(sqlite3_context* context, int, sqlite3_value** argv) {
         const auto amount = static_cast<std::int64_t>(std::trunc(raw));
         const dates::DateTime sum = dates::dateAdd(value, part, amount);
         if (sum.year < 1753 || sum.year > 9999) return sqlite3_result_error(context, "Adding a value to a 'datetime' column caused an overflow.", -1);
-        resultText(context, dates::formatIso(sum));
+        resultText(context, dates::formatValue(sum));
     }
 }
 

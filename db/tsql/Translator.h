@@ -22,6 +22,8 @@ struct CatalogColumn {
     // Decimal places a DECIMAL/NUMERIC/MONEY column keeps (values are rounded when stored);
     // -1 for every other type.
     int scale = -1;
+    // A MONEY/SMALLMONEY column: CAST(… AS int) of it rounds instead of truncating.
+    bool money = false;
 };
 
 // What the translator may ask about the database it translates for.
