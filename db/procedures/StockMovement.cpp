@@ -337,7 +337,9 @@ private:
         std::vector<Row> rows;
         TextMap<std::size_t> groups;  // group key → its row (groupings 1 and 2)
         rows.reserve(a_.grouping == 0 ? tally_.size() * 4 : 1024);
-        for (auto& [wl, t] : tally_) {
+        for (auto& entry : tally_) {
+            const auto& wl = entry.first;
+            auto& t = entry.second;  // named, not bound: the lambdas below capture it
             const Sku& sku = skuOf(wl);
             auto add = [&](Row& r, int i) {  // i = size position, or -1 for all sizes
                 auto sum = [&](const Sizes& s) -> long long {
