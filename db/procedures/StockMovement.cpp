@@ -506,7 +506,8 @@ private:
             for (const auto& m : t.lines) a.lines.push_back(&m);
         }
         const double f = a_.cost ? 1.0 : 0.0;
-        for (auto& [key, a] : articles) {
+        for (auto& entry : articles) {
+            auto& a = entry.second;  // named, not bound: the lambda below captures it
             if (a_.onlyMoved && !a.moved) continue;
             long long opening = 0;
             for (long long v : a.opening) opening += v;
