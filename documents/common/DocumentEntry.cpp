@@ -268,6 +268,7 @@ bool TDocumentEntry::AllCheck() {
     if (!TFrm_Base_Entry_BodyC::AllCheck()) return false;
     CheckOwnHead();
     checkTypedCodes(Panel_Head);
+    refuseEmptyLookups();
     const bool positive = kind_.lineCheck == LineCheck::PositiveQuantities;
     const int bad = positive ? firstLineWithBadQuantities(AdoQry_Main) : firstLineWithAllSizesZero(AdoQry_Main);
     if (bad >= 0) {
@@ -276,6 +277,19 @@ bool TDocumentEntry::AllCheck() {
         Abort();
     }
     return true;
+}
+
+// Every list joins the head's partner, warehouse and lookups to their tables: a document saved
+// with one of them empty would be stored but never listed again, so it is not saved.
+void TDocumentEntry::refuseEmptyLookups() {
+    for (const HeadField& f : kind_.head) {
+        if (f.role != HeadRole::Partner && f.role != HeadRole::Warehouse && f.role != HeadRole::Lookup) continue;
+        QWidget* control = headControl(f.control);
+        if (!control || !ControlText(control).trimmed().isEmpty()) continue;
+        DISPINFO("请选择" + QString(f.caption).remove(' ').remove(QChar(0x3000)) + "!", 5);
+        control->setFocus();
+        Abort();
+    }
 }
 
 QString TDocumentEntry::TotalText() const {

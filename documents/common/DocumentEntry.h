@@ -65,6 +65,8 @@ protected:
     // A kind's own head check, after the framework's and before the typed codes and the lines
     // are checked: reports, focuses and aborts (Abort) when the head is wrong.
     virtual void CheckOwnHead() {}
+    // Refuses a save with an empty partner, warehouse or lookup: "请选择{caption}!".
+    void refuseEmptyLookups();
     // A kind's own statements after the templates' (barcode updates of receipts).
     virtual void AppendOwnStatements(QString& batch) { Q_UNUSED(batch); }
     // The value of a placeholder of the templates; false when it names nothing.

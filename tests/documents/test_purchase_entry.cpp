@@ -709,7 +709,9 @@ TEST_F(PurchaseEntryTest, AnUnknownStyleIsRefusedWithItsCode) {
 TEST_F(PurchaseEntryTest, AnUnknownSupplierTypedIsRefusedBeforeSaving) {
     TQXCK201* l = list();
     TQXCK201_1* e = add(l);
+    fillHead(e);
     addLine(e, "K01", "02", {"1"}, "10");
+    e->KH_GYS_ID->clear();
     e->KH_GYS_ID->setFocus();
     QTest::keyClicks(e->KH_GYS_ID, "G9'9");
     const QString noid = number(e);
@@ -725,6 +727,34 @@ TEST_F(PurchaseEntryTest, AnUnknownSupplierTypedIsRefusedBeforeSaving) {
     EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
     EXPECT_EQ(scalar("SELECT KH_GYS_ID FROM D8101 WHERE NOID='" + noid + "'"), "G02");
     delete l;
+}
+
+// A receipt without a salesperson (or any other lookup of its head) would be saved but never
+// listed again, since the list joins every one of them: it is refused, and nothing is lost.
+TEST_F(PurchaseEntryTest, AnEmptyLookupIsRefusedSoThatNoReceiptIsSavedOutOfTheListsSight) {
+    struct Case {
+        const char* control;
+        const char* message;
+    };
+    for (const Case& c : {Case{"KH_GYS_ID", "请选择供应商!"}, Case{"YW_ID", "请选择采购员!"}, Case{"SEND_ID", "请选择送货方式!"},
+                          Case{"JY_ID", "请选择结算方式!"}}) {
+        TQXCK201* l = list();
+        TQXCK201_1* e = add(l);
+        fillHead(e);
+        addLine(e, "K01", "02", {"1"}, "10");
+        auto* edit = e->findChild<QLineEdit*>(c.control);
+        ASSERT_NE(edit, nullptr) << c.control;
+        edit->clear();
+        const QString noid = number(e);
+        sink->clear();
+        e->Act_Save->trigger();
+        ASSERT_FALSE(sink->texts().isEmpty()) << c.control;
+        EXPECT_EQ(sink->texts().back(), c.message);
+        EXPECT_EQ(count("SELECT COUNT(*) FROM D8101 WHERE NOID='" + noid + "'"), 0) << c.control;
+        EXPECT_TRUE(e->isVisible());
+        EXPECT_EQ(e->AdoQry_Main->RecordCount(), 1) << "the lines typed stay";
+        delete l;
+    }
 }
 
 TEST_F(PurchaseEntryTest, AnUnknownCodeTypedIntoAnyLookupEditIsRefusedBeforeSaving) {
