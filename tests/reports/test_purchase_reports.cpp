@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QPushButton>
 
+#include "framework/Screenshot.h"
 #include "reports/Frmqxck201g.h"
 #include "reports/Frmqxck201m.h"
 #include "tests/reports/ReportFixture.h"
@@ -458,6 +459,21 @@ TEST_F(PurchaseReportTest, HostileTextInEveryDetailEditIsAValueTwiceQuoted) {
     EXPECT_TRUE(sink->errors().isEmpty()) << sink->errors().join("\n").toStdString();
     EXPECT_EQ(query("SELECT COUNT(*) FROM D8102").rows.size(), 1u);
     r->close();
+}
+
+TEST_F(PurchaseReportTest, ScreenshotsOfTheSummaryAndTheDetail) {
+    auto* s = summary(2);
+    s->show();
+    const QString summaryFile = qx::saveScreenshot(s, "purchase_summary");
+    EXPECT_TRUE(QFile::exists(summaryFile)) << summaryFile.toStdString();
+    EXPECT_GE(s->AdoQry_Main->RecordCount(), 1);
+    s->close();
+    auto* d = detail(1);
+    d->show();
+    const QString detailFile = qx::saveScreenshot(d, "purchase_detail");
+    EXPECT_TRUE(QFile::exists(detailFile)) << detailFile.toStdString();
+    EXPECT_EQ(d->AdoQry_Main->RecordCount(), 2);
+    d->close();
 }
 
 }  // namespace
