@@ -68,6 +68,7 @@ protected:
 
     // Grouping items of a summary in sys_GROUP: title, expression, class ("S" summed), the preset
     // letters that include it. The custom combination is the second item and the summed ones.
+    // They replace the rows a new shop starts with for that function.
     struct GroupingItem {
         const char* name;
         const char* sql;
@@ -75,6 +76,7 @@ protected:
         const char* letters;
     };
     void insertGroupingItems(int functionId, std::initializer_list<GroupingItem> items) {
+        exec("DELETE FROM sys_GROUP WHERE GROUP_ID=" + QString::number(functionId));
         int order = 0;
         for (const GroupingItem& item : items) {
             QString letters;
