@@ -81,6 +81,21 @@ void TQXCK201M::Act_RefreshExecute(QObject* Sender) {
 
 void TQXCK201M::AdoQry_MainAfterOpen() {
     if (!AdoQry_Main->Active() || !AdoQry_Main->FindField("STOT")) return;
+    // The rows take their column names from the first block: returns alone name the price and
+    // the amount as returns do (SJ, SMONEY). The price and amount columns follow the names.
+    bool renamed = false;
+    for (const auto& [first, returned] : {std::pair<QString, QString>{"DJ", "SJ"}, {"MONEY", "SMONEY"}}) {
+        TColumnEh* c = DBGridEh->ColumnByField(first);
+        if (!c) c = DBGridEh->ColumnByField(returned);
+        if (!c) continue;
+        const QString name = AdoQry_Main->FindField(first) ? first : AdoQry_Main->FindField(returned) ? returned : QString();
+        if (name.isEmpty() || c->FieldName.compare(name, Qt::CaseInsensitive) == 0) continue;
+        for (QStringList* list : {&SumFields, &CostFields})
+            if (list->contains(c->FieldName, Qt::CaseInsensitive) && !list->contains(name, Qt::CaseInsensitive)) *list << name;
+        c->FieldName = name;
+        renamed = true;
+    }
+    if (renamed) ApplyColumnRules();
     for (AdoQry_Main->First(); !AdoQry_Main->Eof(); AdoQry_Main->Next()) {
         int total = 0;
         for (int i = 0; i <= 9; ++i) total += AdoQry_Main->FieldByName("S" + QString::number(i))->AsInteger();

@@ -418,6 +418,12 @@ TEST_F(PurchaseReportTest, DetailOfReturnsOnlyAndRightsAndHiddenCost) {
     auto* r = detail(1, [](TQXCK201MF* f) { f->BSCHK1_1->setChecked(false); });
     expectGolden("qxck203.sql", "returns only");
     EXPECT_EQ(column(r->AdoQry_Main, "STOT"), QStringList{"-2"});
+    // the rows name their amount as returns do; the amount column shows it all the same
+    ASSERT_NE(r->DBGridEh->ColumnByField("SMONEY"), nullptr);
+    ASSERT_NE(r->DBGridEh->ColumnByField("SJ"), nullptr);
+    EXPECT_EQ(r->DBGridEh->ColumnByField("SMONEY")->Title, "金额");
+    EXPECT_EQ(r->DBGridEh->GetSumValue("SMONEY"), -24);
+    EXPECT_EQ(r->DBGridEh->ColumnByField("SJ")->Title, "单价");
     r->close();
     G_CHKCK = 1;
     auto* rights = detail(1, {}, [](TQXCK201M* m) { m->ShowCost = false; });
