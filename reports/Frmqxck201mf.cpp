@@ -34,12 +34,7 @@ void TQXCK201MF::btn_okClick(QObject*) { btn_group(1); }
 QString TQXCK201MF::SourceMessage() const { return "数据来源中:采购进货、采购退货 至少选中一项进行查询"; }
 QString TQXCK201MF::SettlementMessage() const { return "结算方式中:现金、月结/待结 至少选中一项进行查询"; }
 
-QString TQXCK201MF::SourceDescription() const {
-    QString sources;
-    if (BSCHK1_1->isChecked()) sources += "采购进货/";
-    if (BSCHK1_2->isChecked()) sources += "采购退货/";
-    return sources;
-}
+QString TQXCK201MF::SourceDescription() const { return ChosenSources("采购进货/", "采购退货/"); }
 
 QString TQXCK201MF::Blocks(int tag, const QString& conditions) const {
     using qx::reports::DetailBlock;

@@ -19,13 +19,7 @@ TQXCK211MF::TQXCK211MF(QWidget* Owner)
 QString TQXCK211MF::SourceMessage() const { return "数据来源中:POS销售、销售开单、销售退货 至少选中一项进行查询"; }
 QString TQXCK211MF::SettlementMessage() const { return "结算方式中:现金/非现金 至少选中一项进行查询"; }
 
-QString TQXCK211MF::SourceDescription() const {
-    QString sources;
-    if (BSCHK1_3->isChecked()) sources += "POS销售/";
-    if (BSCHK1_1->isChecked()) sources += "销售开单/";
-    if (BSCHK1_2->isChecked()) sources += "销售退货/";
-    return sources;
-}
+QString TQXCK211MF::SourceDescription() const { return ChosenSources("销售开单/", "销售退货/", "POS销售/"); }
 
 QString TQXCK211MF::Blocks(int tag, const QString& conditions) const {
     using qx::reports::DetailBlock;

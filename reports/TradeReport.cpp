@@ -237,3 +237,11 @@ QString TFrm_TradeFilter::EndNextText() const { return qx::reports::nextDay(EDAT
 QString TFrm_TradeFilter::DateDescription() const {
     return "  ●日期:" + BDATE->Date().toString("MM-dd") + " 至 " + EDATE->Date().toString("MM-dd");
 }
+
+QString TFrm_TradeFilter::ChosenSources(const QString& receipts, const QString& returns, const QString& pos) const {
+    QString sources;
+    if (BSCHK1_3 && BSCHK1_3->isChecked()) sources += pos;
+    if (BSCHK1_1->isChecked()) sources += receipts;
+    if (BSCHK1_2->isChecked()) sources += returns;
+    return sources;
+}

@@ -111,6 +111,9 @@ public:
     QString EndNextText() const;
     // "  ●日期:" + start (MM-DD) + " 至 " + end (MM-DD)
     QString DateDescription() const;
+    // The chosen data sources for the description: point of sale first, then receipts, returns
+    // ("POS销售/销售开单/销售退货/").
+    QString ChosenSources(const QString& receipts, const QString& returns, const QString& pos = {}) const;
     // The money columns are selected (the user may see amounts); the report sets it.
     QString MoneyRight = "1";
 

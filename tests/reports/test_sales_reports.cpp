@@ -4,7 +4,6 @@
 // input in the dialogs' edits.
 #include <QPushButton>
 
-#include "framework/Screenshot.h"
 #include "reports/Frmqxck211g.h"
 #include "reports/Frmqxck211m.h"
 #include "tests/reports/ReportFixture.h"
@@ -190,35 +189,9 @@ TEST_F(SalesReportTest, EveryButtonRunsItsPreset) {
 }
 
 TEST_F(SalesReportTest, ChoiceMessagesKeepTheDialogOpen) {
-    struct Case {
-        std::function<void(TQXCK211GF*)> fill;
-        QString message;
-    };
-    const Case cases[] = {
-        {[](TQXCK211GF* f) {
-             for (QCheckBox* c : {f->BSCHK1_1, f->BSCHK1_2, f->BSCHK1_3}) c->setChecked(false);
-         },
-         "<pos销售、销售收货、销售退货> 至少选择一项以上进行查询"},
-        {[](TQXCK211GF* f) {
-             f->BSCHK2_1->setChecked(false);
-             f->BSCHK2_2->setChecked(false);
-         },
-         "结算方式中:现金/非现金 至少选中一项进行查询"},
-        {[](TQXCK211GF* f) {
-             f->BDATE->SetText("2026-03-18");
-             f->EDATE->SetText("2026-03-01");
-         },
-         "<开始日期> 不能大于 <结束日期>!"},
-    };
-    for (const Case& c : cases) {
-        sink->clear();
-        auto* r = summary(1, c.fill);
-        ASSERT_FALSE(sink->messages.empty());
-        EXPECT_EQ(sink->messages.back().text, c.message);
-        EXPECT_NE(r->Filter->ModalResult(), mrOk);
-        EXPECT_TRUE(r->QrySql.isEmpty()) << "nothing is queried";
-        r->close();
-    }
+    expectTradeChoiceMessages<TQXCK211GF>([this](auto fill) { return summary(1, fill); },
+                                          "<pos销售、销售收货、销售退货> 至少选择一项以上进行查询",
+                                          "结算方式中:现金/非现金 至少选中一项进行查询");
 }
 
 TEST_F(SalesReportTest, HostileFilterValuesAreQuotedAndFindNothing) {
@@ -412,47 +385,15 @@ TEST_F(SalesReportTest, DetailUnderWarehouseRights) {
 }
 
 TEST_F(SalesReportTest, DetailMessagesKeepTheDialogOpen) {
-    struct Case {
-        std::function<void(TQXCK211MF*)> fill;
-        QString message;
-    };
-    const Case cases[] = {
-        {[](TQXCK211MF* f) {
-             for (QCheckBox* c : {f->BSCHK1_1, f->BSCHK1_2, f->BSCHK1_3}) c->setChecked(false);
-         },
-         "数据来源中:POS销售、销售开单、销售退货 至少选中一项进行查询"},
-        {[](TQXCK211MF* f) {
-             f->BSCHK2_1->setChecked(false);
-             f->BSCHK2_2->setChecked(false);
-         },
-         "结算方式中:现金/非现金 至少选中一项进行查询"},
-        {[](TQXCK211MF* f) {
-             f->BDATE->SetText("2026-03-18");
-             f->EDATE->SetText("2026-03-01");
-         },
-         "<开始日期> 不能大于 <结束日期>!"},
-    };
-    for (const Case& c : cases) {
-        sink->clear();
-        calls.clear();
-        auto* r = detail(1, c.fill);
-        ASSERT_FALSE(sink->messages.empty());
-        EXPECT_EQ(sink->messages.back().text, c.message);
-        EXPECT_NE(r->Filter->ModalResult(), mrOk);
-        EXPECT_TRUE(r->QrySql.isEmpty()) << "nothing is queried";
-        EXPECT_TRUE(statements().empty() || !lastStatement().startsWith("exec SYS_M"));
-        r->close();
-    }
+    expectTradeChoiceMessages<TQXCK211MF>([this](auto fill) { return detail(1, fill); },
+                                          "数据来源中:POS销售、销售开单、销售退货 至少选中一项进行查询",
+                                          "结算方式中:现金/非现金 至少选中一项进行查询");
 }
 
-TEST_F(SalesReportTest, DetailRefreshBeforeAnyChoiceIsRefused) {
-    qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
-    auto* r = startReport<TQXCK211M>(213, {});
-    r->Act_Refresh->trigger();
-    ASSERT_EQ(sink->messages.size(), 1u);
-    EXPECT_EQ(sink->messages[0].text, "您还没选择任何查询参数,请按【F3】呼出查询选项!");
-    EXPECT_EQ(sink->messages[0].dispKind, 5);
-    r->close();
+TEST_F(SalesReportTest, RefreshBeforeAnyChoiceIsRefused) {
+    expectRefreshRefused<TQXCK211G>(214, "您还没选择任何汇总参数,请按【F3】呼出汇总选项!");
+    sink->clear();
+    expectRefreshRefused<TQXCK211M>(213, "您还没选择任何查询参数,请按【F3】呼出查询选项!");
 }
 
 TEST_F(SalesReportTest, DetailFiltersNarrowTheRows) {
@@ -505,17 +446,9 @@ TEST_F(SalesReportTest, DetailHostileTextInEveryEditIsAValueTwiceQuoted) {
     EXPECT_EQ(query("SELECT NOID FROM d712").rows.size(), 2u);
 }
 
-TEST_F(SalesReportTest, DetailUnknownCodesInTheLookupsAreReported) {
-    qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
-    auto* r = startReport<TQXCK211M>(213, {});
-    for (TLinkEdit* e : {r->Filter->KH_ID, r->Filter->YW_ID, r->Filter->CK_ID, r->Filter->wl_id}) {
-        sink->clear();
-        e->setText("N'O");
-        qx::guard([e] { e->CheckId(); });
-        EXPECT_FALSE(sink->messages.empty()) << e->objectName().toStdString() << " reports an unknown code";
-    }
-    EXPECT_TRUE(r->QrySql.isEmpty());
-    r->close();
+TEST_F(SalesReportTest, UnknownCodesInTheLookupsAreReported) {
+    expectUnknownCodesReported<TQXCK211G>(214);
+    expectUnknownCodesReported<TQXCK211M>(213);
 }
 
 TEST_F(SalesReportTest, DetailChoicesPersist) {
@@ -549,16 +482,12 @@ TEST_F(SalesReportTest, DetailDimensionButtons) {
 
 TEST_F(SalesReportTest, ScreenshotsOfTheSummaryAndTheDetail) {
     auto* s = summary(2);
-    s->show();
-    const QString summaryFile = qx::saveScreenshot(s, "sales_summary");
-    EXPECT_TRUE(QFile::exists(summaryFile)) << summaryFile.toStdString();
     EXPECT_GE(s->AdoQry_Main->RecordCount(), 3);
+    screenshot(s, "sales_summary");
     s->close();
     auto* d = detail(1);
-    d->show();
-    const QString detailFile = qx::saveScreenshot(d, "sales_detail");
-    EXPECT_TRUE(QFile::exists(detailFile)) << detailFile.toStdString();
     EXPECT_EQ(d->AdoQry_Main->RecordCount(), 4);
+    screenshot(d, "sales_detail");
     d->close();
 }
 
