@@ -23,6 +23,7 @@
 #include "reports/Frmqxck201g.h"
 #include "reports/Frmqxck201m.h"
 #include "reports/Frmqxck211g.h"
+#include "reports/Frmqxck211m.h"
 #include "reports/Frmqxck252.h"
 #include "reports/Frmqxck253.h"
 #include "reports/Frmqxck254.h"
@@ -50,7 +51,7 @@ const std::array kFunctions{
     FunctionRow{204, "TQXCK201G",  "Frmqxck201g",  "TFrm_Base_Qry",        "采购进货汇总表",      Embedded,       None,               Reports,   screen<TQXCK201G, &QXCK201G>},
     FunctionRow{211, "TQXCK211",   "Frmqxck211",   "TFrm_Base_Entry_Head", "销售开单",            Embedded,       None,               Documents, screen<TQXCK211, &QXCK211>},
     FunctionRow{212, "TQXCK212",   "Frmqxck212",   "TFrm_Base_Entry_Head", "销售退货",            Embedded,       None,               Documents, screen<TQXCK212, &QXCK212>},
-    FunctionRow{213, "TQXCK211M",  "Frmqxck211m",  "TFrm_Base_Qry",        "销售明细表",          Embedded,       None,               Reports,   nullptr},
+    FunctionRow{213, "TQXCK211M",  "Frmqxck211m",  "TFrm_Base_Qry",        "销售明细表",          Embedded,       None,               Reports,   screen<TQXCK211M, &QXCK211M>},
     FunctionRow{214, "TQXCK211G",  "Frmqxck211g",  "TFrm_Base_Qry",        "销售汇总表",          Embedded,       None,               Reports,   screen<TQXCK211G, &QXCK211G>},
     FunctionRow{215, "TQXCK213",   "Frmqxck213",   "TFrm_Base_Entry_Head", "订单/补单",           Embedded,       None,               Documents, screen<TQXCK213, &QXCK213>},
     FunctionRow{217, "TQXCK233",   "Frmqxck233",   "TFrm_Base_Entry_Head", "调拨单",              Embedded,       SeveralWarehouses,  Documents, screen<TQXCK233, &QXCK233>},

@@ -149,9 +149,4 @@ QString TQXCK201GF::SourceMessage() const { return "<采购收货、采购退货
 QString TQXCK201GF::SettlementMessage() const { return "结算方式中:现金、月结/待结 至少选中一项进行查询"; }
 QStringList TQXCK201GF::KeptArticleItems(const QString&) const { return {}; }
 
-QString TQXCK201GF::SourceDescription() const {
-    QString sources;
-    if (BSCHK1_1->isChecked()) sources += "采购进货/";
-    if (BSCHK1_2->isChecked()) sources += "采购退货/";
-    return sources;
-}
+QString TQXCK201GF::SourceDescription() const { return ChosenSources("采购进货/", "采购退货/"); }

@@ -9,9 +9,14 @@
 
 TQXCK201M* QXCK201M = nullptr;
 
-TQXCK201M::TQXCK201M(QWidget* Owner) : TFrm_Base_Qry(Owner) {
-    setObjectName("QXCK201M");
-    SetCaption("采购进货明细查询");
+TQXCK201M::TQXCK201M(QWidget* Owner)
+    : TQXCK201M(Owner, "QXCK201M", "采购进货明细查询", "正在查询采购明细…", {{"DJ", "单价", 60}, {"MONEY", "金额", 80}}) {}
+
+TQXCK201M::TQXCK201M(QWidget* Owner, const QString& name, const QString& caption, const QString& progress,
+                     const QList<Column>& amounts)
+    : TFrm_Base_Qry(Owner), progress_(progress) {
+    setObjectName(name);
+    SetCaption(caption);
     for (QAction* a : {Act_Filter, Act_ShowReport}) {
         a->setEnabled(false);
         a->setVisible(false);
@@ -28,18 +33,27 @@ TQXCK201M::TQXCK201M(QWidget* Owner) : TFrm_Base_Qry(Owner) {
     DBGridEh->AddColumn("COL_NAME", "颜色", 60);
     for (int i = 0; i <= 9; ++i) DBGridEh->AddColumn("S" + QString::number(i), "尺码|" + QString::number(i), 40);
     DBGridEh->AddColumn("STOT", "尺码|合计", 50);
-    DBGridEh->AddColumn("DJ", "单价", 60);
-    DBGridEh->AddColumn("MONEY", "金额", 80);
+    for (const Column& c : amounts) {
+        DBGridEh->AddColumn(c.field, c.title, c.width);
+        amountFields_ << c.field;
+    }
     DBGridEh->SetFooterRowVisible(true);
+}
+
+TQXCK201MF* TQXCK201M::NewFilter() {
+    QXCK201MF = new TQXCK201MF(this);
+    return QXCK201MF;
 }
 
 void TQXCK201M::InitForm(const Trecord& rec) {
     TFrm_Base_Qry::InitForm(rec);
     KeyField = "NOID";
-    CostFields = QStringList{"DJ", "MONEY"};
-    SumFields = SplitFields("S0,S1,S2,S3,S4,S5,S6,S7,S8,S9,STOT,MONEY");
-    Filter = new TQXCK201MF(this);
-    QXCK201MF = Filter;
+    // the price and the amount are the first two amount columns
+    if (AmountsAreCost()) CostFields = amountFields_.mid(0, 2);
+    SumFields = SplitFields("S0,S1,S2,S3,S4,S5,S6,S7,S8,S9,STOT");
+    for (const QString& f : amountFields_)
+        if (f.contains("MONEY", Qt::CaseInsensitive)) SumFields << f;
+    Filter = NewFilter();
     FilterForm = Filter;
     Filter->FuncNo = FuncNo;
     Filter->InitForm();
@@ -52,7 +66,7 @@ void TQXCK201M::Act_LocateExecute(QObject*) {
     QrySql = Filter->SqlText;
     Lab_Condition->setText(Filter->Description);
     Refreshing = true;
-    TProgressRun::Run(this, "正在查询采购明细…", [this] { GetData(); });
+    TProgressRun::Run(this, progress_, [this] { GetData(); });
     Refreshing = false;
     AdoQry_MainAfterOpen();
 }
@@ -60,13 +74,28 @@ void TQXCK201M::Act_LocateExecute(QObject*) {
 void TQXCK201M::Act_RefreshExecute(QObject* Sender) {
     if (!qx::reports::hasQuery(this, "您还没选择任何查询参数,请按【F3】呼出查询选项!")) return;
     Refreshing = true;
-    TProgressRun::Run(this, "正在查询采购明细…", [&] { TFrm_Base_Qry::Act_RefreshExecute(Sender); });
+    TProgressRun::Run(this, progress_, [&] { TFrm_Base_Qry::Act_RefreshExecute(Sender); });
     Refreshing = false;
     AdoQry_MainAfterOpen();
 }
 
 void TQXCK201M::AdoQry_MainAfterOpen() {
     if (!AdoQry_Main->Active() || !AdoQry_Main->FindField("STOT")) return;
+    // The rows take their column names from the first block: returns alone name the price and
+    // the amount as returns do (SJ, SMONEY). The price and amount columns follow the names.
+    bool renamed = false;
+    for (const auto& [first, returned] : {std::pair<QString, QString>{"DJ", "SJ"}, {"MONEY", "SMONEY"}}) {
+        TColumnEh* c = DBGridEh->ColumnByField(first);
+        if (!c) c = DBGridEh->ColumnByField(returned);
+        if (!c) continue;
+        const QString name = AdoQry_Main->FindField(first) ? first : AdoQry_Main->FindField(returned) ? returned : QString();
+        if (name.isEmpty() || c->FieldName.compare(name, Qt::CaseInsensitive) == 0) continue;
+        for (QStringList* list : {&SumFields, &CostFields})
+            if (list->contains(c->FieldName, Qt::CaseInsensitive) && !list->contains(name, Qt::CaseInsensitive)) *list << name;
+        c->FieldName = name;
+        renamed = true;
+    }
+    if (renamed) ApplyColumnRules();
     for (AdoQry_Main->First(); !AdoQry_Main->Eof(); AdoQry_Main->Next()) {
         int total = 0;
         for (int i = 0; i <= 9; ++i) total += AdoQry_Main->FieldByName("S" + QString::number(i))->AsInteger();

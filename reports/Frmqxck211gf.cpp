@@ -24,13 +24,7 @@ QStringList TQXCK211GF::KeptArticleItems(const QString& column) const {
     return column == "H" ? QStringList{"WL_GG"} : QStringList{};
 }
 
-QString TQXCK211GF::SourceDescription() const {
-    QString sources;
-    if (BSCHK1_3->isChecked()) sources += "POS销售/";
-    if (BSCHK1_1->isChecked()) sources += "销售开单/";
-    if (BSCHK1_2->isChecked()) sources += "销售退货/";
-    return sources;
-}
+QString TQXCK211GF::SourceDescription() const { return ChosenSources("销售开单/", "销售退货/", "POS销售/"); }
 
 QString TQXCK211GF::RowSet(const QString& conditions) const {
     const bool cash = BSCHK2_1->isChecked(), nonCash = BSCHK2_2->isChecked();

@@ -74,6 +74,41 @@ QString settlementPiece(const QString& table, const QString& nonCashCode, bool c
     return " and (" + table + ".jy_id" + (nonCash ? "=" : "<>") + q + nonCashCode + q + ")";
 }
 
+QString detailSizes(const QString& line, bool negated) {
+    QString out;
+    for (int i = 0; i <= 9; ++i) {
+        const QString n = QString::number(i);
+        if (i > 0) out += i == 9 ? "," : ", ";
+        out += negated ? "0-" + line + ".S" + n + " as S" + n : line + ".S" + n;
+    }
+    return out;
+}
+
+QString detailRights() {
+    if (!G_CHKCK) return {};
+    return " sys_USER_CK ON d1007.CK_ID = sys_USER_CK.CK_ID AND (sys_USER_CK.user_id=''" + SqlStr(SqlStr(G_UserId)) +
+           "'') INNER JOIN ";
+}
+
+QString detailBlock(const DetailBlock& b, const QString& oid, const QString& oname, const QString& conditions,
+                    const QString& start, const QString& endNext) {
+    const QString& h = b.head;
+    const QString& l = b.line;
+    return "SELECT " + b.kind + " AS TTYPE, " + h + ".BDATE, " + l + ".NOID,  D1800.M_ID," +
+           "d1800.K_id, d1800.wl_name  AS WL_NAME" + ",D1800.DW_NAME, D1005.COL_NAME, " + detailSizes(l, b.negated) +
+           ",0 AS STOT, 0.00 AS ZK,0.00 AS VIPZK,0.00 AS ODJ,0.00 AS OMONEY," + b.money + oid + "," + oname +
+           " ,NULL AS NOTE FROM D1801 INNER JOIN " + l + " ON D1801.WL_ID = " + l + ".WL_ID INNER JOIN " +
+           "D1800 ON D1801.K_ID = D1800.K_ID INNER JOIN " + b.styleJoin + "D1005 ON D1801.COL_ID = D1005.COL_ID INNER JOIN " +
+           h + " ON " + l + ".NOID = " + h + ".NOID AND (" + h + ".T=1) INNER JOIN " + b.partner + " ON " + h +
+           ".KH_GYS_ID = " + b.partner + ".KH_GYS_ID INNER JOIN " + "D1007 ON " + h + ".CK_ID = D1007.CK_ID  INNER JOIN " +
+           detailRights() + "D1101 ON " + h + ".YW_ID = D1101.YW_ID " + b.settlement + conditions + " and (" + h +
+           ".bdate>=''" + start + "'') and (" + h + ".bdate<''" + endNext + "'')";
+}
+
+QString detailCall(const QString& blocks) {
+    return "exec SYS_M @param=1,@sqltext=' SELECT * FROM (" + blocks + ") TMP order by oid,bdate,noid '";
+}
+
 }  // namespace qx::reports
 
 // ---------------------------------------------------------------- the dialog's common part
@@ -201,4 +236,12 @@ QString TFrm_TradeFilter::EndNextText() const { return qx::reports::nextDay(EDAT
 
 QString TFrm_TradeFilter::DateDescription() const {
     return "  ●日期:" + BDATE->Date().toString("MM-dd") + " 至 " + EDATE->Date().toString("MM-dd");
+}
+
+QString TFrm_TradeFilter::ChosenSources(const QString& receipts, const QString& returns, const QString& pos) const {
+    QString sources;
+    if (BSCHK1_3 && BSCHK1_3->isChecked()) sources += pos;
+    if (BSCHK1_1->isChecked()) sources += receipts;
+    if (BSCHK1_2->isChecked()) sources += returns;
+    return sources;
 }

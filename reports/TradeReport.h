@@ -55,6 +55,30 @@ QString summaryBatch(const GroupLists& lists, const QString& rowSet);
 // quotes of a statement passed as a text argument.
 QString settlementPiece(const QString& table, const QString& nonCashCode, bool cash, bool nonCash, bool doubled);
 
+// One document block of a detail statement, whose text travels as an argument of the detail
+// procedure (quotes doubled): the lines of `head`/`line` with the chosen dimension's oid/oname,
+// sizes (negated for returns), the price and amount columns `money` (with their trailing comma),
+// the partner table, the settlement piece, the filters and the date range.
+struct DetailBlock {
+    QString kind;        // row kind: "0" receipts and sales tickets, "2" returns
+    QString head;        // "D8101"
+    QString line;        // "D8101A"
+    QString partner;     // "D1103" suppliers, "D1102" customers
+    bool negated = false;
+    QString money;
+    QString settlement;
+    QString styleJoin = {};  // a table joined after the styles, ending " INNER JOIN " (brands)
+};
+QString detailBlock(const DetailBlock& block, const QString& oid, const QString& oname, const QString& conditions,
+                    const QString& start, const QString& endNext);
+// The ten size columns of a detail line: "L.S0, L.S1, … L.S8,L.S9", negated as "0-L.S0 as S0".
+QString detailSizes(const QString& line, bool negated);
+// The warehouse rights join of a detail block (" sys_USER_CK ON … INNER JOIN "), empty when
+// rights are not enforced.
+QString detailRights();
+// The detail procedure call over the blocks' union, ordered by dimension, date and number.
+QString detailCall(const QString& blocks);
+
 }  // namespace qx::reports
 
 // The condition dialog's common part. Subclasses add their own choices and run buttons.
@@ -87,6 +111,9 @@ public:
     QString EndNextText() const;
     // "  ●日期:" + start (MM-DD) + " 至 " + end (MM-DD)
     QString DateDescription() const;
+    // The chosen data sources for the description: point of sale first, then receipts, returns
+    // ("POS销售/销售开单/销售退货/").
+    QString ChosenSources(const QString& receipts, const QString& returns, const QString& pos = {}) const;
     // The money columns are selected (the user may see amounts); the report sets it.
     QString MoneyRight = "1";
 

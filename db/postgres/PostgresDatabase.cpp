@@ -303,6 +303,8 @@ void PostgresDatabase::createShopTables() {
     std::string batch;
     for (const auto& file : tableDefinitions()) batch += file.text + "\n";
     runBatch(batch);
+    // the rows once the tables exist (the translator reads the tables of a statement from the catalog)
+    for (const auto& file : seedRows()) runBatch(file.text);
 }
 
 void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions&) { runBatch(tsqlBatch); }

@@ -32,7 +32,8 @@ public:
 
     // Creates the shop's tables from their T-SQL definitions (frame/tables), translated as every
     // batch is, all in one transaction: either every table exists afterwards or none does.
-    // Views, posting triggers and guards are not created yet.
+    // Then the rows a new shop starts with (frame/tables/seed.sql). Views, posting triggers and
+    // guards are not created yet.
     void createShopTables();
 
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.

@@ -10,5 +10,8 @@ namespace qx {
 std::vector<EmbeddedFile> tableDefinitions();
 // The views the module reads (V1809, V_D8303A, v_D712).
 std::vector<EmbeddedFile> viewDefinitions();
+// The rows a new shop starts with (the summaries' grouping items, the annual month columns),
+// written by every engine once the tables exist.
+std::vector<EmbeddedFile> seedRows();
 
 }  // namespace qx

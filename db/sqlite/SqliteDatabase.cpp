@@ -212,12 +212,14 @@ bool SqliteDatabase::hasSchema() {
 }
 
 // Tables from their T-SQL definitions, then the views generated from the posting rules, the
-// module's views, and the posting and guard triggers; all in one transaction.
+// module's views, the rows a new shop starts with, and the posting and guard triggers; all in one
+// transaction.
 void SqliteDatabase::createSchema() {
     Transaction transaction(*this, true);
     for (const auto& file : tableDefinitions()) runWithinTransaction(file.text);
     for (const auto& view : posting::tsqlViewStatements()) runWithinTransaction(view);
     for (const auto& file : viewDefinitions()) runWithinTransaction(file.text);
+    for (const auto& file : seedRows()) runWithinTransaction(file.text);
     for (const auto& trigger : posting::sqliteTriggerStatements()) runNative(trigger);
     runNative("PRAGMA user_version=" + std::to_string(kSchemaVersion));
     transaction.commit();

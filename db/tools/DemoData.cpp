@@ -764,7 +764,6 @@ private:
         add("INSERT INTO sys_co (CO, FZR, TEL, FAX, ADDR, EMAIL, NOTE, BACKPATH, BACKDAY, PARAM, PriceLen, AmountLen, QtyLen, ck_date, "
             "ck_qs, CK_MENOY, CK_END_DATE) VALUES ('上海雅格服饰有限公司','王建国','021-64881234','021-64881235',"
             "'上海市闵行区虹梅南路 1888 号','service@yage.example','演示数据','backup',7," + q(param) + ",2,2,0,31,1,4," + q(openFrom) + ")");
-        summaryGroups();
         webColumns();
         promotions();
         supervisionCodes();
@@ -775,39 +774,6 @@ private:
         add("UPDATE D1800 SET KC=T.K FROM (SELECT D1801.K_ID, SUM(D1802.KC) AS K FROM D1802 INNER JOIN D1801 ON D1802.WL_ID = D1801.WL_ID "
             "GROUP BY D1801.K_ID) T WHERE D1800.K_ID=T.K_ID");
         add("UPDATE D1800 SET MONEY=KC*CGJ");
-    }
-
-    void summaryGroups() {
-        struct Item {
-            const char* name;
-            const char* sql;
-            const char* cls;
-            const char* presets;  // letters A..I of the preset buttons that include the item
-        };
-        // A partner (supplier or customer), B partner/style, C style, D department, E salesperson,
-        // F warehouse, G warehouse/style, H brand, I brand/style
-        const std::vector<Item> purchase = {
-            {"部门", "BM_NAME", "G", "D"},          {"供应商", "KG_NAME", "G", "AB"},    {"业务员", "YW_NAME", "G", "E"},
-            {"仓库", "CK_NAME", "G", "FG"},         {"款号", "WL_ID", "G", "BCGI"},      {"品名", "WL_NAME", "G", "BCGI"},
-            {"品牌", "WL_GG", "G", "CHI"},          {"单位", "DW_NAME", "G", "C"},       {"颜色", "COL_NAME", "G", "C"},
-            {"数量", "S0+S1+S2+S3+S4+S5+S6+S7+S8+S9", "S", "ABCDEFGHI"}, {"金额", "MONEY", "S", "ABCDEFGHI"}};
-        for (int groupId : {204, 214}) {
-            int order = 0;
-            for (const auto& item : purchase) {
-                const int position = ++order;
-                std::string name = item.name;
-                if (groupId == 214 && name == "供应商") name = "客户";
-                std::string letters;
-                for (char c = 'A'; c <= 'P'; ++c)
-                    letters += std::string(",") + (std::string(item.presets).find(c) != std::string::npos ? "1" : "0");
-                add("INSERT INTO sys_GROUP (GROUP_ID, GROUP_NAME, GROUP_SQL, GROUP_CLASS, GROUP_SHOW, SHOW_WIDTH, A, B, C, D, E, F, G, H, "
-                    "I, J, K, L, M, N, O, P, ORDERBY) VALUES (" + std::to_string(groupId) + "," + q(name) + "," + q(item.sql) + "," +
-                    q(item.cls) + "," + (position <= 2 || item.cls[0] == 'S' ? "1" : "0") + ",80" + letters + "," + std::to_string(position) + ")");
-            }
-        }
-        for (int month = 1; month <= 12; ++month)
-            add("INSERT INTO sys_GROUP (GROUP_ID, GROUP_NAME, GROUP_SQL, GROUP_CLASS, GROUP_SHOW, SHOW_WIDTH, ORDERBY) VALUES (263," +
-                q(std::to_string(month) + "月") + ",'MM','G',1," + std::to_string(month) + "," + std::to_string(month) + ")");
     }
 
     void webColumns() {

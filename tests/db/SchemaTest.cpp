@@ -57,6 +57,32 @@ TEST(Schema, EveryTableTheModuleNamesExists) {
     }
 }
 
+TEST(Schema, ANewShopStartsWithTheReportsGroupingItemsAndMonthColumns) {
+    TempDir dir;
+    auto db = db::openSqlite(dir.file("new.db"), true);
+    EXPECT_EQ(count(*db, "sys_GROUP", "GROUP_ID=204"), 11);
+    EXPECT_EQ(count(*db, "sys_GROUP", "GROUP_ID=214"), 12);
+    EXPECT_EQ(count(*db, "sys_GROUP", "GROUP_ID=263"), 12);
+    EXPECT_EQ(integer(scalar(*db, "SELECT SUM(SHOW_WIDTH) FROM sys_GROUP WHERE GROUP_ID=263")), 78) << "months 1 to 12";
+    EXPECT_EQ(count(*db, "sys_GROUP", "GROUP_ID=204 AND A=1 AND GROUP_CLASS<>'S'"), 1) << "preset A: the supplier alone";
+    EXPECT_EQ(count(*db, "sys_GROUP", "GROUP_ID=204 AND A=1 AND GROUP_SQL='KG_NAME' AND GROUP_NAME='供应商'"), 1);
+    EXPECT_EQ(count(*db, "sys_GROUP", "GROUP_ID=214 AND A=1 AND GROUP_SQL='KG_NAME' AND GROUP_NAME='客户'"), 1);
+    EXPECT_EQ(count(*db, "sys_GROUP", "GROUP_ID=214 AND GROUP_SQL='LY' AND GROUP_CLASS='S'"), 1) << "the gross profit of sales";
+    EXPECT_EQ(count(*db, "sys_GROUP", "GROUP_ID=214 AND H=1 AND GROUP_CLASS<>'S'"), 1) << "preset H: the brand alone";
+    // every preset of both summaries has at least one dimension, and the custom one too
+    for (const char* letter : {"A", "B", "C", "D", "E", "F", "G", "H", "I", "group_show"})
+        for (const char* id : {"204", "214"})
+            EXPECT_GE(count(*db, "sys_GROUP", std::string("GROUP_ID=") + id + " AND " + letter + "=1 AND GROUP_CLASS<>'S'"), 1)
+                << id << " " << letter;
+    // the summary dialog's own statement reads them in order
+    const auto rows = db->open(
+        "SELECT group_name, group_sql, group_class, group_show, SHOW_WIDTH,A,B,C,D,E,F,G,H,I,J,K,L,M,N,O,P FROM sys_GROUP WHERE "
+        "(group_id = 214) ORDER BY orderby");
+    ASSERT_EQ(rows.rows.size(), 12u);
+    EXPECT_EQ(text(rows.rows[0][0]), "部门");
+    EXPECT_EQ(text(rows.rows[11][1]), "LY");
+}
+
 TEST(Schema, StockRowsInsertedWithOnlyTheirKeyStartAtZero) {
     Shop shop;
     shop.db->execute("INSERT INTO D1802 (WL_ID, CK_ID,CHECK_KC) VALUES ('K101','ZC',0)");

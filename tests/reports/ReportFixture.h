@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QFile>
 #include <QMap>
 #include <QTemporaryDir>
@@ -16,8 +17,10 @@
 #include <vector>
 
 #include "db/Database.h"
+#include "framework/Controls.h"
 #include "framework/DBGridEh.h"
 #include "framework/Frm_Base_Qry.h"
+#include "framework/Screenshot.h"
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
@@ -68,6 +71,7 @@ protected:
 
     // Grouping items of a summary in sys_GROUP: title, expression, class ("S" summed), the preset
     // letters that include it. The custom combination is the second item and the summed ones.
+    // They replace the rows a new shop starts with for that function.
     struct GroupingItem {
         const char* name;
         const char* sql;
@@ -75,6 +79,7 @@ protected:
         const char* letters;
     };
     void insertGroupingItems(int functionId, std::initializer_list<GroupingItem> items) {
+        exec("DELETE FROM sys_GROUP WHERE GROUP_ID=" + QString::number(functionId));
         int order = 0;
         for (const GroupingItem& item : items) {
             QString letters;
@@ -166,6 +171,71 @@ protected:
             filter->btn_ok->click();
             return filter->ModalResult();
         });
+    }
+
+    // The checks of a trade report's dialog (purchase and sales summaries and details): no data
+    // source, no settlement kind, reversed dates. `open(fill)` opens the report with its dialog
+    // filled by `fill`; each case shows its message, keeps the dialog open and queries nothing.
+    template <class F, class Open>
+    void expectTradeChoiceMessages(Open open, const QString& sourceMessage, const QString& settlementMessage) {
+        const std::vector<std::pair<std::function<void(F*)>, QString>> cases = {
+            {[](F* f) {
+                 for (QCheckBox* c : {f->BSCHK1_1, f->BSCHK1_2, f->BSCHK1_3})
+                     if (c) c->setChecked(false);
+             },
+             sourceMessage},
+            {[](F* f) {
+                 f->BSCHK2_1->setChecked(false);
+                 f->BSCHK2_2->setChecked(false);
+             },
+             settlementMessage},
+            {[](F* f) {
+                 f->BDATE->SetText("2026-03-18");
+                 f->EDATE->SetText("2026-03-01");
+             },
+             "<开始日期> 不能大于 <结束日期>!"}};
+        for (const auto& [fill, message] : cases) {
+            sink->clear();
+            calls.clear();
+            auto* r = open(fill);
+            ASSERT_FALSE(sink->messages.empty()) << message.toStdString();
+            EXPECT_EQ(sink->messages.back().text, message);
+            EXPECT_NE(r->Filter->ModalResult(), mrOk) << message.toStdString();
+            EXPECT_TRUE(r->QrySql.isEmpty()) << "nothing is queried: " << message.toStdString();
+            r->close();
+        }
+    }
+    // Unknown codes typed into the lookups of a report's dialog (opened and cancelled) are reported.
+    template <class R>
+    void expectUnknownCodesReported(int code) {
+        qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
+        auto* r = startReport<R>(code, {});
+        for (TLinkEdit* e : {r->Filter->KH_ID, r->Filter->YW_ID, r->Filter->CK_ID, r->Filter->wl_id}) {
+            sink->clear();
+            e->setText("N'O");
+            qx::guard([e] { e->CheckId(); });
+            EXPECT_FALSE(sink->messages.empty()) << e->objectName().toStdString() << " reports an unknown code";
+        }
+        EXPECT_TRUE(r->QrySql.isEmpty());
+        r->close();
+    }
+    // Refresh of a report whose dialog was cancelled is refused with `message`.
+    template <class R>
+    void expectRefreshRefused(int code, const QString& message) {
+        qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
+        auto* r = startReport<R>(code, {});
+        r->Act_Refresh->trigger();
+        ASSERT_EQ(sink->messages.size(), 1u);
+        EXPECT_EQ(sink->messages[0].text, message);
+        EXPECT_EQ(sink->messages[0].dispKind, 5);
+        r->close();
+    }
+
+    // Shows a report and saves its picture (screenshots/{name}.png under the build folder).
+    static void screenshot(QWidget* report, const QString& name) {
+        report->show();
+        const QString file = qx::saveScreenshot(report, name);
+        EXPECT_TRUE(!file.isEmpty() && QFile::exists(file)) << name.toStdString();
     }
 
     std::vector<QString> statements(Call::Kind kind = Call::Kind::OpenSql) const {

@@ -1,6 +1,9 @@
-// The stock and purchase reports from the host's menu, driven headless through the script runner on the
-// demo shop: each opens with its dialog, runs, and shows its rows; the stock query's drill-down
-// and the movement detail agree with the stock rows.
+// The stock, purchase and sales reports from the host's menu, driven headless through the script
+// runner on the demo shop: each opens with its dialog, runs, and shows its rows; the stock query's
+// drill-down and the movement detail agree with the stock rows; the sales reports' example runs.
+#include <QDir>
+#include <QFile>
+
 #include "framework/Frm_Base_Qry.h"
 #include "tests/support/DemoShopScript.h"
 
@@ -61,4 +64,47 @@ TEST_F(ReportScriptTest, PurchaseSummaryAndDetailAgreeOnTheDemoShop) {
     ASSERT_NE(detail, nullptr);
     EXPECT_GT(detail->AdoQry_Main->RecordCount(), 0);
     EXPECT_EQ(detail->DBGridEh->GetSumValue("STOT"), quantity);
+}
+
+TEST_F(ReportScriptTest, TheSalesReportsExampleRunsAndItsTwoReportsAgree) {
+    QFile file(QDir(QString::fromUtf8(qgetenv("QXCK_SOURCE_DIR"))).filePath("scripts/examples/sales_reports.qxs"));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
+    const QString out = run(QString::fromUtf8(file.readAll()));
+    EXPECT_FALSE(out.contains("error")) << out.toStdString();
+    auto* summary = window->findChild<TFrm_Base_Qry*>("QXCK211G");
+    auto* detail = window->findChild<TFrm_Base_Qry*>("QXCK211M");
+    ASSERT_EQ(summary, nullptr) << "the example closes the summary";
+    ASSERT_NE(detail, nullptr);
+    EXPECT_GT(detail->AdoQry_Main->RecordCount(), 0);
+    // the titles of the three grids: by customer, by brand with the sizes, the detail
+    QStringList titles;
+    for (const QString& line : out.split('\n'))
+        if (line.startsWith("titles: ")) titles << line;
+    ASSERT_EQ(titles.size(), 3) << out.left(2000).toStdString();
+    EXPECT_TRUE(titles[0].startsWith("titles: 客户 | 数量 | 金额 | 毛利")) << titles[0].toStdString();
+    EXPECT_TRUE(titles[1].contains("品牌") && titles[1].contains("款号") && titles[1].contains("尺码"))
+        << "the brand column beside the sizes: " << titles[1].toStdString();
+    EXPECT_TRUE(titles[2].contains("代号 | 名称")) << titles[2].toStdString();
+    // the detail's quantity: sales tickets and point-of-sale lines less returns of June
+    const auto sum = [this](const QString& sql) { return number(sql); };
+    const long long tickets = sum("SELECT SUM(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9) FROM D8201A A INNER JOIN D8201 H ON A.NOID=H.NOID "
+                                  "WHERE H.T=1 AND H.BDATE>='2026-06-01' AND H.BDATE<'2026-07-01'");
+    const long long returns = sum("SELECT SUM(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9) FROM D8202A A INNER JOIN D8202 H ON A.NOID=H.NOID "
+                                  "WHERE H.T=1 AND H.BDATE>='2026-06-01' AND H.BDATE<'2026-07-01'");
+    const long long pos = sum("SELECT SUM(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9) FROM D712A A INNER JOIN D712 H ON A.NOID=H.NOID "
+                              "WHERE H.BDATE>='2026-06-01' AND H.BDATE<'2026-07-01'");
+    EXPECT_NE(tickets + pos, 0);
+    EXPECT_EQ(static_cast<long long>(detail->DBGridEh->GetSumValue("STOT")), tickets + pos - returns);
+}
+
+TEST_F(ReportScriptTest, SalesSummaryByCustomerEqualsTheDetailOnTheDemoShop) {
+    run("click func214\nset BDATE 2026-06-01\ncheck RB4\ncheck BSCHK3_2\nclick btn_group1\nexpect screen 销售汇总表\n");
+    auto* summary = window->findChild<TFrm_Base_Qry*>("QXCK211G");
+    ASSERT_NE(summary, nullptr);
+    EXPECT_GT(summary->AdoQry_Main->RecordCount(), 0);
+    run("click func213\nset BDATE 2026-06-01\nclick btn_group1\nexpect screen 销售明细查询\n");
+    auto* detail = window->findChild<TFrm_Base_Qry*>("QXCK211M");
+    ASSERT_NE(detail, nullptr);
+    EXPECT_EQ(detail->DBGridEh->GetSumValue("STOT"), summary->DBGridEh->GetSumValue("数量"));
+    EXPECT_NEAR(detail->DBGridEh->GetSumValue("SMONEY"), summary->DBGridEh->GetSumValue("金额"), 0.005);
 }

@@ -290,6 +290,21 @@ TEST(PostgresShopTest, CreatingTheTablesTwiceFailsAndKeepsTheFirstOnes) {
     EXPECT_EQ(postgresTables(postgres), first);
 }
 
+TEST(PostgresShopTest, ANewShopStartsWithTheSameRowsAsOnSqlite) {
+    auto* server = qx::test::PostgresServer::instance();
+    if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+    qx::db::PostgresDatabase postgres(server->freshDatabase());
+    postgres.createShopTables();
+    auto groups = [&](const char* where) {
+        const auto rows = postgres.open(std::string("SELECT COUNT(*) FROM sys_group WHERE ") + where);
+        return std::get<std::int64_t>(rows.rows.at(0).at(0));
+    };
+    EXPECT_EQ(groups("GROUP_ID=204"), 11);
+    EXPECT_EQ(groups("GROUP_ID=214"), 12);
+    EXPECT_EQ(groups("GROUP_ID=263"), 12);
+    EXPECT_EQ(groups("GROUP_ID=214 AND A=1 AND GROUP_NAME='客户'"), 1);
+}
+
 TEST(PostgresDialectTest, WritesTheDifferencesOfPostgresql) {
     struct NoTables final : qx::tsql::Catalog {
         std::optional<std::vector<qx::tsql::CatalogColumn>> tableColumns(std::string_view) const override { return std::nullopt; }
