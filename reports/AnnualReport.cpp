@@ -38,16 +38,11 @@ QStringList monthTitles() {
 TFrm_AnnualFilter::TFrm_AnnualFilter(QWidget* Owner, const QString& name, const QString& caption) : TFrm_Sys_Filter(Owner) {
     setObjectName(name);
     SetCaption(caption);
-    BDATE = Panel_Condition->AddDateEdit("BDATE", "帐目日期");
-    EDATE = Panel_Condition->AddDateEdit("EDATE", "至：");
-    titDATE = new QLabel("(30天)", Panel_Condition);
-    titDATE->setObjectName("titDATE");
-    Panel_Condition->AddControl(titDATE, QString());
-    btn_dateset = CreateDatePresetButton(Panel_Condition);
-    btn_dateset->setObjectName("btn_dateset");
-    btn_dateset->setText("时段选择");
-    Panel_Condition->AddControl(btn_dateset, QString());
-    Panel_Condition->NewRow();
+    const auto range = qx::reports::addDateRange(this, Panel_Condition, "帐目日期", "至：", "时段选择");
+    BDATE = range.from;
+    EDATE = range.to;
+    titDATE = range.span;
+    btn_dateset = range.presets;
     K_ID = Panel_Condition->AddLinkEdit("K_ID", "款    号", 20, "K_NAME");
     K_NAME = K_ID->NameLabel();
     FormCreate();
@@ -55,13 +50,10 @@ TFrm_AnnualFilter::TFrm_AnnualFilter(QWidget* Owner, const QString& name, const 
 
 void TFrm_AnnualFilter::FormCreate() {
     TFrm_Sys_Filter::FormCreate();
-    SetDateEdits(BDATE, EDATE);
     // the current year up to today
     const QDate today = qx::ui::today();
     BDATE->SetText(today.toString("yyyy") + "-01-01");
     EDATE->SetDate(today);
-    for (TDateEdit* date : {BDATE, EDATE})
-        qx::connectGuarded(date, &QDateEdit::dateChanged, this, [this, date] { datechange(date); });
     auto* link = new TQX_LINK_K(this);
     link->init(K_ID);
     StyleLink = link;
