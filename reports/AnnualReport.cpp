@@ -107,6 +107,7 @@ void TFrm_AnnualReport::FormCreate() {
     Act_Locate->setText("汇总");
     Act_Locate->setToolTip("汇总");
     DBGridEh->SetFooterRowVisible(true);
+    AdoQry_Main->AfterOpen = [this](TDataSet*) { DropPseudoYear(); };
 }
 
 void TFrm_AnnualReport::Start(const Trecord& rec, TFrm_AnnualFilter* dialog) {
@@ -127,14 +128,16 @@ QString TFrm_AnnualReport::BuildSql() const {
 
 void TFrm_AnnualReport::GetData() {
     TFrm_Base_Qry::GetData();
-    if (!AdoQry_Main->Active() || !AdoQry_Main->FindField("wl_id")) return;
-    {
-        // the pseudo-year only guarantees the month columns; it is no year of the shop
-        ScopedDisableControls frozen(AdoQry_Main);
-        while (AdoQry_Main->Locate("wl_id", qx::reports::kPseudoYear)) AdoQry_Main->Delete();
-        AdoQry_Main->First();
-    }
-    ShowColumns();
+    if (AdoQry_Main->Active()) ShowColumns();
+}
+
+void TFrm_AnnualReport::DropPseudoYear() {
+    // the pseudo-year only guarantees the month columns; it is no year of the shop. Dropped as
+    // the rows arrive, so that the grid, its footers and the chart never see it.
+    if (!AdoQry_Main->FindField("wl_id")) return;
+    ScopedDisableControls frozen(AdoQry_Main);
+    while (AdoQry_Main->Locate("wl_id", qx::reports::kPseudoYear)) AdoQry_Main->Delete();
+    if (!AdoQry_Main->IsEmpty()) AdoQry_Main->First();
 }
 
 void TFrm_AnnualReport::ShowColumns() {

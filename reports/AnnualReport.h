@@ -76,5 +76,6 @@ public:
     TFrm_AnnualFilter* Filter = nullptr;
 
 private:
+    void DropPseudoYear();
     void ShowColumns();
 };

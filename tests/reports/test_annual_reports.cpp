@@ -188,6 +188,19 @@ TEST_F(AnnualReportTest, AcrossTheYearEndBothYearsHaveRowsAndMonthsOutsideTheRan
     r->close();
 }
 
+TEST_F(AnnualReportTest, AmountsWithCentsAddUpInTheirMonthAndTheTotal) {
+    line("D8101", "R4", "2026-01-07", "K0201", {1}, "MONEY", 12.34);
+    line("D8101", "R5", "2026-01-31", "K0201", {1}, "MONEY", 0.66);
+    line("D8102", "PR2", "2026-02-02", "K0201", {1}, "SMONEY", 9.95, 5);
+    auto* r = purchases();
+    EXPECT_NEAR(amount(r, "2026进", "1"), 13.0, 1e-9);
+    EXPECT_NEAR(amount(r, "2026进", "total"), 713.0, 1e-9);
+    EXPECT_NEAR(amount(r, "2026退", "2"), -9.95, 1e-9);
+    EXPECT_NEAR(amount(r, "2026退", "total"), -109.95, 1e-9);
+    EXPECT_NEAR(r->DBGridEh->ColumnByField("2")->GetSumValue(), 190.05, 1e-9);
+    r->close();
+}
+
 TEST_F(AnnualReportTest, AStyleNarrowsTheRowsAndNamesItselfInTheDescription) {
     auto* r = purchases([](TQXCK263F* f) { f->K_ID->setText("K02"); });
     expectGolden("qxck263.sql", "style");
