@@ -29,6 +29,8 @@
 #include "reports/Frmqxck254.h"
 #include "reports/Frmqxck255.h"
 #include "reports/Frmqxck256.h"
+#include "reports/Frmqxck263.h"
+#include "reports/Frmqxck273.h"
 #include "setup/Frmqxcks01.h"
 #include "setup/Frmqxcks02a.h"
 #include "setup/Frmqxsys_co.h"
@@ -65,8 +67,8 @@ const std::array kFunctions{
     FunctionRow{254, "TQXCK254",   "Frmqxck254",   "TFrm_Base_Qry",        "进销存明细表",        Embedded,       None,               Reports,   screen<TQXCK254, &QXCK254>},
     FunctionRow{255, "TQXCK255",   "Frmqxck255",   "TFrm_Base_Qry",        "库存查询",            Embedded,       None,               Reports,   screen<TQXCK255, &QXCK255>},
     FunctionRow{256, "TQXCK256",   "Frmqxck256",   "TFrm_Base_Qry",        "库存分布查询",        Embedded,       ReadableWarehouses, Reports,   screen<TQXCK256, &QXCK256>},
-    FunctionRow{263, "TQXCK263",   "Frmqxck263",   "TFrm_Base_Qry",        "采购年报表(金额)",    Embedded,       None,               Reports,   nullptr},
-    FunctionRow{273, "TQXCK273",   "Frmqxck273",   "TFrm_Base_Qry",        "销售年报表(销售额)",  Embedded,       None,               Reports,   nullptr},
+    FunctionRow{263, "TQXCK263",   "Frmqxck263",   "TFrm_Base_Qry",        "采购年报表(金额)",    Embedded,       None,               Reports,   screen<TQXCK263, &QXCK263>},
+    FunctionRow{273, "TQXCK273",   "Frmqxck273",   "TFrm_Base_Qry",        "销售年报表(销售额)",  Embedded,       None,               Reports,   screen<TQXCK273, &QXCK273>},
     FunctionRow{281, "TQXCK281",   "Frmqxck281",   "TFrm_Base_Qry",        "销售排行",            Embedded,       None,               Reports,   nullptr},
     FunctionRow{282, "TQXCK282",   "Frmqxck282",   "TFrm_Base_Qry",        "经营综合分析",        Embedded,       None,               Reports,   nullptr},
     FunctionRow{283, "TQXCK283",   "Frmqxck283",   "TFrm_Base_Qry",        "销售进度表",          Embedded,       None,               Reports,   nullptr},

@@ -15,17 +15,11 @@ TFrm_MovementFilter::TFrm_MovementFilter(QWidget* Owner, const QString& name, co
     : TFrm_Sys_Filter(Owner), detail_(detail) {
     setObjectName(name);
     SetCaption(caption);
-    BDATE = Panel_Condition->AddDateEdit("BDATE", "帐目日期:");
-    EDATE = Panel_Condition->AddDateEdit("EDATE", "至");
-    titDATE = new QLabel("(30天)", Panel_Condition);
-    titDATE->setObjectName("titDATE");
-    Panel_Condition->AddControl(titDATE, QString());
-    Panel_Condition->NewRow();
-    btn_dateset = CreateDatePresetButton(Panel_Condition);
-    btn_dateset->setObjectName("btn_dateset");
-    btn_dateset->setText("时段选择");
-    Panel_Condition->AddControl(btn_dateset, QString());
-    Panel_Condition->NewRow();
+    const auto range = qx::reports::addDateRange(this, Panel_Condition, "帐目日期:", "至", "时段选择", true);
+    BDATE = range.from;
+    EDATE = range.to;
+    titDATE = range.span;
+    btn_dateset = range.presets;
     CK_ID1 = Panel_Condition->AddLinkEdit("CK_ID1", "仓库代号:", 6, "CK_NAME");
     CK_NAME = CK_ID1->NameLabel();
     Panel_Condition->NewRow();
@@ -60,9 +54,6 @@ TFrm_MovementFilter::TFrm_MovementFilter(QWidget* Owner, const QString& name, co
 
 void TFrm_MovementFilter::FormCreate() {
     TFrm_Sys_Filter::FormCreate();
-    SetDateEdits(BDATE, EDATE);
-    for (TDateEdit* date : {BDATE, EDATE})
-        qx::connectGuarded(date, &QDateEdit::dateChanged, this, [this, date] { BDATEChange(date); });
     qx::connectGuarded(wl_id, &QLineEdit::editingFinished, this, [this] { wl_idExit(wl_id); });
     if (!G_CKCOUNT_R) {
         WarehouseLink = new TFrm_Sys_LINK_CK(this);

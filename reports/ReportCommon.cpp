@@ -1,8 +1,12 @@
 #include "reports/ReportCommon.h"
 
 #include <QDate>
+#include <QLabel>
+#include <QToolButton>
 
+#include "documents/common/DocumentCommon.h"
 #include "framework/Controls.h"
+#include "framework/Frm_Base.h"
 #include "framework/DBGridEh.h"
 #include "framework/DataSet.h"
 #include "framework/Frm_Base_Qry.h"
@@ -40,6 +44,27 @@ void setMonthToToday(TDateEdit* from, TDateEdit* to) {
     to->SetDate(today);
     from->SetDate(today);
     while (from->Date().toString("dd") != "01") from->SetDate(from->Date().addDays(-1));
+}
+
+DateRange addDateRange(TFrm_Base_Common* form, TFormPanel* panel, const QString& fromCaption, const QString& toCaption,
+                       const QString& presetCaption, bool presetsOnNewRow) {
+    DateRange r;
+    r.from = panel->AddDateEdit("BDATE", fromCaption);
+    r.to = panel->AddDateEdit("EDATE", toCaption);
+    r.span = new QLabel("(30天)", panel);
+    r.span->setObjectName("titDATE");
+    panel->AddControl(r.span, QString());
+    if (presetsOnNewRow) panel->NewRow();
+    r.presets = form->CreateDatePresetButton(panel);
+    r.presets->setObjectName("btn_dateset");
+    r.presets->setText(presetCaption);
+    panel->AddControl(r.presets, QString());
+    panel->NewRow();
+    form->SetDateEdits(r.from, r.to);
+    for (TDateEdit* date : {r.from, r.to})
+        qx::connectGuarded(date, &QDateEdit::dateChanged, form,
+                           [r] { qx::documents::updateDayCount(r.from, r.to, r.span); });
+    return r;
 }
 
 QString nextDay(const QDate& date) { return date.addDays(1).toString("yyyy-MM-dd"); }

@@ -4,7 +4,11 @@
 #include <QDate>
 #include <QString>
 
+class QLabel;
+class QToolButton;
 class TFrm_Base_Qry;
+class TFrm_Base_Common;
+class TFormPanel;
 class TClientDataSet;
 class TDBGridEh;
 class TDateEdit;
@@ -27,6 +31,18 @@ QString rightsJoin(const QString& warehouseColumnTable);
 // The default range of a report dialog: the end today, the start stepped back a day at a time
 // until its day of month is "01".
 void setMonthToToday(TDateEdit* from, TDateEdit* to);
+
+// The date-range row of a report dialog: the date edits BDATE and EDATE, the span label titDATE
+// ("(30天)", following every change of either date) and the period preset button btn_dateset,
+// on the next row when presetsOnNewRow; the edits become the form's preset targets.
+struct DateRange {
+    TDateEdit* from;
+    TDateEdit* to;
+    QLabel* span;
+    QToolButton* presets;
+};
+DateRange addDateRange(TFrm_Base_Common* form, TFormPanel* panel, const QString& fromCaption, const QString& toCaption,
+                       const QString& presetCaption, bool presetsOnNewRow = false);
 
 // The day after a date text "YYYY-MM-DD", as "YYYY-MM-DD".
 QString nextDay(const QDate& date);

@@ -107,4 +107,41 @@ TEST_F(ReportScriptTest, SalesSummaryByCustomerEqualsTheDetailOnTheDemoShop) {
     ASSERT_NE(detail, nullptr);
     EXPECT_EQ(detail->DBGridEh->GetSumValue("STOT"), summary->DBGridEh->GetSumValue("数量"));
     EXPECT_NEAR(detail->DBGridEh->GetSumValue("SMONEY"), summary->DBGridEh->GetSumValue("金额"), 0.005);
+TEST_F(ReportScriptTest, AnnualReportsOpenFromTheMenuAndAddUpToTheDocuments) {
+    // both annual reports over two years of the demo shop: the year totals of the receipts and of
+    // the sales equal the amounts of the documents they stand for
+    const QString out = run("click func263\nset BDATE 2025-01-01\nclick btn_ok\nexpect screen 采购年报表(金额)\n"
+                            "click func273\nset BDATE 2025-01-01\nclick btn_ok\nexpect screen 销售年报表(销售额)\ndump messages\n");
+    EXPECT_FALSE(out.contains("error")) << out.toStdString();
+    auto* purchases = window->findChild<TFrm_Base_Qry*>("QXCK263");
+    auto* sales = window->findChild<TFrm_Base_Qry*>("QXCK273");
+    ASSERT_NE(purchases, nullptr);
+    ASSERT_NE(sales, nullptr);
+    ASSERT_GT(purchases->AdoQry_Main->RecordCount(), 0);
+    ASSERT_GT(sales->AdoQry_Main->RecordCount(), 0);
+    // the end of the range: the day after the dialog's end date
+    const QString end = qx::ui::today().addDays(1).toString("yyyy-MM-dd");
+    auto totalOf = [](TFrm_Base_Qry* r, const QString& suffix) {
+        double sum = 0;
+        TClientDataSet* ds = r->AdoQry_Main;
+        for (int row = 0; row < ds->RecordCount(); ++row)
+            if (ds->CellValue(row, ds->FieldIndex("wl_id")).toString().endsWith(suffix))
+                sum += ds->CellValue(row, ds->FieldIndex("total")).toDouble();
+        return sum;
+    };
+    auto amount = [this](const QString& sql) {
+        const auto r = db->open(sql.toStdString());
+        if (r.rows.empty()) return 0.0;
+        if (auto* d = std::get_if<double>(&r.rows[0][0])) return *d;
+        if (auto* i = std::get_if<std::int64_t>(&r.rows[0][0])) return double(*i);
+        return 0.0;
+    };
+    const QString range = " BDATE>='2025-01-01' AND BDATE<'" + end + "'";
+    EXPECT_NEAR(totalOf(purchases, "进"),
+                amount("SELECT SUM(a.MONEY) FROM D8101A a JOIN D8101 h ON h.NOID=a.NOID WHERE" + range), 0.005);
+    EXPECT_NEAR(totalOf(sales, " 销售"),
+                amount("SELECT SUM(a.SMONEY) FROM D8201A a JOIN D8201 h ON h.NOID=a.NOID WHERE" + range) +
+                    amount("SELECT SUM(SMONEY) FROM v_D712 WHERE S0+S1+S2+S3+S4+S5+S6+S7+S8+S9>0 AND" + range),
+                0.005);
+    EXPECT_NE(totalOf(sales, " 销售"), 0.0);
 }

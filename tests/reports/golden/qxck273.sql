@@ -1,0 +1,26 @@
+# Golden statements of the sales annual report (273): one case per dialog choice. A statement is one line;
+# it is broken here ahead of the blanks before each "UNION  ALL"; its lines are joined again with nothing.
+-- case: current year
+EXEC SYS_JX @param1=' SELECT convert(varchar(20),1920) as YY, SHOW_WIDTH, 0 as MONEY  FROM SYS_GROUP  where(GROUP_ID = 263)
+  UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+'' 销售'' as YY, MONTH(BDATE) as MM,SMONEY  FROM D8201A INNER JOIN D8201 ON D8201A.NOID = D8201.NOID  where  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+'' 销售'' as YY, MONTH(BDATE) as MM,SMONEY  FROM v_D712 A  WHERE (A.S0+A.S1+A.S2+A.S3+A.S4+A.S5+A.S6+A.S7+A.S8+A.S9)>0 AND  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+''退换'' as YY, MONTH(BDATE) as MM,0-sMONEY  FROM D8202A INNER JOIN D8202 ON D8202A.NOID = D8202.NOID  where  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+''退换'' as YY, MONTH(BDATE) as MM,SMONEY  FROM V_D712 A WHERE (A.S0+A.S1+A.S2+A.S3+A.S4+A.S5+A.S6+A.S7+A.S8+A.S9)<0 AND  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'')',@param2='wl_id',@param3='ck_name',@param4='kc',@selectstr='',@innerstr='order by wl_id'
+-- case: across the year end
+EXEC SYS_JX @param1=' SELECT convert(varchar(20),1920) as YY, SHOW_WIDTH, 0 as MONEY  FROM SYS_GROUP  where(GROUP_ID = 263)
+  UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+'' 销售'' as YY, MONTH(BDATE) as MM,SMONEY  FROM D8201A INNER JOIN D8201 ON D8201A.NOID = D8201.NOID  where  (BDATE>=''2025-12-01'' AND BDATE<''2026-03-01'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+'' 销售'' as YY, MONTH(BDATE) as MM,SMONEY  FROM v_D712 A  WHERE (A.S0+A.S1+A.S2+A.S3+A.S4+A.S5+A.S6+A.S7+A.S8+A.S9)>0 AND  (BDATE>=''2025-12-01'' AND BDATE<''2026-03-01'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+''退换'' as YY, MONTH(BDATE) as MM,0-sMONEY  FROM D8202A INNER JOIN D8202 ON D8202A.NOID = D8202.NOID  where  (BDATE>=''2025-12-01'' AND BDATE<''2026-03-01'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+''退换'' as YY, MONTH(BDATE) as MM,SMONEY  FROM V_D712 A WHERE (A.S0+A.S1+A.S2+A.S3+A.S4+A.S5+A.S6+A.S7+A.S8+A.S9)<0 AND  (BDATE>=''2025-12-01'' AND BDATE<''2026-03-01'')',@param2='wl_id',@param3='ck_name',@param4='kc',@selectstr='',@innerstr='order by wl_id'
+-- case: style
+EXEC SYS_JX @param1=' SELECT convert(varchar(20),1920) as YY, SHOW_WIDTH, 0 as MONEY  FROM SYS_GROUP  where(GROUP_ID = 263)
+  UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+'' 销售'' as YY, MONTH(BDATE) as MM,SMONEY  FROM D8201A INNER JOIN D8201 ON D8201A.NOID = D8201.NOID  where  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'') AND (K_ID = ''K02'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+'' 销售'' as YY, MONTH(BDATE) as MM,SMONEY  FROM v_D712 A  WHERE (A.S0+A.S1+A.S2+A.S3+A.S4+A.S5+A.S6+A.S7+A.S8+A.S9)>0 AND  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'') AND (K_ID = ''K02'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+''退换'' as YY, MONTH(BDATE) as MM,0-sMONEY  FROM D8202A INNER JOIN D8202 ON D8202A.NOID = D8202.NOID  where  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'') AND (K_ID = ''K02'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+''退换'' as YY, MONTH(BDATE) as MM,SMONEY  FROM V_D712 A WHERE (A.S0+A.S1+A.S2+A.S3+A.S4+A.S5+A.S6+A.S7+A.S8+A.S9)<0 AND  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'') AND (K_ID = ''K02'')',@param2='wl_id',@param3='ck_name',@param4='kc',@selectstr='',@innerstr='order by wl_id'
+-- case: hostile style
+EXEC SYS_JX @param1=' SELECT convert(varchar(20),1920) as YY, SHOW_WIDTH, 0 as MONEY  FROM SYS_GROUP  where(GROUP_ID = 263)
+  UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+'' 销售'' as YY, MONTH(BDATE) as MM,SMONEY  FROM D8201A INNER JOIN D8201 ON D8201A.NOID = D8201.NOID  where  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'') AND (K_ID = ''K''''01xxxxxxxxxxxxxxxx'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+'' 销售'' as YY, MONTH(BDATE) as MM,SMONEY  FROM v_D712 A  WHERE (A.S0+A.S1+A.S2+A.S3+A.S4+A.S5+A.S6+A.S7+A.S8+A.S9)>0 AND  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'') AND (K_ID = ''K''''01xxxxxxxxxxxxxxxx'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+''退换'' as YY, MONTH(BDATE) as MM,0-sMONEY  FROM D8202A INNER JOIN D8202 ON D8202A.NOID = D8202.NOID  where  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'') AND (K_ID = ''K''''01xxxxxxxxxxxxxxxx'')
+ UNION  ALL  SELECT convert(varchar(20),YEAR(BDATE))+''退换'' as YY, MONTH(BDATE) as MM,SMONEY  FROM V_D712 A WHERE (A.S0+A.S1+A.S2+A.S3+A.S4+A.S5+A.S6+A.S7+A.S8+A.S9)<0 AND  (BDATE>=''2026-01-01'' AND BDATE<''2026-03-19'') AND (K_ID = ''K''''01xxxxxxxxxxxxxxxx'')',@param2='wl_id',@param3='ck_name',@param4='kc',@selectstr='',@innerstr='order by wl_id'
