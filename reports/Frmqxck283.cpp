@@ -3,8 +3,10 @@
 #include <QAction>
 #include <QDate>
 #include <QLabel>
+#include <QMap>
 #include <QRegularExpression>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "framework/DBGridEh.h"
 #include "framework/ProgressDialog.h"
@@ -143,9 +145,13 @@ void TQXCK283::AdoQry_MainAfterOpen(TDataSet*) {
         if (TField* f = AdoQry_Main->FindField(h.field)) g->AddColumn(f->FieldName, h.title, h.width);
     if (TColumnEh* c = g->ColumnByField("BDATE")) c->DisplayFormat = "yyyy-mm-dd";
     const bool markSundays = Filter->chk_Sunday->isChecked();
+    // a month with few days keeps its title readable: at least 64 pixels under it
+    QMap<QString, int> daysOfMonth;
+    for (const QString& f : dayFields_) ++daysOfMonth[f.left(6)];
     for (const QString& f : dayFields_) {
         const QDate d = dayOfField(f);
-        TColumnEh* c = g->AddColumn(f, d.toString("yyyy-MM") + "|" + d.toString("dd"), 34);
+        const int width = std::max(34, (64 + daysOfMonth[f.left(6)] - 1) / daysOfMonth[f.left(6)]);
+        TColumnEh* c = g->AddColumn(f, d.toString("yyyy-MM") + "|" + d.toString("dd"), width);
         c->Alignment = Qt::AlignRight | Qt::AlignVCenter;
         c->Footer.ValueType = fvtSum;
         if (markSundays && d.dayOfWeek() == Qt::Sunday) c->FontColor = kDarkRed;
@@ -158,6 +164,10 @@ void TQXCK283::AdoQry_MainAfterOpen(TDataSet*) {
     if (TColumnEh* c = g->ColumnByField("kc")) c->Footer.ValueType = fvtSum;
     g->ColumnsChanged();
     g->AutoColumns = true;
+}
+
+void TQXCK283::DBGridEhGetCellParams(QObject*, TColumnEh* Column, TCellParams& Params) {
+    if (Column->FieldName.compare("BDATE", Qt::CaseInsensitive) == 0) Params.Text = Params.Text.left(10);
 }
 
 qx::chart::ChartSpec TQXCK283::ChartSpec() const {

@@ -17,6 +17,8 @@ public:
     void Act_RefreshExecute(QObject* Sender) override;
     // Column order and titles: style, name, unit, latest receipt, stock, the days, the total.
     void AdoQry_MainAfterOpen(TDataSet* DataSet);
+    // The latest receiving date as "YYYY-MM-DD" whatever form the database hands it in.
+    void DBGridEhGetCellParams(QObject* Sender, TColumnEh* Column, TCellParams& Params) override;
 
     // The row source (style, "YYYYMM|DD", quantity) and the procedure call around it.
     QString RowSource() const;

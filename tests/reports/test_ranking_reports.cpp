@@ -3,6 +3,7 @@
 // members, the choice messages and hostile input in the dialog.
 #include <QDir>
 #include <QFile>
+#include <QToolButton>
 
 #include "framework/Screenshot.h"
 #include "reports/Frmqxck281.h"
@@ -278,6 +279,30 @@ TEST_F(RankingReportTest, TheColumnGroupsFollowTheRankingChoices) {
     }
 }
 
+TEST_F(RankingReportTest, TheDialogStartsWithEverythingChosen) {
+    qx::ui::setModalHandler([](TFrm_Base*) { return int(mrCancel); });
+    auto* r = startReport<TQXCK281>(281, {});
+    TQXCK281F* f = r->Filter;
+    for (QCheckBox* c : {f->o1, f->o2, f->o3, f->o4, f->C1, f->C2, f->C3, f->C4, f->C5, f->C6, f->D1})
+        EXPECT_TRUE(c->isChecked()) << c->objectName().toStdString();
+    EXPECT_EQ(f->o1->text(), "销售单");
+    EXPECT_EQ(f->o2->text(), "POS销售");
+    EXPECT_EQ(f->o3->text(), "本公司仓库");
+    EXPECT_EQ(f->o4->text(), "分销商仓库");
+    EXPECT_EQ((QStringList{f->C1->text(), f->C2->text(), f->C3->text(), f->C4->text(), f->C5->text(), f->C6->text()}),
+              (QStringList{"滞销款", "仓库", "类别", "颜色", "品牌", "会员消费"}));
+    EXPECT_EQ(f->D1->text(), "汇总未发生销售数据的项目库存<对仓库，类别，颜色，品牌项生效>");
+    EXPECT_EQ(f->btn_dateset->text(), "时段选择");
+    EXPECT_EQ(f->CK_ID1->maxLength(), 6);
+    EXPECT_EQ(f->BDATE->Text(), "2026-03-01");
+    EXPECT_EQ(f->EDATE->Text(), "2026-03-18");
+    EXPECT_EQ(f->titDATE->text(), "(18天)");
+    f->EDATE->SetText("2026-03-30");
+    EXPECT_EQ(f->titDATE->text(), "(30天)");
+    EXPECT_TRUE(r->QrySql.isEmpty());
+    r->close();
+}
+
 TEST_F(RankingReportTest, ChoiceMessagesKeepTheDialogOpen) {
     struct Case {
         std::function<void(TQXCK281F*)> fill;
@@ -345,12 +370,15 @@ TEST_F(RankingReportTest, HostileWarehouseCodesAreRefusedOrQuoted) {
         EXPECT_TRUE(r->QrySql.isEmpty());
         r->close();
     }
-    // the quote is doubled in the batch itself
-    auto* r = ranking([](TQXCK281F* f) { f->CK_ID1->setText("01"); });
-    r->Filter->CK_ID1->setText("0'1");
-    EXPECT_TRUE(r->BuildSql().startsWith("SELECT CK_ID INTO #TCK FROM d1007 where ck_id='0''1';"));
+    // a warehouse code with a quote that exists: doubled in the batch, no rows, no error
+    exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('0''1', '引号仓')");
+    sink->clear();
+    auto* r = ranking([](TQXCK281F* f) { f->CK_ID1->setText("0'1"); });
+    expectNoErrors();
+    EXPECT_TRUE(lastStatement().startsWith("SELECT CK_ID INTO #TCK FROM d1007 where ck_id='0''1';"));
+    EXPECT_EQ(col(r, "K_ID").join(""), "");
     r->close();
-    EXPECT_EQ(std::get<std::int64_t>(query("SELECT COUNT(*) FROM d1007").rows.at(0).at(0)), 3) << "nothing changed";
+    EXPECT_EQ(std::get<std::int64_t>(query("SELECT COUNT(*) FROM d1007").rows.at(0).at(0)), 4) << "nothing changed";
     // letters typed into a date are ignored: the date stays a date
     auto* dates = ranking([](TQXCK281F* f) { f->BDATE->SetText("20x6-0a-01"); });
     EXPECT_EQ(dates->Filter->BDATE->Text(), "2026-03-01");
