@@ -17,16 +17,11 @@ TQXCK281F::TQXCK281F(QWidget* Owner) : TFrm_Sys_Filter(Owner) {
     o1 = Panel_Condition->AddCheckBox("o1", "销售单");
     o2 = Panel_Condition->AddCheckBox("o2", "POS销售");
     Panel_Condition->NewRow();
-    BDATE = Panel_Condition->AddDateEdit("BDATE", "销售日期：");
-    EDATE = Panel_Condition->AddDateEdit("EDATE", "至");
-    titDATE = new QLabel("(30天)", Panel_Condition);
-    titDATE->setObjectName("titDATE");
-    Panel_Condition->AddControl(titDATE, QString());
-    btn_dateset = CreateDatePresetButton(Panel_Condition);
-    btn_dateset->setObjectName("btn_dateset");
-    btn_dateset->setText("时段选择");
-    Panel_Condition->AddControl(btn_dateset, QString());
-    Panel_Condition->NewRow();
+    const qx::reports::DateRange dates = qx::reports::addDateRange(this, "销售日期：", "至", "时段选择");
+    BDATE = dates.from;
+    EDATE = dates.to;
+    titDATE = dates.span;
+    btn_dateset = dates.presets;
     Panel_Condition->AddControl(new QLabel("仓库区分：", Panel_Condition), QString());
     o3 = Panel_Condition->AddCheckBox("o3", "本公司仓库");
     o4 = Panel_Condition->AddCheckBox("o4", "分销商仓库");
@@ -48,9 +43,6 @@ TQXCK281F::TQXCK281F(QWidget* Owner) : TFrm_Sys_Filter(Owner) {
     for (QCheckBox* c : {o1, o2, o3, o4, C1, C2, C3, C4, C5, C6, D1}) c->setChecked(true);
 
     TFrm_Sys_Filter::FormCreate();
-    SetDateEdits(BDATE, EDATE);
-    for (TDateEdit* date : {BDATE, EDATE})
-        qx::connectGuarded(date, &QDateEdit::dateChanged, this, [this, date] { BDATEChange(date); });
     // a warehouse entered by its id is taken as it is, whatever the user's warehouse rights
     auto* link = new TFrm_Sys_LINK_CK(this);
     link->init(AdoQry_Work, CK_ID1, CK_ID1, FuncNo, "", "");
@@ -67,8 +59,7 @@ void TQXCK281F::InitForm() {
 void TQXCK281F::BDATEChange(QObject*) { qx::documents::updateDayCount(BDATE, EDATE, titDATE); }
 
 void TQXCK281F::FormKeyDown(QObject* Sender, int& Key, Qt::KeyboardModifiers Shift) {
-    if (Key == Qt::Key_Escape && warehouseLink_ && warehouseLink_->Visible()) {
-        warehouseLink_->Close();
+    if (Key == Qt::Key_Escape && qx::documents::closeFirstVisiblePickList({warehouseLink_})) {
         Key = 0;
         return;
     }

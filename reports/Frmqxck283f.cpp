@@ -20,16 +20,11 @@ TQXCK283F::TQXCK283F(QWidget* Owner) : TFrm_Sys_Filter(Owner) {
     WL_ID = Panel_Condition->AddLinkEdit("WL_ID", "款    号:", 20, "WL_NAME");
     WL_NAME = WL_ID->NameLabel();
     Panel_Condition->NewRow();
-    BDATE = Panel_Condition->AddDateEdit("BDATE", "销售日期:");
-    EDATE = Panel_Condition->AddDateEdit("EDATE", "至：");
-    titDATE = new QLabel("(30天)", Panel_Condition);
-    titDATE->setObjectName("titDATE");
-    Panel_Condition->AddControl(titDATE, QString());
-    btn_dateset = CreateDatePresetButton(Panel_Condition);
-    btn_dateset->setObjectName("btn_dateset");
-    btn_dateset->setText("时段选择");
-    Panel_Condition->AddControl(btn_dateset, QString());
-    Panel_Condition->NewRow();
+    const qx::reports::DateRange dates = qx::reports::addDateRange(this, "销售日期:", "至：", "时段选择");
+    BDATE = dates.from;
+    EDATE = dates.to;
+    titDATE = dates.span;
+    btn_dateset = dates.presets;
     Lab_Note = new QLabel("系统提示：销售日期要在60天内。", Panel_Condition);
     Lab_Note->setObjectName("Lab_Note");
     Panel_Condition->AddControl(Lab_Note, QString(), 2);
@@ -38,9 +33,6 @@ TQXCK283F::TQXCK283F(QWidget* Owner) : TFrm_Sys_Filter(Owner) {
     chk_Sunday->setChecked(true);
 
     TFrm_Sys_Filter::FormCreate();
-    SetDateEdits(BDATE, EDATE);
-    for (TDateEdit* date : {BDATE, EDATE})
-        qx::connectGuarded(date, &QDateEdit::dateChanged, this, [this, date] { BDATEChange(date); });
     auto* warehouses = new TFrm_Sys_LINK_CK(this);
     warehouses->init(AdoQry_Work, CK_ID, WL_ID, FuncNo, "", "");
     warehouseLink_ = warehouses;

@@ -1,8 +1,12 @@
 #include "reports/ReportCommon.h"
 
 #include <QDate>
+#include <QLabel>
+#include <QToolButton>
 
+#include "documents/common/DocumentCommon.h"
 #include "framework/Controls.h"
+#include "framework/Frm_Base.h"
 #include "framework/DBGridEh.h"
 #include "framework/DataSet.h"
 #include "framework/Frm_Base_Qry.h"
@@ -43,5 +47,26 @@ void setMonthToToday(TDateEdit* from, TDateEdit* to) {
 }
 
 QString nextDay(const QDate& date) { return date.addDays(1).toString("yyyy-MM-dd"); }
+
+DateRange addDateRange(TFrm_Sys_Filter* dialog, const QString& fromCaption, const QString& toCaption,
+                       const QString& presetsCaption) {
+    TFormPanel* panel = dialog->Panel_Condition;
+    DateRange r;
+    r.from = panel->AddDateEdit("BDATE", fromCaption);
+    r.to = panel->AddDateEdit("EDATE", toCaption);
+    r.span = new QLabel("(30天)", panel);
+    r.span->setObjectName("titDATE");
+    panel->AddControl(r.span, QString());
+    r.presets = dialog->CreateDatePresetButton(panel);
+    r.presets->setObjectName("btn_dateset");
+    r.presets->setText(presetsCaption);
+    panel->AddControl(r.presets, QString());
+    panel->NewRow();
+    dialog->SetDateEdits(r.from, r.to);
+    for (TDateEdit* date : {r.from, r.to})
+        qx::connectGuarded(date, &QDateEdit::dateChanged, dialog,
+                           [r] { qx::documents::updateDayCount(r.from, r.to, r.span); });
+    return r;
+}
 
 }  // namespace qx::reports

@@ -5,9 +5,12 @@
 #include <QString>
 
 class TFrm_Base_Qry;
+class TFrm_Sys_Filter;
 class TClientDataSet;
 class TDBGridEh;
 class TDateEdit;
+class QLabel;
+class QToolButton;
 
 namespace qx::reports {
 
@@ -30,5 +33,17 @@ void setMonthToToday(TDateEdit* from, TDateEdit* to);
 
 // The day after a date text "YYYY-MM-DD", as "YYYY-MM-DD".
 QString nextDay(const QDate& date);
+
+// The date row of a report dialog: start and end date edits (BDATE, EDATE), the span label
+// titDATE "(30天)" that follows every change, and the period menu btn_dateset, whose presets fill
+// the two dates. Added to the dialog's condition panel, on a row of its own.
+struct DateRange {
+    TDateEdit* from;
+    TDateEdit* to;
+    QLabel* span;
+    QToolButton* presets;
+};
+DateRange addDateRange(TFrm_Sys_Filter* dialog, const QString& fromCaption, const QString& toCaption,
+                       const QString& presetsCaption);
 
 }  // namespace qx::reports
