@@ -165,6 +165,15 @@ TEST_F(ProgressReportTest, ReversedDatesAreRefused) {
     r->close();
 }
 
+TEST_F(ProgressReportTest, LettersTypedIntoADateAreIgnored) {
+    auto* r = progress("20x6-0a-01", "2026-13-45");
+    expectNoErrors();
+    EXPECT_EQ(r->Filter->BDATE->Text(), "2026-03-01") << "the default start stays";
+    EXPECT_EQ(r->Filter->EDATE->Text(), "2026-03-18");
+    EXPECT_TRUE(lastStatement().contains("(M.BDATE>=''2026-03-01'' AND M.BDATE<''2026-03-19'')"));
+    r->close();
+}
+
 TEST_F(ProgressReportTest, SundaysAreDarkRedOnRequest) {
     auto* r = progress();
     for (const QString& day : r->DayFields()) {
