@@ -31,6 +31,8 @@
 #include "reports/Frmqxck256.h"
 #include "reports/Frmqxck263.h"
 #include "reports/Frmqxck273.h"
+#include "reports/Frmqxck281.h"
+#include "reports/Frmqxck283.h"
 #include "setup/Frmqxcks01.h"
 #include "setup/Frmqxcks02a.h"
 #include "setup/Frmqxsys_co.h"
@@ -69,9 +71,9 @@ const std::array kFunctions{
     FunctionRow{256, "TQXCK256",   "Frmqxck256",   "TFrm_Base_Qry",        "库存分布查询",        Embedded,       ReadableWarehouses, Reports,   screen<TQXCK256, &QXCK256>},
     FunctionRow{263, "TQXCK263",   "Frmqxck263",   "TFrm_Base_Qry",        "采购年报表(金额)",    Embedded,       None,               Reports,   screen<TQXCK263, &QXCK263>},
     FunctionRow{273, "TQXCK273",   "Frmqxck273",   "TFrm_Base_Qry",        "销售年报表(销售额)",  Embedded,       None,               Reports,   screen<TQXCK273, &QXCK273>},
-    FunctionRow{281, "TQXCK281",   "Frmqxck281",   "TFrm_Base_Qry",        "销售排行",            Embedded,       None,               Reports,   nullptr},
+    FunctionRow{281, "TQXCK281",   "Frmqxck281",   "TFrm_Base_Qry",        "销售排行",            Embedded,       None,               Reports,   screen<TQXCK281, &QXCK281>},
     FunctionRow{282, "TQXCK282",   "Frmqxck282",   "TFrm_Base_Qry",        "经营综合分析",        Embedded,       None,               Reports,   nullptr},
-    FunctionRow{283, "TQXCK283",   "Frmqxck283",   "TFrm_Base_Qry",        "销售进度表",          Embedded,       None,               Reports,   nullptr},
+    FunctionRow{283, "TQXCK283",   "Frmqxck283",   "TFrm_Base_Qry",        "销售进度表",          Embedded,       None,               Reports,   screen<TQXCK283, &QXCK283>},
     FunctionRow{297, "TQXCK297",   "Frmqxck297",   "TFrm_Base_Outer",      "监管码",              Embedded,       None,               Labels,    screen<TQXCK297, &QXCK297>},
     FunctionRow{299, "TQXCK299",   "Frmqxck299",   "TFrm_Base_Qry",        "吊牌标签制作",        Embedded,       None,               Labels,    screen<TQXCK299, &QXCK299>},
     FunctionRow{704, "TQXCKS02A",  "Frmqxcks02a",  "TFrm_Base_Outer",      "促销方案",            ListWithParams, None,               Setup,     screen<TQXCKS02A, &QXCKS02A>},

@@ -69,4 +69,9 @@ DateRange addDateRange(TFrm_Base_Common* form, TFormPanel* panel, const QString&
 
 QString nextDay(const QDate& date) { return date.addDays(1).toString("yyyy-MM-dd"); }
 
+DateRange addDateRange(TFrm_Sys_Filter* dialog, const QString& fromCaption, const QString& toCaption,
+                       const QString& presetsCaption) {
+    return addDateRange(dialog, dialog->Panel_Condition, fromCaption, toCaption, presetsCaption, false);
+}
+
 }  // namespace qx::reports

@@ -9,6 +9,7 @@ class QToolButton;
 class TFrm_Base_Qry;
 class TFrm_Base_Common;
 class TFormPanel;
+class TFrm_Sys_Filter;
 class TClientDataSet;
 class TDBGridEh;
 class TDateEdit;
@@ -46,5 +47,9 @@ DateRange addDateRange(TFrm_Base_Common* form, TFormPanel* panel, const QString&
 
 // The day after a date text "YYYY-MM-DD", as "YYYY-MM-DD".
 QString nextDay(const QDate& date);
+
+// The date-range row on a condition dialog's own panel (Panel_Condition), presets on the same row.
+DateRange addDateRange(TFrm_Sys_Filter* dialog, const QString& fromCaption, const QString& toCaption,
+                       const QString& presetsCaption);
 
 }  // namespace qx::reports

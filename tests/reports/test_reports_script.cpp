@@ -144,4 +144,28 @@ TEST_F(ReportScriptTest, AnnualReportsOpenFromTheMenuAndAddUpToTheDocuments) {
                     amount("SELECT SUM(SMONEY) FROM v_D712 WHERE S0+S1+S2+S3+S4+S5+S6+S7+S8+S9>0 AND" + range),
                 0.005);
     EXPECT_NE(totalOf(sales, " 销售"), 0.0);
+TEST_F(ReportScriptTest, RankingAndProgressCountWhatWasSoldInJune) {
+    // what the shop sold in June, less returns, point of sale included
+    const QString range = " BETWEEN '2026-06-01' AND '2026-06-30 23:59:59'";
+    const QString qty = "SUM(D.S0+D.S1+D.S2+D.S3+D.S4+D.S5+D.S6+D.S7+D.S8+D.S9)";
+    auto sold = [&](const QString& effective) {
+        return number("SELECT " + qty + " FROM D8201 M JOIN D8201A D ON D.NOID=M.NOID JOIN D1801 W ON W.WL_ID=D.WL_ID WHERE " +
+                      effective + "M.BDATE" + range) -
+               number("SELECT " + qty + " FROM D8202 M JOIN D8202A D ON D.NOID=M.NOID JOIN D1801 W ON W.WL_ID=D.WL_ID WHERE " +
+                      effective + "M.BDATE" + range) +
+               number("SELECT " + qty + " FROM D712 M JOIN D712A D ON D.NOID=M.NOID JOIN D1801 W ON W.WL_ID=D.WL_ID WHERE M.BDATE" +
+                      range);
+    };
+    const QString out = run("click func281\nset BDATE 2026-06-01\nclick btn_ok\nexpect screen 销售排行\ndump messages\n");
+    EXPECT_FALSE(out.contains("error")) << out.toStdString();
+    auto* ranking = window->findChild<TFrm_Base_Qry*>("QXCK281");
+    ASSERT_NE(ranking, nullptr);
+    EXPECT_GT(ranking->AdoQry_Main->RecordCount(), 0);
+    EXPECT_EQ(static_cast<long long>(ranking->DBGridEh->GetSumValue("S1")), sold("M.T=1 AND "));
+    const QString progress = run("click func283\nset BDATE 2026-06-01\nclick btn_ok\nexpect screen 销售进度表\ndump messages\n");
+    EXPECT_FALSE(progress.contains("error")) << progress.toStdString();
+    auto* report = window->findChild<TFrm_Base_Qry*>("QXCK283");
+    ASSERT_NE(report, nullptr);
+    EXPECT_GT(report->AdoQry_Main->RecordCount(), 0);
+    EXPECT_EQ(static_cast<long long>(report->DBGridEh->GetSumValue("total")), sold(""));
 }
