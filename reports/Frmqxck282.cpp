@@ -186,31 +186,35 @@ TQXCK282::TQXCK282(QWidget* Owner) : TFrm_Base_Qry(Owner) {
 
     auto* typeBox = new QGroupBox("报表类型：", head);
     auto* types = new QVBoxLayout(typeBox);
-    R1 = new QRadioButton("日报表", typeBox);
-    R2 = new QRadioButton("周报表", typeBox);
-    R3 = new QRadioButton("月报表", typeBox);
-    R1->setObjectName("R1");
-    R2->setObjectName("R2");
-    R3->setObjectName("R3");
+    auto radio = [typeBox, types](const char* name, const char* caption) {
+        auto* r = new QRadioButton(QString::fromUtf8(caption), typeBox);
+        r->setObjectName(name);
+        types->addWidget(r);
+        return r;
+    };
+    R1 = radio("R1", "日报表");
+    R2 = radio("R2", "周报表");
+    R3 = radio("R3", "月报表");
     R1->setChecked(true);
-    for (QRadioButton* r : {R1, R2, R3}) types->addWidget(r);
     row->addWidget(typeBox);
 
     auto* sectionBox = new QGroupBox("汇总项目", head);
     auto* sections = new QGridLayout(sectionBox);
-    C1 = new QCheckBox("仓库", sectionBox);
-    C2 = new QCheckBox("品牌", sectionBox);
-    C3 = new QCheckBox("类别", sectionBox);
-    C4 = new QCheckBox("颜色", sectionBox);
-    C5 = new QCheckBox("营业员", sectionBox);
-    K1 = new QCheckBox("款号", sectionBox);
-    const QList<QCheckBox*> boxes{C1, C2, C3, C4, C5, K1};
-    const char* names[] = {"C1", "C2", "C3", "C4", "C5", "K1"};
-    for (int i = 0; i < boxes.size(); ++i) {
-        boxes[i]->setObjectName(names[i]);
-        boxes[i]->setChecked(true);
-        sections->addWidget(boxes[i], i / 3, i % 3);
-    }
+    int placed = 0;
+    auto box = [sectionBox, sections, &placed](const char* name, const char* caption) {
+        auto* c = new QCheckBox(QString::fromUtf8(caption), sectionBox);
+        c->setObjectName(name);
+        c->setChecked(true);
+        sections->addWidget(c, placed / 3, placed % 3);
+        ++placed;
+        return c;
+    };
+    C1 = box("C1", "仓库");
+    C2 = box("C2", "品牌");
+    C3 = box("C3", "类别");
+    C4 = box("C4", "颜色");
+    C5 = box("C5", "营业员");
+    K1 = box("K1", "款号");
     row->addWidget(sectionBox);
 
     auto* sourceBox = new QWidget(head);
