@@ -347,6 +347,7 @@ void TQXCK282::Act_RefreshExecute(QObject*) {
     QrySql = BuildSql();
     shownPeriod_ = ChosenPeriod();
     shownStyles_ = K1->isChecked();
+    shownAmounts_ = valueColumnOfMeasure(CB1->currentIndex()) != "SL";
     Refreshing = true;
     try {
         TProgressRun::Run(this, "正在进行经营综合分析…", [this] { GetData(); });
@@ -414,11 +415,13 @@ void TQXCK282::AdoQry_MainAfterOpen(TDataSet*) {
         }
         // a style appears once, so the columns add up; sections each count the same sales again
         if (shownStyles_) c->Footer.ValueType = fvtSum;
+        if (shownAmounts_) c->DisplayFormat = "0.00";
     }
     if (TColumnEh* c = g->ColumnByField("total")) {
         c->Title = "合计";
         c->FontColor = Qt::blue;
         if (shownStyles_) c->Footer.ValueType = fvtSum;
+        if (shownAmounts_) c->DisplayFormat = "0.00";
     }
     g->SetFrozenCols(shownStyles_ ? 3 : 1);
     g->SetFooterRowVisible(shownStyles_);

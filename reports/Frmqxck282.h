@@ -62,6 +62,7 @@ private:
     QString labelField_;
     Period shownPeriod_ = Period::Daily;
     bool shownStyles_ = false;
+    bool shownAmounts_ = false;  // amounts and profit: two decimals
 };
 
 extern TQXCK282* QXCK282;

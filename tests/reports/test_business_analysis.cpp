@@ -243,6 +243,8 @@ TEST_F(BusinessAnalysisTest, DailyByStyleShowsNameUnitPeriodsAndTotalWithTheirTi
     EXPECT_EQ(r->DBGridEh->VisibleTitles(),
               (QStringList{"款号", "名称", "单位", "2026年03月|02日", "2026年03月|15日", "合计"}));
     EXPECT_DOUBLE_EQ(r->DBGridEh->GetSumValue("total"), 990) << "styles add up in the footer";
+    EXPECT_EQ(r->DBGridEh->DisplayedRows().at(0), (QStringList{"K01", "衬衫", "件", "390.00", "200.00", "590.00"}))
+        << "amounts with two decimals";
     delete r;
 }
 
@@ -476,7 +478,8 @@ TEST_F(BusinessAnalysisTest, HeaderRowsAreDrawnAsBandsAndEmptyOrZeroCellsBlank) 
     const QList<QStringList> rows = r->DBGridEh->DisplayedRows();
     ASSERT_EQ(rows.size(), 3);
     EXPECT_EQ(rows[0], (QStringList{"10--仓库-", "", "", ""}));
-    EXPECT_EQ(rows[1], (QStringList{"11-东门店", "3", "", "3"})) << "a sale and a return of one on the 15th make 0, shown blank";
+    EXPECT_EQ(rows[1], (QStringList{"11-东门店", "3", "", "3"})) << "a sale and a return of one on the 15th make 0, shown blank; "
+                                                                    "quantities without decimals";
     auto* model = r->DBGridEh->model();
     EXPECT_TRUE(model->data(model->index(0, 0), Qt::FontRole).value<QFont>().bold());
     EXPECT_FALSE(model->data(model->index(1, 0), Qt::FontRole).value<QFont>().bold());
