@@ -32,6 +32,7 @@
 #include "reports/Frmqxck263.h"
 #include "reports/Frmqxck273.h"
 #include "reports/Frmqxck281.h"
+#include "reports/Frmqxck282.h"
 #include "reports/Frmqxck283.h"
 #include "setup/Frmqxcks01.h"
 #include "setup/Frmqxcks02a.h"
@@ -72,7 +73,7 @@ const std::array kFunctions{
     FunctionRow{263, "TQXCK263",   "Frmqxck263",   "TFrm_Base_Qry",        "采购年报表(金额)",    Embedded,       None,               Reports,   screen<TQXCK263, &QXCK263>},
     FunctionRow{273, "TQXCK273",   "Frmqxck273",   "TFrm_Base_Qry",        "销售年报表(销售额)",  Embedded,       None,               Reports,   screen<TQXCK273, &QXCK273>},
     FunctionRow{281, "TQXCK281",   "Frmqxck281",   "TFrm_Base_Qry",        "销售排行",            Embedded,       None,               Reports,   screen<TQXCK281, &QXCK281>},
-    FunctionRow{282, "TQXCK282",   "Frmqxck282",   "TFrm_Base_Qry",        "经营综合分析",        Embedded,       None,               Reports,   nullptr},
+    FunctionRow{282, "TQXCK282",   "Frmqxck282",   "TFrm_Base_Qry",        "经营综合分析",        Embedded,       None,               Reports,   screen<TQXCK282, &QXCK282>},
     FunctionRow{283, "TQXCK283",   "Frmqxck283",   "TFrm_Base_Qry",        "销售进度表",          Embedded,       None,               Reports,   screen<TQXCK283, &QXCK283>},
     FunctionRow{297, "TQXCK297",   "Frmqxck297",   "TFrm_Base_Outer",      "监管码",              Embedded,       None,               Labels,    screen<TQXCK297, &QXCK297>},
     FunctionRow{299, "TQXCK299",   "Frmqxck299",   "TFrm_Base_Qry",        "吊牌标签制作",        Embedded,       None,               Labels,    screen<TQXCK299, &QXCK299>},
