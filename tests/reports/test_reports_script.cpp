@@ -107,6 +107,8 @@ TEST_F(ReportScriptTest, SalesSummaryByCustomerEqualsTheDetailOnTheDemoShop) {
     ASSERT_NE(detail, nullptr);
     EXPECT_EQ(detail->DBGridEh->GetSumValue("STOT"), summary->DBGridEh->GetSumValue("数量"));
     EXPECT_NEAR(detail->DBGridEh->GetSumValue("SMONEY"), summary->DBGridEh->GetSumValue("金额"), 0.005);
+}
+
 TEST_F(ReportScriptTest, AnnualReportsOpenFromTheMenuAndAddUpToTheDocuments) {
     // both annual reports over two years of the demo shop: the year totals of the receipts and of
     // the sales equal the amounts of the documents they stand for
@@ -144,6 +146,8 @@ TEST_F(ReportScriptTest, AnnualReportsOpenFromTheMenuAndAddUpToTheDocuments) {
                     amount("SELECT SUM(SMONEY) FROM v_D712 WHERE S0+S1+S2+S3+S4+S5+S6+S7+S8+S9>0 AND" + range),
                 0.005);
     EXPECT_NE(totalOf(sales, " 销售"), 0.0);
+}
+
 TEST_F(ReportScriptTest, RankingAndProgressCountWhatWasSoldInJune) {
     // what the shop sold in June, less returns, point of sale included
     const QString range = " BETWEEN '2026-06-01' AND '2026-06-30 23:59:59'";
