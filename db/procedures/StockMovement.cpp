@@ -15,6 +15,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "db/procedures/ClosingSnapshots.h"
 #include "db/procedures/StockProcedures.h"
 #include "db/procedures/Statement.h"
 #include "db/sqlite/PostingRules.h"
@@ -188,9 +189,12 @@ std::map<std::string, std::string> warehouseNames(sqlite3* db) {
 
 class Builder {
 public:
-    Builder(SqliteDatabase& db, Arguments a) : db_(db.handle()), a_(std::move(a)) {}
+    Builder(SqliteDatabase& db, Arguments a) : database_(db), db_(db.handle()), a_(std::move(a)) {}
 
     ResultSet run() {
+        // The opening of a range that starts in or after a closed month: that month's closing
+        // snapshot plus the movements since it, instead of every movement from the beginning.
+        if (!a_.from.empty()) snapshot_ = latestSnapshotAtOrBefore(database_, a_.from).substr(0, 10);
         std::optional<std::vector<std::string>> only;
         if (!a_.article.empty()) only = articleSkus(db_, a_.article);
         skus_ = loadSkus(db_, only);
@@ -206,9 +210,21 @@ private:
 
     void readOpeningStock(const std::optional<std::vector<std::string>>& only) {
         std::vector<std::string> binds;
-        std::string sql = "SELECT WL_ID, B0, B1, B2, B3, B4, B5, B6, B7, B8, B9 FROM d1802 WHERE 1 = 1";
-        sql += warehouseFilter(a_, "CK_ID", binds);
-        if (only) sql += skuFilter("WL_ID", *only, binds);
+        std::string sql = "SELECT k.WL_ID";
+        if (snapshot_.empty()) {
+            for (int i = 0; i < kSizes; ++i) sql += ", k.B" + std::to_string(i);
+            sql += " FROM d1802 k WHERE 1 = 1";
+        } else {
+            // a stock row the snapshot lacks (made after the close) starts from its opening quantities
+            for (int i = 0; i < kSizes; ++i) {
+                const std::string n = std::to_string(i);
+                sql += ", CASE WHEN s.WL_ID IS NULL THEN k.B" + n + " ELSE s.K" + n + " END";
+            }
+            binds.push_back(snapshot_);
+            sql += " FROM d1802 k LEFT JOIN sys_ck_snapshot s ON s.PERIOD = ?1 AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID WHERE 1 = 1";
+        }
+        sql += warehouseFilter(a_, "k.CK_ID", binds);
+        if (only) sql += skuFilter("k.WL_ID", *only, binds);
         Statement st(db_, sql);
         bindAll(st, binds);
         while (st.step()) {
@@ -233,6 +249,10 @@ private:
             if (!a_.to.empty()) {
                 binds.push_back(a_.to);
                 sql += " AND " + date + " < ?" + std::to_string(binds.size());
+            }
+            if (!snapshot_.empty()) {  // what lies before the snapshot is in it
+                binds.push_back(snapshot_);
+                sql += " AND " + date + " >= ?" + std::to_string(binds.size());
             }
             sql += warehouseFilter(a_, wh, binds);
             if (only) sql += skuFilter("l.WL_ID", *only, binds);
@@ -561,8 +581,10 @@ private:
 
     static Value money(double v) { return Value(static_cast<double>(static_cast<long long>(v * 100 + (v < 0 ? -0.5 : 0.5))) / 100); }
 
+    SqliteDatabase& database_;
     sqlite3* db_;
     Arguments a_;
+    std::string snapshot_;  // the closing snapshot the opening starts from ("" for none)
     std::unordered_map<std::string, Sku> skus_;
     Tally& tally(std::string_view wl) {
         auto it = tally_.find(wl);
