@@ -9,6 +9,7 @@
 #include <array>
 #include <cctype>
 #include <map>
+#include <numeric>
 #include <optional>
 #include <string_view>
 #include <string>
@@ -433,12 +434,18 @@ private:
         col("TOL_OUT_mon", FieldType::Float);
         col("END_KC_mon", FieldType::Float);
 
-        std::sort(rows.begin(), rows.end(), [](const Row& x, const Row& y) {
+        // sorted by position, not by moving the rows (the keys are unique, so the order is too)
+        std::vector<std::size_t> order(rows.size());
+        std::iota(order.begin(), order.end(), std::size_t{0});
+        std::sort(order.begin(), order.end(), [&rows](std::size_t a, std::size_t b) {
+            const Row& x = rows[a];
+            const Row& y = rows[b];
             if (x.wl != y.wl) return x.wl < y.wl;
             return x.mIndex.value_or(-1) < y.mIndex.value_or(-1);
         });
         out.rows.reserve(rows.size());
-        for (auto& r : rows) {
+        for (const std::size_t at : order) {
+            const Row& r = rows[at];
             if (a_.onlyMoved && !r.moved) continue;
             if (!r.any()) continue;
             std::vector<Value> v;
