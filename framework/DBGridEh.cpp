@@ -6,12 +6,15 @@
 #include <QHash>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QContextMenuEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <set>
 
+#include "framework/GridExport.h"
 #include "framework/U_function.h"
 
 namespace {
@@ -790,6 +793,13 @@ void TDBGridEh::CopyToClipboard() const {
         text += model_->data(i, Qt::DisplayRole).toString();
     }
     QApplication::clipboard()->setText(text);
+}
+
+void TDBGridEh::contextMenuEvent(QContextMenuEvent* event) {
+    QMenu menu(this);
+    menu.addAction(tr("复制"), this, [this] { CopyToClipboard(); });
+    menu.addAction(tr("导出…"), this, [this] { qx::guard([this] { qx::grid::exportWithDialog(this, window()->windowTitle()); }); });
+    menu.exec(event->globalPos());
 }
 
 QStringList TDBGridEh::VisibleTitles() const {
