@@ -20,25 +20,13 @@ namespace qx::chart {
 namespace {
 
 bool numberField(const TField* f) {
-    switch (f->DataType) {
-        case ftSmallint:
-        case ftInteger:
-        case ftFloat:
-        case ftCurrency: return true;
-        case ftUnknown: {
-            // Typed by its values: the first value that is not NULL decides.
-            const TClientDataSet* ds = f->DataSet();
-            for (int r = 0; r < ds->RecordCount(); ++r) {
-                const QVariant v = ds->CellValue(r, f->Index());
-                if (v.isNull()) continue;
-                const auto t = v.typeId();
-                return t == QMetaType::Int || t == QMetaType::LongLong || t == QMetaType::Double ||
-                       t == QMetaType::UInt || t == QMetaType::ULongLong;
-            }
-            return false;
-        }
-        default: return false;
-    }
+    if (IsNumberType(f->DataType)) return true;
+    if (f->DataType != ftUnknown) return false;
+    // Typed by its values: the first value that is not NULL decides.
+    const TClientDataSet* ds = f->DataSet();
+    for (int r = 0; r < ds->RecordCount(); ++r)
+        if (const QVariant v = ds->CellValue(r, f->Index()); !v.isNull()) return IsNumberValue(v);
+    return false;
 }
 
 double valueAt(const TColumnEh* column, int row) {

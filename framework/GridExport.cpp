@@ -43,27 +43,12 @@ QList<TColumnEh*> visibleColumns(const TDBGridEh* grid) {
     return out;
 }
 
-bool isNumberType(TFieldType type) {
-    return type == ftSmallint || type == ftInteger || type == ftFloat || type == ftCurrency;
-}
-
-bool isNumberValue(const QVariant& v) {
-    switch (v.typeId()) {
-        case QMetaType::Int:
-        case QMetaType::LongLong:
-        case QMetaType::UInt:
-        case QMetaType::ULongLong:
-        case QMetaType::Double: return true;
-        default: return false;
-    }
-}
-
 // Does the column hold numbers (by its field's type; a field typed by its values alone counts
 // when the value is a number)?
 bool numericColumn(const TColumnEh* column, const QVariant& value) {
     const TField* f = column->Field();
     if (!f) return false;
-    return isNumberType(f->DataType) || (f->DataType == ftUnknown && isNumberValue(value));
+    return IsNumberType(f->DataType) || (f->DataType == ftUnknown && IsNumberValue(value));
 }
 
 // The number a cell shows, or nothing when it shows text: a numeric field whose shown text

@@ -3,7 +3,10 @@
 // toolbar going through the same dialogs.
 #include <gtest/gtest.h>
 
+#include <QContextMenuEvent>
 #include <QFile>
+#include <QMenu>
+#include <QTimer>
 #include <QPainter>
 #include <QPdfWriter>
 
@@ -236,6 +239,43 @@ TEST_F(GridExportTest, ListsDocumentsAndEntryLinesExportThroughTheSameDialog) {
     EXPECT_EQ(asked[3].dialog, Dialog::Print);
     EXPECT_EQ(asked[4].dialog, Dialog::Preview);
     EXPECT_EQ(asked[5].dialog, Dialog::Print);
+}
+
+TEST_F(GridExportTest, AnyGridExportsFromItsContextMenu) {
+    // A grid outside the bases' toolbars (a drill-down's, a preview's) in a window of its own.
+    TFrm_Base_Detail detail;
+    detail.SetCaption("库存明细");
+    TClientDataSet lines;
+    lines.AddField("K_ID", ftString, 10, "款号");
+    lines.AddField("SL", ftInteger, 0, "数量");
+    lines.CreateDataSet();
+    lines.Append();
+    lines.FieldByName("K_ID")->SetAsString("K01");
+    lines.FieldByName("SL")->SetAsInteger(3);
+    lines.Post();
+    detail.DBGridEh->SetDataSet(&lines);
+    detail.show();
+    answer = dir.filePath("detail.xlsx");
+    QStringList offered;
+    QTimer::singleShot(0, [&] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_NE(menu, nullptr);
+        for (QAction* a : menu->actions()) offered << a->text();
+        for (QAction* a : menu->actions())
+            if (a->text() == "导出…") a->trigger();
+        menu->close();
+    });
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), detail.DBGridEh->mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(detail.DBGridEh->viewport(), &event);
+    EXPECT_EQ(offered, QStringList({"复制", "导出…"}));
+    ASSERT_EQ(asked.size(), 1u);
+    EXPECT_EQ(asked[0].dialog, Dialog::Export);
+    EXPECT_EQ(asked[0].title, "库存明细");
+    XlsxReadBack x(answer);
+    EXPECT_EQ(x.text(1, 0), "款号");
+    EXPECT_EQ(x.text(2, 0), "K01");
+    EXPECT_TRUE(x.isNumber(2, 1));
+    EXPECT_DOUBLE_EQ(x.number(2, 1), 3);
 }
 
 TEST_F(GridExportTest, LastPageIsPaintedAfterTheTable) {
