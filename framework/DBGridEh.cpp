@@ -6,26 +6,16 @@
 #include <QHash>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QContextMenuEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <set>
 
+#include "framework/GridExport.h"
 #include "framework/U_function.h"
-
-namespace {
-bool isNumeric(const QVariant& v) {
-    switch (v.typeId()) {
-        case QMetaType::Int:
-        case QMetaType::LongLong:
-        case QMetaType::UInt:
-        case QMetaType::ULongLong:
-        case QMetaType::Double: return true;
-        default: return false;
-    }
-}
-}  // namespace
 
 // Titles of the columns every screen shows alike, for columns built from a statement's fields.
 QString standardTitle(const QString& field) {
@@ -59,7 +49,7 @@ public:
         TField* f = column->Field();
         if (!f) return {};
         const QVariant v = ds()->CellValue(row, f->Index());
-        if (column->BlankZero && isNumeric(v) && v.toDouble() == 0) return {};
+        if (column->BlankZero && IsNumberValue(v) && v.toDouble() == 0) return {};
         if (column->HideDuplicates && row > 0 && ds()->CellValue(row - 1, f->Index()) == v) return {};
         const QString format = column->DisplayFormat.isEmpty() ? f->DisplayFormat : column->DisplayFormat;
         return f->FormatValue(v, format);
@@ -76,7 +66,7 @@ public:
         p.Selected = grid_->selectionModel() && grid_->selectionModel()->isRowSelected(row, {});
         if (TField* f = column->Field()) {
             const QVariant v = ds()->CellValue(row, f->Index());
-            if (isNumeric(v) && column->Alignment == (Qt::AlignLeft | Qt::AlignVCenter))
+            if (IsNumberValue(v) && column->Alignment == (Qt::AlignLeft | Qt::AlignVCenter))
                 p.Alignment = Qt::AlignRight | Qt::AlignVCenter;
         }
         if (grid_->OnGetCellParams) {
@@ -790,6 +780,13 @@ void TDBGridEh::CopyToClipboard() const {
         text += model_->data(i, Qt::DisplayRole).toString();
     }
     QApplication::clipboard()->setText(text);
+}
+
+void TDBGridEh::contextMenuEvent(QContextMenuEvent* event) {
+    QMenu menu(this);
+    menu.addAction(tr("复制"), this, [this] { CopyToClipboard(); });
+    menu.addAction(tr("导出…"), this, [this] { qx::guard([this] { qx::grid::exportWithDialog(this, window()->windowTitle()); }); });
+    menu.exec(event->globalPos());
 }
 
 QStringList TDBGridEh::VisibleTitles() const {

@@ -180,6 +180,8 @@ signals:
     void titleClicked(int column);
 
 protected:
+    // "复制" and "导出…" (XLSX, CSV, PDF through qx::grid): every grid exports, whatever its screen.
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

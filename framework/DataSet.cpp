@@ -284,6 +284,21 @@ AnsiString TField::FormatValue(const QVariant& v, const AnsiString& format) cons
 
 AnsiString TField::DisplayText() const { return FormatValue(Value(), DisplayFormat); }
 
+bool IsNumberType(TFieldType type) {
+    return type == ftSmallint || type == ftInteger || type == ftFloat || type == ftCurrency;
+}
+
+bool IsNumberValue(const QVariant& v) {
+    switch (v.typeId()) {
+        case QMetaType::Int:
+        case QMetaType::LongLong:
+        case QMetaType::UInt:
+        case QMetaType::ULongLong:
+        case QMetaType::Double: return true;
+        default: return false;
+    }
+}
+
 // ---------------------------------------------------------------- TClientDataSet
 
 TClientDataSet::TClientDataSet(QObject* owner) : QObject(owner) {}

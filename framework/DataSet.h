@@ -35,6 +35,9 @@ struct ResultSet;
 }
 
 enum TFieldType { ftUnknown, ftString, ftSmallint, ftInteger, ftFloat, ftCurrency, ftBoolean, ftDateTime };
+// Numbers: the field types that hold them, and a value that is one (integer or floating point).
+QX_FRAMEWORK_EXPORT bool IsNumberType(TFieldType type);
+QX_FRAMEWORK_EXPORT bool IsNumberValue(const QVariant& value);
 enum TFieldKind { fkData, fkCalculated };
 enum TDataSetState { dsInactive, dsBrowse, dsEdit, dsInsert, dsCalcFields };
 enum TLocateOption { loCaseInsensitive = 1, loPartialKey = 2 };

@@ -451,6 +451,10 @@ TFrm_Base_Panel::TFrm_Base_Panel(QWidget* Owner) : TFrm_Base_Common(Owner) {
 
 void TFrm_Base_Panel::Getsysinfo(AnsiString info) { TFrm_Base_Common::Getsysinfo(info); }
 
+AnsiString TFrm_Base_Panel::ConditionText() const {
+    return Lab_Condition->isHidden() ? QString() : Lab_Condition->text().trimmed();
+}
+
 void TFrm_Base_Panel::SetBodyParam(const TBodyParams& params) {
     HeadSql = params.HeadSql;
     BodySql = params.BodySql;

@@ -312,6 +312,8 @@ public:
     QToolBar* ToolBar;
     QVBoxLayout* MainLayout() const { return main_; }
     QLabel* Lab_Condition;  // the description of the current condition
+    // The condition line printed and exported under the title ("" while the label is hidden).
+    AnsiString ConditionText() const;
 
     // The configured field lists split at commas (trimmed, empty parts dropped).
     static QStringList SplitFields(const AnsiString& list);

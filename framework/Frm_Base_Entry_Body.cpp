@@ -42,9 +42,10 @@ Tfrm_Base_Entry_Body::Tfrm_Base_Entry_Body(QWidget* Owner) : TFrm_Base_Panel(Own
     Act_DeleteLine = AddAction("Act_DeleteLine", tr("删行"), QKeySequence(Qt::CTRL | Qt::Key_Delete),
                                [this] { Act_DeleteLineExecute(Act_DeleteLine); });
     Act_Print = AddAction("Act_Print", tr("打印"), QKeySequence(Qt::CTRL | Qt::Key_P), [this] { Act_PrintExecute(Act_Print); });
+    Act_Export = AddAction("Act_Export", tr("导出"), {}, [this] { Act_ExportExecute(Act_Export); });
     Act_Quit = AddAction("Act_Quit", tr("退出"), QKeySequence(Qt::Key_Escape), [this] { Act_QuitExecute(Act_Quit); });
     Act_Save->setShortcuts({QKeySequence(Qt::Key_F2), QKeySequence(Qt::CTRL | Qt::Key_S)});
-    for (QAction* a : {Act_Save, Act_AddLine, Act_DeleteLine, Act_Print, Act_Quit}) ToolBar->addAction(a);
+    for (QAction* a : {Act_Save, Act_AddLine, Act_DeleteLine, Act_Print, Act_Export, Act_Quit}) ToolBar->addAction(a);
 
     DBGridEh->installEventFilter(this);
     DBGridEh->CanEditCell = [this](int row, TColumnEh* column) {
@@ -618,6 +619,7 @@ void Tfrm_Base_Entry_Body::Act_DeleteLineExecute(QObject*) {
 }
 
 void Tfrm_Base_Entry_Body::Act_PrintExecute(QObject*) { qx::grid::printWithDialog(DBGridEh, Caption()); }
+void Tfrm_Base_Entry_Body::Act_ExportExecute(QObject*) { qx::grid::exportWithDialog(DBGridEh, Caption()); }
 
 bool Tfrm_Base_Entry_Body::FormCloseQuery() {
     if (closingAfterSave_ || ReadOnlyMode) return true;

@@ -2,8 +2,8 @@
 // Tfrm_Base_Entry_Body / TFrm_Base_Entry_BodyC: the document entry screen. Head edits on
 // Panel_Head (the screen adds them), the line grid DBGridEh over AdoQry_Main with the size
 // matrix S0..S9 and STOT (kept as their sum), toolbar Act_Save (F2/Ctrl+S), Act_AddLine
-// (Ctrl+Insert), Act_DeleteLine (Ctrl+Delete), Act_Print, Act_Quit (Escape; an open cell
-// editor is closed first).
+// (Ctrl+Insert), Act_DeleteLine (Ctrl+Delete), Act_Print, Act_Export (the lines as XLSX, CSV or
+// PDF), Act_Quit (Escape; an open cell editor is closed first).
 //
 // How screens use it
 //   TQXCK201_1(QWidget* Owner) : TFrm_Base_Entry_BodyC(Owner) {
@@ -77,6 +77,7 @@ public:
     virtual void Act_AddLineExecute(QObject* Sender);
     virtual void Act_DeleteLineExecute(QObject* Sender);
     virtual void Act_PrintExecute(QObject* Sender);
+    virtual void Act_ExportExecute(QObject* Sender);
     void FormCreate() { TFrm_Base::FormCreate(); }
 
     // Opens the screen for a mode on the list's dataset (see above).
@@ -116,6 +117,7 @@ public:
     QAction* Act_AddLine;
     QAction* Act_DeleteLine;
     QAction* Act_Print;
+    QAction* Act_Export;
 
     // Line entry, callable from scripts and tests: sets the style (as if typed) and the colour
     // of the current line; quantities by size position.

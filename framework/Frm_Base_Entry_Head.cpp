@@ -198,9 +198,9 @@ void TFrm_Base_Entry_Head::Act_FilterExecute(QObject*) {
 }
 
 void TFrm_Base_Entry_Head::Act_RefreshExecute(QObject*) { GetData(); }
-void TFrm_Base_Entry_Head::Act_PrintExecute(QObject*) { qx::grid::printWithDialog(DBGridEh, Caption()); }
-void TFrm_Base_Entry_Head::Act_PreviewExecute(QObject*) { qx::grid::preview(DBGridEh, Caption()); }
-void TFrm_Base_Entry_Head::Act_ExportExecute(QObject*) { qx::grid::exportCsvWithDialog(DBGridEh, Caption()); }
+void TFrm_Base_Entry_Head::Act_PrintExecute(QObject*) { qx::grid::printWithDialog(DBGridEh, Caption(), {ConditionText()}); }
+void TFrm_Base_Entry_Head::Act_PreviewExecute(QObject*) { qx::grid::preview(DBGridEh, Caption(), {ConditionText()}); }
+void TFrm_Base_Entry_Head::Act_ExportExecute(QObject*) { qx::grid::exportWithDialog(DBGridEh, Caption(), {ConditionText()}); }
 void TFrm_Base_Entry_Head::Act_QuitExecute(QObject*) { close(); }
 void TFrm_Base_Entry_Head::DBGridEhGetCellParams(QObject*, TColumnEh*, TCellParams&) {}
 

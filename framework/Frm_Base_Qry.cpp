@@ -2,10 +2,14 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QItemSelectionModel>
 #include <QLabel>
+#include <QSplitter>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include "framework/ChartPane.h"
 #include "framework/DBGridEh.h"
 #include "framework/GridExport.h"
 #include "framework/U_dataop.h"
@@ -29,8 +33,15 @@ TFrm_Base_Qry::TFrm_Base_Qry(QWidget* Owner) : TFrm_Base_Panel(Owner) {
     Act_ShowReport = AddAction("Act_ShowReport", tr("报表"), {}, [this] { Act_ShowReportExecute(Act_ShowReport); });
     Act_Order = AddAction("Act_Order", tr("排序"), {}, [this] { Act_OrderExecute(Act_Order); });
     Act_Quit = AddAction("Act_Quit", tr("退出"), QKeySequence(Qt::Key_Escape), [this] { Act_QuitExecute(Act_Quit); });
-    for (QAction* a : {Act_Locate, Act_Refresh, Act_Print, Act_Preview, Act_Export, Act_Order, Act_Quit})
+    Act_Chart = AddAction("Act_Chart", tr("图表"), {}, [this] { Act_ChartExecute(Act_Chart); });
+    Act_Chart->setCheckable(true);
+    Act_Chart->setChecked(true);
+    Act_SaveChart = AddAction("Act_SaveChart", tr("保存图表"), {}, [this] { Act_SaveChartExecute(Act_SaveChart); });
+    for (QAction* a : {Act_Locate, Act_Refresh, Act_Print, Act_Preview, Act_Export, Act_Order, Act_Chart, Act_SaveChart, Act_Quit})
         ToolBar->addAction(a);
+    // Only a report with a chart shows the chart's actions.
+    Act_Chart->setVisible(false);
+    Act_SaveChart->setVisible(false);
     DBGridEh->OnGetCellParams = [this](TColumnEh* c, TCellParams& p) { DBGridEhGetCellParams(DBGridEh, c, p); };
     DBGridEh->OnDblClick = [this] { DBGridEhDblClick(DBGridEh); };
     connect(DBGridEh, &TDBGridEh::columnsRebuilt, this, [this] { ApplyColumnRules(); });
@@ -55,6 +66,84 @@ void TFrm_Base_Qry::GetData() {
     AdoQry_Main->EnableControls();
     ApplyColumnRules();
     Refreshing = false;
+    UpdateChart();
+}
+
+void TFrm_Base_Qry::UpdateChart() {
+    const qx::chart::ChartSpec spec = ChartSpec();
+    const bool charted = !spec.isNone();
+    Act_Chart->setVisible(charted);
+    Act_SaveChart->setVisible(charted);
+    if (!charted) {
+        if (ChartPane) ChartPane->hide();
+        return;
+    }
+    if (!ChartPane) {
+        // Grid and chart side by side, where the grid stood.
+        const int at = MainLayout()->indexOf(DBGridEh);
+        ChartSplitter = new QSplitter(Qt::Horizontal, this);
+        ChartSplitter->setObjectName("ChartSplitter");
+        ChartSplitter->setChildrenCollapsible(false);
+        MainLayout()->insertWidget(at, ChartSplitter, 1);
+        ChartSplitter->addWidget(DBGridEh);
+        ChartPane = new TChartPane(ChartSplitter);
+        ChartSplitter->addWidget(ChartPane);
+        ChartSplitter->setStretchFactor(0, 3);
+        ChartSplitter->setStretchFactor(1, 2);
+        // The chart follows the selection at once, and the rows and column titles (which a
+        // report may still set after GetData) once the screen is back in its event loop.
+        auto follow = [this] { redrawChart(); };
+        auto later = [this] { scheduleChart(); };
+        connect(DBGridEh->selectionModel(), &QItemSelectionModel::selectionChanged, this, follow);
+        connect(DBGridEh->selectionModel(), &QItemSelectionModel::currentRowChanged, this, follow);
+        connect(DBGridEh->model(), &QAbstractItemModel::modelReset, this, later);
+        connect(DBGridEh->model(), &QAbstractItemModel::headerDataChanged, this, later);
+        connect(DBGridEh->model(), &QAbstractItemModel::dataChanged, this, later);
+    }
+    ChartPane->SetSpec(spec, PrintTitle());
+    ChartPane->setVisible(Act_Chart->isChecked());
+    ChartPane->Redraw(DBGridEh);
+    scheduleChart();
+}
+
+void TFrm_Base_Qry::redrawChart() {
+    if (Refreshing || !ChartPane || ChartPane->isHidden() || ChartPane->Spec().isNone()) return;
+    ChartPane->Redraw(DBGridEh);
+}
+
+void TFrm_Base_Qry::scheduleChart() {
+    if (chartScheduled_) return;
+    chartScheduled_ = true;
+    QTimer::singleShot(0, this, [this] {
+        chartScheduled_ = false;
+        redrawChart();
+    });
+}
+
+AnsiString TFrm_Base_Qry::PrintTitle() const { return ReportTitle.isEmpty() ? Caption() : ReportTitle; }
+
+qx::grid::PrintOptions TFrm_Base_Qry::PrintExtras() const {
+    qx::grid::PrintOptions options;
+    options.condition = ConditionText();
+    if (ChartPane && !ChartPane->isHidden() && Act_Chart->isVisible()) {
+        const TChartPane* pane = ChartPane;
+        options.lastPage = [pane](QPainter& painter, const QRect& page) { pane->Paint(painter, page); };
+    }
+    return options;
+}
+
+void TFrm_Base_Qry::Act_ChartExecute(QObject*) {
+    if (!ChartPane) return;
+    ChartPane->setVisible(Act_Chart->isChecked());
+    if (Act_Chart->isChecked()) ChartPane->Redraw(DBGridEh);
+}
+
+void TFrm_Base_Qry::Act_SaveChartExecute(QObject*) {
+    if (!ChartPane || ChartPane->Spec().isNone()) return;
+    const QString name = qx::grid::chooseFile(qx::grid::Dialog::SaveChart, DBGridEh, PrintTitle(), {},
+                                              tr("PNG 图片 (*.png)"));
+    if (name.isEmpty()) return;
+    if (!ChartPane->SavePng(name)) DISPINFO(tr("无法写入文件 ") + name, 5);
 }
 
 void TFrm_Base_Qry::ApplyColumnRules() {
@@ -77,13 +166,9 @@ void TFrm_Base_Qry::Act_LocateExecute(QObject*) {
 }
 
 void TFrm_Base_Qry::Act_RefreshExecute(QObject*) { GetData(); }
-void TFrm_Base_Qry::Act_PrintExecute(QObject*) {
-    qx::grid::printWithDialog(DBGridEh, ReportTitle.isEmpty() ? Caption() : ReportTitle);
-}
-void TFrm_Base_Qry::Act_PreviewExecute(QObject*) {
-    qx::grid::preview(DBGridEh, ReportTitle.isEmpty() ? Caption() : ReportTitle);
-}
-void TFrm_Base_Qry::Act_ExportExecute(QObject*) { qx::grid::exportCsvWithDialog(DBGridEh, Caption()); }
+void TFrm_Base_Qry::Act_PrintExecute(QObject*) { qx::grid::printWithDialog(DBGridEh, PrintTitle(), PrintExtras()); }
+void TFrm_Base_Qry::Act_PreviewExecute(QObject*) { qx::grid::preview(DBGridEh, PrintTitle(), PrintExtras()); }
+void TFrm_Base_Qry::Act_ExportExecute(QObject*) { qx::grid::exportWithDialog(DBGridEh, PrintTitle(), PrintExtras()); }
 void TFrm_Base_Qry::Act_ShowReportExecute(QObject*) { Act_PreviewExecute(Act_ShowReport); }
 void TFrm_Base_Qry::Act_OrderExecute(QObject*) {
     // The sort dialog over the report's columns.
@@ -152,8 +237,8 @@ void TFrm_Base_Outer::Act_DeleteExecute(QObject*) {
 }
 
 void TFrm_Base_Outer::Act_RefreshExecute(QObject*) { GetData(); }
-void TFrm_Base_Outer::Act_PrintExecute(QObject*) { qx::grid::printWithDialog(DBGridEh, Caption()); }
-void TFrm_Base_Outer::Act_ExportExecute(QObject*) { qx::grid::exportCsvWithDialog(DBGridEh, Caption()); }
+void TFrm_Base_Outer::Act_PrintExecute(QObject*) { qx::grid::printWithDialog(DBGridEh, Caption(), {ConditionText()}); }
+void TFrm_Base_Outer::Act_ExportExecute(QObject*) { qx::grid::exportWithDialog(DBGridEh, Caption(), {ConditionText()}); }
 void TFrm_Base_Outer::Act_QuitExecute(QObject*) { close(); }
 void TFrm_Base_Outer::DBGridEhGetCellParams(QObject*, TColumnEh*, TCellParams&) {}
 

@@ -19,11 +19,19 @@
 //   }
 // GetData opens QrySql into AdoQry_Main (with Refreshing set while it runs), applies the size
 // column rules (G_CM), sets sum footers on the fields listed in SumFields and hides the cost
-// fields listed in CostFields unless ShowCost.
+// fields listed in CostFields unless ShowCost; then it reads ChartSpec(): a report with a chart
+// shows it beside the grid (a splitter; Act_Chart "图表" shows or hides it, Act_SaveChart
+// "保存图表" saves it as PNG), redrawn when the grid's selection or data changes.
+// Print, preview and export (XLSX, CSV, PDF) go through qx::grid with the report's title
+// (ReportTitle, else the caption) and its condition line; a shown chart is printed on a page of
+// its own after the table.
 #include "framework/Frm_Base.h"
+#include "framework/GridExport.h"
 #include "framework/ReportChart.h"
 
 class TDBGridEh;
+class TChartPane;
+class QSplitter;
 
 class QX_FRAMEWORK_EXPORT TFrm_Base_Qry : public TFrm_Base_Panel {
     Q_OBJECT
@@ -48,6 +56,8 @@ public:
     virtual void Act_QuitExecute(QObject* Sender);
     virtual void DBGridEhGetCellParams(QObject* Sender, TColumnEh* Column, TCellParams& Params);
     virtual void DBGridEhDblClick(QObject* Sender);
+    virtual void Act_ChartExecute(QObject* Sender);
+    virtual void Act_SaveChartExecute(QObject* Sender);
 
     AnsiString QrySql;      // the statement GetData opens
     bool Refreshing = false;
@@ -71,6 +81,8 @@ public:
     QAction* Act_ShowReport;
     QAction* Act_Order;
     QAction* Act_Quit;
+    QAction* Act_Chart;      // checkable; shown only while the report has a chart
+    QAction* Act_SaveChart;  // shown only while the report has a chart
 
     // Applies SumFields / CostFields / G_CM to the grid's columns.
     void ApplyColumnRules();
@@ -79,6 +91,21 @@ public:
     // a report whose columns depend on its conditions (day or month columns) may answer
     // differently each time.
     virtual qx::chart::ChartSpec ChartSpec() const { return {}; }
+    // Reads ChartSpec() and shows, hides or redraws the chart (GetData calls it).
+    void UpdateChart();
+    // The chart pane and the splitter holding grid and chart: created with the first chart.
+    TChartPane* ChartPane = nullptr;
+    QSplitter* ChartSplitter = nullptr;
+
+    // The title printed and exported (ReportTitle, else the caption) and what goes with it: the
+    // condition line and, while the chart is shown, the chart's page.
+    AnsiString PrintTitle() const;
+    qx::grid::PrintOptions PrintExtras() const;
+
+private:
+    void redrawChart();
+    void scheduleChart();
+    bool chartScheduled_ = false;
 };
 
 class QX_FRAMEWORK_EXPORT TFrm_Base_Outer : public TFrm_Base_Panel {

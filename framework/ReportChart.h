@@ -12,6 +12,10 @@
 //       // the places are the axis, the sold quantity is the one series
 //       return {qx::chart::ChartKind::Bars, qx::chart::Axis::Rows, "WL_NAME", {"SL"}};
 //   }
+// The pane itself (qx::chart::chartData, TChartPane) is framework/ChartPane.h; the report base
+// shows it beside the grid with the actions "图表" (show/hide) and "保存图表" (PNG), and puts it
+// on a page of its own after the table when the report is printed, previewed or saved as PDF.
+// Value fields that are not visible columns of the grid (hidden cost columns) are not drawn.
 #include <QString>
 #include <QStringList>
 
@@ -33,6 +37,11 @@ struct ChartSpec {
     QStringList valueFields;  // the plotted fields, in axis/series order; the grid's column
                               // titles name them. Empty with Axis::Columns: every visible
                               // numeric column except the label field.
+    // What the pane draws at most (added; the defaults suit every report): Axis::Rows shows the
+    // first maxCategories rows, Axis::Columns the first maxSeries selected rows; the chart's
+    // title then says so.
+    int maxCategories = 60;
+    int maxSeries = 20;
     bool isNone() const { return kind == ChartKind::None; }
 };
 

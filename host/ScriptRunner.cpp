@@ -27,7 +27,9 @@
 #include <stdexcept>
 
 #include "db/Database.h"
+#include "framework/ChartPane.h"
 #include "framework/DBGridEh.h"
+#include "framework/Frm_Base_Qry.h"
 #include "framework/DataSet.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
@@ -131,9 +133,24 @@ ScriptRunner::ScriptRunner(MainWindow& mainWindow, qx::db::Database& db, QTextSt
     sink_ = std::make_shared<qx::ui::ScriptedMessageSink>();
     previousSink_ = qx::ui::setMessageSink(sink_);
     qx::dataop::setObserver([this](const qx::dataop::Call& call) { calls_.push_back(call); });
+    // Print, preview and file dialogs never open headless: printing is reported, file choosers
+    // are cancelled (`export` and `chart` write files).
+    previousDialogs_ = qx::grid::setDialogHandler(
+        [this](qx::grid::Dialog dialog, const TDBGridEh*, const QString& title, const qx::grid::PrintOptions& options) {
+            if (dialog == qx::grid::Dialog::Print || dialog == qx::grid::Dialog::Preview) {
+                out_ << (dialog == qx::grid::Dialog::Print ? "print " : "preview ") << title;
+                if (!options.condition.isEmpty()) out_ << " | " << options.condition;
+                if (options.lastPage) out_ << " | with chart";
+                out_ << "\n";
+            } else {
+                out_ << "file dialog cancelled (use export FILE or chart FILE.png)\n";
+            }
+            return QString();
+        });
 }
 
 ScriptRunner::~ScriptRunner() {
+    qx::grid::setDialogHandler(previousDialogs_);
     qx::dataop::setObserver({});
     qx::ui::setMessageSink(previousSink_);
 }
@@ -248,6 +265,10 @@ void ScriptRunner::execute(const ScriptCommand& command) {
         dump(args);
     else if (verb == "screenshot")
         screenshot(args);
+    else if (verb == "export")
+        exportGrid(args);
+    else if (verb == "chart")
+        saveChart(args);
     else if (verb == "wait")
         wait(args);
     else if (verb == "expect")
@@ -637,6 +658,38 @@ void ScriptRunner::screenshot(const QStringList& args) {
     if (!target->grab().save(file.absoluteFilePath(), "PNG"))
         fail(QString("cannot write %1").arg(file.absoluteFilePath()));
     out_ << "screenshot " << file.absoluteFilePath() << "\n";
+}
+
+void ScriptRunner::exportGrid(const QStringList& args) {
+    requireArgs(args, 1, 1, "export FILE.xlsx|FILE.csv|FILE.pdf");
+    TDBGridEh* grid = currentGrid();
+    QWidget* screen = currentScreen();
+    // As the screen's own export: a report's title, condition and shown chart.
+    QString title = screen->windowTitle();
+    qx::grid::PrintOptions options;
+    if (auto* report = qobject_cast<TFrm_Base_Qry*>(screen)) {
+        title = report->PrintTitle();
+        options = report->PrintExtras();
+    } else if (auto* panel = qobject_cast<TFrm_Base_Panel*>(screen)) {
+        options.condition = panel->ConditionText();
+    }
+    const QFileInfo file(args[0]);
+    QDir().mkpath(file.absolutePath());
+    if (!qx::grid::exportFile(grid, title, file.absoluteFilePath(), options))
+        fail(QString("cannot write %1").arg(file.absoluteFilePath()));
+    out_ << "export " << file.absoluteFilePath() << "\n";
+}
+
+void ScriptRunner::saveChart(const QStringList& args) {
+    requireArgs(args, 1, 1, "chart FILE.png");
+    auto* report = qobject_cast<TFrm_Base_Qry*>(currentScreen());
+    if (!report || !report->ChartPane || !report->Act_Chart->isVisible())
+        fail(QString("%1 shows no chart").arg(describe(currentScreen())));
+    const QFileInfo file(args[0]);
+    QDir().mkpath(file.absolutePath());
+    if (!report->ChartPane->SavePng(file.absoluteFilePath()))
+        fail(QString("cannot write %1").arg(file.absoluteFilePath()));
+    out_ << "chart " << file.absoluteFilePath() << "\n";
 }
 
 void ScriptRunner::wait(const QStringList& args) {

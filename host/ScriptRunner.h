@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+#include "framework/GridExport.h"
 #include "framework/U_dataop.h"
 #include "host/Session.h"
 
@@ -83,6 +84,8 @@ private:
     void dumpSql();
     void dumpControls();
     void screenshot(const QStringList& args);
+    void exportGrid(const QStringList& args);
+    void saveChart(const QStringList& args);
     void wait(const QStringList& args);
     void expect(const QStringList& args);
     void closeScreen();
@@ -93,6 +96,7 @@ private:
     std::shared_ptr<qx::ui::ScriptedMessageSink> sink_;
     std::shared_ptr<qx::ui::MessageSink> previousSink_;
     std::vector<qx::dataop::Call> calls_;
+    qx::grid::DialogHandler previousDialogs_;
     size_t messagesShown_ = 0;
     size_t callsShown_ = 0;
     size_t unansweredReported_ = 0;

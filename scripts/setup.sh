@@ -11,7 +11,7 @@ packages=(
     libzint-dev libzbar-dev libpoppler-qt6-dev
     fonts-wqy-zenhei xvfb xauth x11vnc
     liborcus-dev libfreexl-dev python3-xlsxwriter python3-xlwt
-    libxlsxwriter-dev qt6-charts-dev
+    libxlsxwriter-dev qt6-charts-dev libqt6opengl6-dev
 )
 
 missing=()

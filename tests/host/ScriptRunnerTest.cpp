@@ -132,6 +132,43 @@ screenshot %1 main
     EXPECT_FALSE(QImage(shot).isNull()) << shot.toStdString();
 }
 
+TEST_F(ScriptRunnerTest, ExportsGridsSavesChartsAndReportsPrinting) {
+    qx::frame::testing::setFactory(255, &qx::frame::screen<qx::test::TQXTESTCHART, &qx::test::QXTESTCHART>);
+    QDir out(QDir(qx::test::binaryDir()).filePath("script_export"));
+    out.removeRecursively();
+    const int rc = run(QString(R"(login admin admin
+open 255
+export %1
+export %2
+export %3
+chart %4
+click Act_Preview
+click Act_Chart
+click Act_Print
+click Act_Export
+)")
+                           .arg(out.filePath("仓库.xlsx"), out.filePath("仓库.pdf"), out.filePath("仓库.csv"),
+                                out.filePath("仓库.png")));
+    EXPECT_EQ(rc, 0) << output.toStdString();
+    QFile xlsx(out.filePath("仓库.xlsx"));
+    ASSERT_TRUE(xlsx.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(xlsx.read(2) == "PK") << "a zip package";
+    QFile pdf(out.filePath("仓库.pdf"));
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(pdf.read(5) == "%PDF-");
+    QFile csv(out.filePath("仓库.csv"));
+    ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QString::fromUtf8(csv.readAll().mid(3)), "仓库,N\r\n仓库1,32\r\n仓库2,32\r\n仓库3,32\r\n,96\r\n");
+    EXPECT_FALSE(QImage(out.filePath("仓库.png")).isNull());
+    EXPECT_TRUE(output.contains("preview 测试图表 | 全部仓库 | with chart\n")) << output.toStdString();
+    EXPECT_TRUE(output.contains("print 测试图表 | 全部仓库\n")) << "the chart was hidden: " << output.toStdString();
+    EXPECT_TRUE(output.contains("file dialog cancelled")) << output.toStdString();
+    // A report without a chart has none to save.
+    qx::frame::testing::setFactory(255, &qx::frame::screen<qx::test::TQXTESTQRY, &qx::test::QXTESTQRY>);
+    EXPECT_EQ(run(QString("login admin admin\nopen 255\nchart %1\n").arg(out.filePath("none.png"))), 1);
+    EXPECT_TRUE(output.contains("shows no chart")) << output.toStdString();
+}
+
 TEST_F(ScriptRunnerTest, PreconditionMessagesCanBeDumpedAndExpected) {
     shop.exec("DELETE FROM d1007 WHERE CK_ID <> '01'");
     const int rc = run(R"(login admin admin

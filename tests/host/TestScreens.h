@@ -26,6 +26,26 @@ public:
 };
 inline TQXTESTQRY* QXTESTQRY = nullptr;
 
+// A report with a chart: a number per warehouse, its rows the chart's axis.
+class TQXTESTCHART : public TFrm_Base_Qry {
+public:
+    explicit TQXTESTCHART(QWidget* owner) : TFrm_Base_Qry(owner) {
+        setObjectName("QXTESTCHART");
+        SetCaption("测试图表");
+        SumFields = QStringList{"N"};
+    }
+    void InitForm(const Trecord& rec) override {
+        TFrm_Base_Qry::InitForm(rec);
+        Lab_Condition->setText("全部仓库");
+        QrySql = "SELECT CK_NAME, LEN(CK_NAME) * 10 + LEN(CK_ID) AS N FROM d1007 ORDER BY CK_ID";
+        GetData();
+    }
+    qx::chart::ChartSpec ChartSpec() const override {
+        return {qx::chart::ChartKind::Bars, qx::chart::Axis::Rows, "CK_NAME", {"N"}};
+    }
+};
+inline TQXTESTCHART* QXTESTCHART = nullptr;
+
 // A settings dialog: a text, a tick, OK asks before it keeps them.
 class TQXTESTSET : public TFrm_Base_Dialog {
 public:
