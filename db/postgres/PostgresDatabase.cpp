@@ -1,6 +1,8 @@
 #include "db/postgres/PostgresDatabase.h"
 
+#include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Schema.h"
+#include "db/sqlite/SqliteDatabase.h"
 
 #include <libpq-fe.h>
 
@@ -77,6 +79,28 @@ std::string messageOf(const PGresult* result, pg_conn* conn) {
     return message;
 }
 
+// Names are stored folded to lower case (the dialect's quoteIdentifier).
+char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool sameName(const std::string& a, const std::string& b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (lowerAscii(a[i]) != lowerAscii(b[i])) return false;
+    return true;
+}
+
+// An unknown name in SQL Server's words names it as the statement wrote it, not folded.
+std::string asWritten(const std::string& message, const std::string& statement) {
+    for (const char* lead : {"Invalid column name '", "Invalid object name '"}) {
+        const std::string prefix = lead;
+        if (message.rfind(prefix, 0) != 0 || message.size() < prefix.size() + 2) continue;
+        const std::string name = message.substr(prefix.size(), message.size() - prefix.size() - 2);
+        for (std::size_t at = 0; at + name.size() <= statement.size(); ++at)
+            if (sameName(statement.substr(at, name.size()), name)) return prefix + statement.substr(at, name.size()) + "'.";
+    }
+    return message;
+}
+
 struct Result {
     PGresult* r;
     ~Result() { PQclear(r); }
@@ -91,7 +115,7 @@ public:
         if (table.size() >= 2 && table.front() == '[' && table.back() == ']') table = table.substr(1, table.size() - 2);
         if (const auto dot = table.rfind('.'); dot != std::string::npos && table.front() != '#') table = table.substr(dot + 1);
         std::string quoted = "\"";
-        for (char c : table) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+        for (char c : table) quoted += c == '"' ? std::string("\"\"") : std::string(1, lowerAscii(c));
         quoted += '"';
         const char* sql =
             "SELECT a.attname, format_type(a.atttypid, a.atttypmod), a.attidentity <> '', a.atttypid, a.atttypmod "
@@ -239,7 +263,7 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
     const auto status = PQresultStatus(result.r);
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY) {
         const std::string message = messageOf(result.r, conn_);
-        if (origin) throw Error(message, origin->text, origin->line, origin->column);
+        if (origin) throw Error(asWritten(message, origin->text), origin->text, origin->line, origin->column);
         throw Error(message, sql);
     }
     ResultSet set;
@@ -267,11 +291,16 @@ ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool&
         throw Error("procedure " + statement.procedure->name + " is not available on PostgreSQL yet", statement.text, statement.line,
                     statement.column);
     const auto sqls = tsql::emitPostgres(statement, *catalog_);
+    // The server names result columns by their folded names; give them back as written.
+    const auto written = statement.returnsRows ? tsql::resultColumnsPostgres(statement, *catalog_) : std::vector<tsql::CatalogColumn>{};
     ResultSet result;
     for (std::size_t i = 0; i < sqls.size(); ++i) {
         const bool collect = statement.returnsRows && i + 1 == sqls.size();
         ResultSet r = runSql(sqls[i], &statement);
         if (collect) {
+            if (written.size() == r.columns.size())
+                for (std::size_t c = 0; c < written.size(); ++c)
+                    if (sameName(written[c].name, r.columns[c].name)) r.columns[c].name = written[c].name;
             result = std::move(r);
             produced = true;
         }
@@ -279,16 +308,25 @@ ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool&
     return result;
 }
 
-// One transaction per batch: the first failing statement rolls every earlier one back.
-ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch) {
+// The statements of a batch inside the running transaction; the last result set produced.
+ResultSet PostgresDatabase::runStatements(std::string_view tsqlBatch) {
+    ResultSet last;
+    for (const auto& statement : tsql::parseBatch(tsqlBatch)) {
+        bool produced = false;
+        ResultSet result = runStatement(statement, produced);
+        if (produced) last = std::move(result);
+    }
+    return last;
+}
+
+// One transaction per batch: the first failing statement rolls every earlier one back. The
+// negative-stock guard is checked when the transaction commits (a deferred trigger), so its
+// message comes from COMMIT. A maintenance batch turns the guards off for its transaction only.
+ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenance) {
     runNative("BEGIN");
     try {
-        ResultSet last;
-        for (const auto& statement : tsql::parseBatch(tsqlBatch)) {
-            bool produced = false;
-            ResultSet result = runStatement(statement, produced);
-            if (produced) last = std::move(result);
-        }
+        if (maintenance) runNative("SELECT set_config('qx.maintenance', 'on', true)");
+        ResultSet last = runStatements(tsqlBatch);
         runNative("COMMIT");
         return last;
     } catch (...) {
@@ -305,14 +343,48 @@ void PostgresDatabase::createShopTables() {
     runBatch(batch);
 }
 
-void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions&) { runBatch(tsqlBatch); }
-
-std::string PostgresDatabase::nextDocumentNumber(std::string_view) {
-    throw Error("document numbers are not available on PostgreSQL yet");
+void PostgresDatabase::createShop() {
+    runNative("BEGIN");
+    try {
+        for (const auto& file : tableDefinitions()) runStatements(file.text);
+        for (const auto& view : posting::tsqlViewStatements()) runStatements(view);
+        for (const auto& file : viewDefinitions()) runStatements(file.text);
+        for (const auto& trigger : posting::postgresTriggerStatements()) runNative(trigger);
+        runNative("COMMIT");
+    } catch (...) {
+        Result rollback{PQexec(conn_, "ROLLBACK")};
+        throw;
+    }
 }
 
-bool PostgresDatabase::maySummariseStocktake(std::string_view) {
-    throw Error("the stocktake check is not available on PostgreSQL yet");
+bool PostgresDatabase::hasShop() {
+    return !runNative("SELECT 1 FROM pg_trigger WHERE tgname = 'qx_d1802_total' AND tgrelid = to_regclass('d1802')").rows.empty();
+}
+
+void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions& options) { runBatch(tsqlBatch, options.maintenance); }
+
+// The counter row of the function code and month is created or bumped in one statement; the row
+// lock makes concurrent callers, in any process or on any host, wait for each other.
+std::string PostgresDatabase::nextDocumentNumber(std::string_view funcNo) {
+    const std::string func(funcNo.substr(0, 3));
+    const ResultSet period = runNative("SELECT to_char(LOCALTIMESTAMP, 'YYMM')");
+    const std::string yymm = std::get<std::string>(period.rows.at(0).at(0));
+    const char* sql =
+        "INSERT INTO sys_noid (func_no, period, seq) VALUES ($1, $2, 1) "
+        "ON CONFLICT (func_no, period) DO UPDATE SET seq = sys_noid.seq + 1 RETURNING seq";
+    const char* params[] = {func.c_str(), yymm.c_str()};
+    Result result{PQexecParams(conn_, sql, 2, nullptr, params, nullptr, nullptr, 0)};
+    if (PQresultStatus(result.r) != PGRES_TUPLES_OK) throw Error("GetNOID: " + messageOf(result.r, conn_));
+    return formatDocumentNumber(func, yymm, std::strtoll(PQgetvalue(result.r, 0, 0), nullptr, 10));
+}
+
+bool PostgresDatabase::maySummariseStocktake(std::string_view warehouse) {
+    const std::string wh(warehouse);
+    const char* sql = "SELECT count(*) FROM d8303 WHERE t = 1 AND coalesce(y, 0) <> 1 AND (ck_id = $1 OR ck_id_in = $1)";
+    const char* params[] = {wh.c_str()};
+    Result result{PQexecParams(conn_, sql, 1, nullptr, params, nullptr, nullptr, 0)};
+    if (PQresultStatus(result.r) != PGRES_TUPLES_OK) throw Error(messageOf(result.r, conn_));
+    return std::strtoll(PQgetvalue(result.r, 0, 0), nullptr, 10) == 0;
 }
 
 std::unique_ptr<Database> openPostgres(const std::string& connection) { return std::make_unique<PostgresDatabase>(connection); }

@@ -17,10 +17,19 @@ std::string stripBrackets(std::string_view name) {
     return std::string(name);
 }
 
+std::string foldedName(std::string_view name) {
+    std::string folded(name);
+    for (char& c : folded)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return folded;
+}
+
 class PostgresDialect final : public Dialect {
 public:
-    // Quoted identifiers keep their case: PostgreSQL would fold bare names to lower case.
-    std::string quoteIdentifier(std::string_view name) const override { return quotedWith(name, '"'); }
+    // Names compare ignoring case as on SQL Server ("d1802" is "D1802", "ck_id" is "CK_ID"):
+    // every name is folded to lower case (ASCII letters only) and quoted, so reserved words stay
+    // names. The engine gives result columns back their names as the statement wrote them.
+    std::string quoteIdentifier(std::string_view name) const override { return quotedWith(foldedName(name), '"'); }
     std::string quoteString(std::string_view value) const override { return quotedWith(value, '\''); }
     // '#x' is a TEMP table in the connection's own pg_temp schema, under its T-SQL name.
     std::string tableReference(const Name& name) const override {
