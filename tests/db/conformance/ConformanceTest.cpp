@@ -1,6 +1,7 @@
 // Runs every conformance file (tests/db/conformance/*.test) against every engine.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -45,8 +46,8 @@ class Conformance : public ::testing::TestWithParam<Case> {};
 std::size_t knownFailures(const Case& c) {
     static const std::map<std::string, std::size_t> postgresql = {
         {"collation.test", 25}, {"dates.test", 54},   {"errors.test", 2},     {"logic.test", 17},
-        {"maintenance.test", 4}, {"module_constructs.test", 28}, {"numbers.test", 33}, {"statements.test", 9},
-        {"string_functions.test", 56}, {"text_and_numbers.test", 13},
+        {"maintenance.test", 4}, {"module_constructs.test", 1}, {"numbers.test", 33}, {"statements.test", 9},
+        {"string_functions.test", 56}, {"text_and_numbers.test", 11},
     };
     if (c.engine != "postgresql") return 0;
     const auto it = postgresql.find(c.file);
@@ -65,6 +66,8 @@ TEST_P(Conformance, AnswersAsSqlServerDoes) {
         for (const auto& failure : failures) ADD_FAILURE() << failure;
         ADD_FAILURE() << failures.size() << " records fail on " << c.engine << ", at most " << known << " known not to work yet";
     } else if (known > 0) {
+        if (std::getenv("QXCK_CONFORMANCE_SHOW"))  // lists the known failures, for whoever works on them
+            for (const auto& failure : failures) std::cout << failure << "\n";
         std::cout << failures.size() << " of " << records.size() << " records of " << c.file << " not yet right on " << c.engine
                   << (failures.size() < known ? " (fewer than listed: lower the number)" : "") << "\n";
     }
