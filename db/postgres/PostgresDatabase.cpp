@@ -308,6 +308,11 @@ ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool&
     return result;
 }
 
+// Ends a failed transaction (a failing COMMIT has ended it already).
+void PostgresDatabase::rollback() {
+    if (PQtransactionStatus(conn_) != PQTRANS_IDLE) Result done{PQexec(conn_, "ROLLBACK")};
+}
+
 // The statements of a batch inside the running transaction; the last result set produced.
 ResultSet PostgresDatabase::runStatements(std::string_view tsqlBatch) {
     ResultSet last;
@@ -330,7 +335,7 @@ ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenanc
         runNative("COMMIT");
         return last;
     } catch (...) {
-        Result rollback{PQexec(conn_, "ROLLBACK")};
+        rollback();
         throw;
     }
 }
@@ -352,7 +357,7 @@ void PostgresDatabase::createShop() {
         for (const auto& trigger : posting::postgresTriggerStatements()) runNative(trigger);
         runNative("COMMIT");
     } catch (...) {
-        Result rollback{PQexec(conn_, "ROLLBACK")};
+        rollback();
         throw;
     }
 }

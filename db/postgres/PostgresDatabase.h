@@ -49,6 +49,7 @@ public:
 
 private:
     void installRuntime();
+    void rollback();
     ResultSet runBatch(std::string_view tsqlBatch, bool maintenance = false);
     ResultSet runStatements(std::string_view tsqlBatch);
     ResultSet runStatement(const tsql::Statement& statement, bool& produced);
