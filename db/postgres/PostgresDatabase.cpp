@@ -372,15 +372,13 @@ void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions& op
 // lock makes concurrent callers, in any process or on any host, wait for each other.
 std::string PostgresDatabase::nextDocumentNumber(std::string_view funcNo) {
     const std::string func(funcNo.substr(0, 3));
-    const ResultSet period = runNative("SELECT to_char(LOCALTIMESTAMP, 'YYMM')");
-    const std::string yymm = std::get<std::string>(period.rows.at(0).at(0));
     const char* sql =
-        "INSERT INTO sys_noid (func_no, period, seq) VALUES ($1, $2, 1) "
-        "ON CONFLICT (func_no, period) DO UPDATE SET seq = sys_noid.seq + 1 RETURNING seq";
-    const char* params[] = {func.c_str(), yymm.c_str()};
-    Result result{PQexecParams(conn_, sql, 2, nullptr, params, nullptr, nullptr, 0)};
+        "INSERT INTO sys_noid (func_no, period, seq) VALUES ($1, to_char(LOCALTIMESTAMP, 'YYMM'), 1) "
+        "ON CONFLICT (func_no, period) DO UPDATE SET seq = sys_noid.seq + 1 RETURNING period, seq";
+    const char* params[] = {func.c_str()};
+    Result result{PQexecParams(conn_, sql, 1, nullptr, params, nullptr, nullptr, 0)};
     if (PQresultStatus(result.r) != PGRES_TUPLES_OK) throw Error("GetNOID: " + messageOf(result.r, conn_));
-    return formatDocumentNumber(func, yymm, std::strtoll(PQgetvalue(result.r, 0, 0), nullptr, 10));
+    return formatDocumentNumber(func, PQgetvalue(result.r, 0, 0), std::strtoll(PQgetvalue(result.r, 0, 1), nullptr, 10));
 }
 
 bool PostgresDatabase::maySummariseStocktake(std::string_view warehouse) {

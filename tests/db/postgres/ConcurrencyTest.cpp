@@ -1,0 +1,125 @@
+// Many hosts on one shop database: document numbers from several processes never repeat, and
+// two terminals selling the last piece of checked stock at the same moment cannot both succeed.
+// The same tests run on an SQLite file shared by the processes and on a PostgreSQL server.
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <barrier>
+#include <fstream>
+#include <set>
+#include <thread>
+
+#include "db/DbTestSupport.h"
+
+namespace qx::dbtest {
+namespace {
+
+class Concurrency : public ::testing::TestWithParam<std::string> {
+protected:
+    TempDir dir;
+    std::string location;
+
+    void SetUp() override {
+        if (GetParam() == "sqlite") {
+            location = dir.file("shop.db");
+        } else {
+            auto* server = test::PostgresServer::instance();
+            if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+            location = server->freshDatabase();
+        }
+        auto db = db::openDatabase(location, true);
+        seedSmallShop(*db);
+    }
+};
+
+TEST_P(Concurrency, EightProcessesTakingAThousandNumbersEachNeverGetTheSameOne) {
+    constexpr int kProcesses = 8, kCalls = 1000;
+    std::vector<pid_t> children;
+    for (int p = 0; p < kProcesses; ++p) {
+        const pid_t pid = fork();
+        ASSERT_GE(pid, 0) << "fork failed";
+        if (pid == 0) {
+            // A host of its own: its own connection, its numbers into its own file.
+            int status = 0;
+            try {
+                auto db = db::openDatabase(location);
+                std::ofstream out(dir.file("numbers-" + std::to_string(p)));
+                for (int i = 0; i < kCalls; ++i) out << db->nextDocumentNumber("201") << "\n";
+                if (!out) status = 2;
+            } catch (const std::exception& e) {
+                std::fprintf(stderr, "process %d: %s\n", p, e.what());
+                status = 1;
+            }
+            _exit(status);
+        }
+        children.push_back(pid);
+    }
+    for (pid_t pid : children) {
+        int status = 0;
+        ASSERT_EQ(waitpid(pid, &status, 0), pid);
+        ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "a process failed to take its numbers";
+    }
+    std::set<std::string> numbers;
+    std::size_t total = 0;
+    for (int p = 0; p < kProcesses; ++p) {
+        std::ifstream in(dir.file("numbers-" + std::to_string(p)));
+        for (std::string number; std::getline(in, number); ++total) {
+            EXPECT_EQ(number.size(), 12u) << number;
+            EXPECT_EQ(number.rfind("201", 0), 0u) << number;
+            numbers.insert(number);
+        }
+    }
+    EXPECT_EQ(total, static_cast<std::size_t>(kProcesses * kCalls));
+    EXPECT_EQ(numbers.size(), static_cast<std::size_t>(kProcesses * kCalls)) << "a number was handed out twice";
+    auto db = db::openDatabase(location);
+    EXPECT_EQ(integer(scalar(*db, "SELECT MAX(SEQ) FROM sys_noid WHERE FUNC_NO='201'")), kProcesses * kCalls)
+        << "no number was skipped either";
+}
+
+// One piece of the checked style K2 in stock, two terminals sell it at once: exactly one sale
+// goes through, the other is refused with the guard's message and leaves nothing behind.
+TEST_P(Concurrency, OfTwoSalesOfTheLastPieceExactlyOneSucceeds) {
+    constexpr int kRounds = 8;
+    auto admin = db::openDatabase(location);
+    std::unique_ptr<db::Database> terminals[2] = {db::openDatabase(location), db::openDatabase(location)};
+    for (int round = 0; round < kRounds; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        const std::string receipt = "R" + std::to_string(round);
+        admin->execute("INSERT INTO D8101(T,NOID,CK_ID,BDATE) VALUES ('1','" + receipt + "','ZC','2026-05-10');"
+                       "INSERT INTO D8101A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) VALUES ('" + receipt + "','K201','K2','01','ZC',1);");
+        ASSERT_EQ(stock(*admin, "K201", "ZC"), sizes({1}));
+        std::barrier start(2);
+        std::string outcome[2];
+        auto sell = [&](int t) {
+            const std::string noid = "S" + std::to_string(round) + "_" + std::to_string(t);
+            start.arrive_and_wait();
+            try {
+                terminals[t]->execute("INSERT INTO D8201(T,NOID,CK_ID,BDATE) VALUES ('1','" + noid + "','ZC','2026-05-11');"
+                                      "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) VALUES ('" + noid +
+                                      "','K201','K2','01','ZC','1');");
+                outcome[t] = "sold";
+            } catch (const db::Error& e) {
+                outcome[t] = e.what();
+            }
+        };
+        std::thread first(sell, 0), second(sell, 1);
+        first.join();
+        second.join();
+        const int sold = (outcome[0] == "sold") + (outcome[1] == "sold");
+        EXPECT_EQ(sold, 1) << outcome[0] << " / " << outcome[1];
+        for (const auto& o : outcome)
+            if (o != "sold") EXPECT_EQ(o, "库存不足支持本次出库业务");
+        EXPECT_EQ(stock(*admin, "K201", "ZC"), sizes({0}));
+        const std::string sales = "NOID IN ('S" + std::to_string(round) + "_0', 'S" + std::to_string(round) + "_1')";
+        EXPECT_EQ(count(*admin, "D8201", sales), 1) << "the refused sale left its head";
+        EXPECT_EQ(count(*admin, "D8201A", sales), 1) << "the refused sale left its line";
+    }
+    EXPECT_EQ(count(*admin, "V_CHECKKC"), 0) << "every stock row equals its recomputation";
+}
+
+INSTANTIATE_TEST_SUITE_P(Engines, Concurrency, ::testing::ValuesIn(engines()), engineTestName);
+
+}  // namespace
+}  // namespace qx::dbtest

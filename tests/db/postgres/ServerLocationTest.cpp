@@ -1,0 +1,85 @@
+// Choosing the engine by the location a tool is given: a postgresql:// URI opens a shop on a
+// server, anything else an SQLite file; qxck-sql and the demo generator take either.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "db/DbTestSupport.h"
+
+namespace qx::dbtest {
+namespace {
+
+class ServerLocation : public ::testing::Test {
+protected:
+    test::PostgresServer* server = nullptr;
+    void SetUp() override {
+        server = test::PostgresServer::instance();
+        if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+    }
+};
+
+TEST(Location, AUriNamesAServerAnythingElseAFile) {
+    EXPECT_TRUE(db::isServerLocation("postgresql://qx@db.example:5432/shop"));
+    EXPECT_TRUE(db::isServerLocation("postgres://qx@/shop?host=/run/postgresql"));
+    EXPECT_FALSE(db::isServerLocation("/srv/shop.db"));
+    EXPECT_FALSE(db::isServerLocation("shop.db"));
+    EXPECT_FALSE(db::isServerLocation("postgresql.db"));
+    TempDir dir;
+    EXPECT_EQ(db::openDatabase(dir.file("shop.db"), true)->engineName(), "sqlite");
+    EXPECT_THROW(db::openDatabase(dir.file("missing.db")), db::Error);
+}
+
+TEST_F(ServerLocation, AnEmptyServerDatabaseIsRefusedUnlessAShopIsToBeCreated) {
+    const std::string uri = server->freshDatabase();
+    try {
+        db::openDatabase(uri);
+        FAIL() << "an empty database was opened as a shop";
+    } catch (const db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find("is not a shop database"), std::string::npos) << e.what();
+    }
+    auto created = db::openDatabase(uri, true);
+    EXPECT_EQ(created->engineName(), "postgresql");
+    EXPECT_EQ(created->location(), uri);
+    created->execute(kSmallShopBatch);
+    created.reset();
+    auto reopened = db::openDatabase(uri);
+    EXPECT_EQ(count(*reopened, "D1007"), 3) << "opening again keeps the shop";
+    EXPECT_EQ(db::openDatabase(uri, true)->engineName(), "postgresql") << "create on an existing shop just opens it";
+    EXPECT_EQ(count(*reopened, "D1007"), 3);
+}
+
+TEST_F(ServerLocation, QxckSqlRunsABatchOnAServerShop) {
+    const std::string uri = server->freshDatabase();
+    db::openDatabase(uri, true)->execute(kSmallShopBatch);
+    const std::string command = "echo \"SELECT CK_ID, CK_NAME FROM d1007 WHERE ck_id = 'md1'\" | '" QXCK_SQL_TOOL "' --db '" + uri + "'";
+    std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+    ASSERT_TRUE(pipe);
+    std::string out;
+    char buffer[256];
+    while (std::fgets(buffer, sizeof buffer, pipe.get())) out += buffer;
+    EXPECT_EQ(out, "CK_ID\tCK_NAME\nMD1\t一店\n");
+}
+
+// qxck-demo --db postgresql://…: the demo shop goes into an empty server database, with the same
+// stock as the same demo in an SQLite file; a database that holds a shop is refused.
+TEST_F(ServerLocation, TheDemoShopOnAServerHasTheSameStockAsInAFile) {
+    const std::string uri = server->freshDatabase();
+    demo::Options options;
+    options.seed = 7;
+    options.endDate = "2026-06-30";
+    const auto summary = demo::createDemoDatabase(uri, options);
+    auto onServer = db::openDatabase(uri);
+    auto inFile = db::openSqlite(sharedDemoShop());
+    const std::string totals = "SELECT COUNT(*) AS n, SUM(KC) AS kc, SUM(K0 + 2*K1 + 3*K2 + 4*K3) AS w FROM d1802";
+    const auto server = onServer->open(totals).rows.at(0);
+    const auto file = inFile->open(totals).rows.at(0);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(integer(server[i]), integer(file[i])) << "column " << i;
+    EXPECT_EQ(count(*onServer, "D8101"), count(*inFile, "D8101"));
+    EXPECT_EQ(count(*onServer, "V_CHECKKC"), 0);
+    EXPECT_GT(summary.documents, 100);
+    EXPECT_THROW(demo::createDemoDatabase(uri, options), db::Error) << "a second demo into the same shop";
+}
+
+}  // namespace
+}  // namespace qx::dbtest
