@@ -1,5 +1,6 @@
 #include "db/postgres/PostgresDatabase.h"
 
+#include "db/postgres/PostgresRuntime.h"
 #include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Schema.h"
 #include "db/sqlite/SqliteDatabase.h"
@@ -148,61 +149,6 @@ private:
     pg_conn* conn_;
 };
 
-// The server-side helpers the dialect calls by a qx_ name, created once per database. Each is
-// a plain SQL or PL/pgSQL function with SQL Server's meaning; NULL in gives NULL out (STRICT).
-const std::vector<std::string>& runtimeFunctions() {
-    static const std::vector<std::string> functions = {
-        // a ^ b
-        "CREATE FUNCTION qx_bitxor(integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
-        "CREATE FUNCTION qx_bitxor(bigint, bigint) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
-        // REPLICATE, SPACE: a negative count gives NULL.
-        "CREATE FUNCTION qx_replicate(text, bigint) RETURNS text LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT CASE WHEN $2 < 0 THEN NULL ELSE repeat($1, $2::integer) END'",
-        "CREATE FUNCTION qx_space(bigint) RETURNS text LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT CASE WHEN $1 < 0 THEN NULL ELSE repeat('' '', $1::integer) END'",
-        // EOMONTH(date[, months]): the last day of that month, at midnight.
-        "CREATE FUNCTION qx_eomonth(timestamp, bigint) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT (date_trunc(''month'', $1) + make_interval(months => ($2 + 1)::integer) - INTERVAL ''1 day'')::timestamp(0)'",
-        "CREATE FUNCTION qx_eomonth(timestamp) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS 'SELECT qx_eomonth($1, 0)'",
-        // ROUND(x, places[, truncate]): half away from zero, negative places round left of the
-        // point, the type of x kept.
-        "CREATE FUNCTION qx_round(numeric, integer) RETURNS numeric LANGUAGE sql IMMUTABLE STRICT AS 'SELECT round($1, $2)'",
-        "CREATE FUNCTION qx_round(integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT round($1::numeric, $2)::integer'",
-        "CREATE FUNCTION qx_round(bigint, integer) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT round($1::numeric, $2)::bigint'",
-        "CREATE FUNCTION qx_round(double precision, integer) RETURNS double precision LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT round($1::numeric, $2)::double precision'",
-        "CREATE FUNCTION qx_round(numeric, integer, integer) RETURNS numeric LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT CASE WHEN $3 = 0 THEN round($1, $2) ELSE trunc($1, $2) END'",
-        "CREATE FUNCTION qx_round(integer, integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT qx_round($1::numeric, $2, $3)::integer'",
-        "CREATE FUNCTION qx_round(double precision, integer, integer) RETURNS double precision LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT qx_round($1::numeric, $2, $3)::double precision'",
-        // ISNUMERIC: a number, or text that converts to one of SQL Server's numeric types: a sign,
-        // a currency mark ($ or ¥), digits with thousands commas before the point, an exponent
-        // after digits; blanks around are ignored. NULL is 0.
-        "CREATE FUNCTION qx_isnumeric(text) RETURNS integer LANGUAGE sql IMMUTABLE AS $$"
-        "SELECT CASE WHEN t IS NULL OR t = '' THEN 0 "
-        "WHEN t ~ '^[+-]?(\\$|¥)?[+-]?[0-9,]*(\\.[0-9]*)?$' THEN 1 "
-        "WHEN t ~ '^[+-]?(\\$|¥)?[+-]?[0-9,]*(\\.[0-9]*)?[eEdD][+-]?[0-9]+$' AND t ~ '^[^eEdD]*[0-9]' THEN 1 ELSE 0 END "
-        "FROM (SELECT btrim($1, E' \\t\\r\\n') AS t) v$$",
-        "CREATE FUNCTION qx_isnumeric(numeric) RETURNS integer LANGUAGE sql IMMUTABLE AS "
-        "'SELECT CASE WHEN $1 IS NULL THEN 0 ELSE 1 END'",
-        "CREATE FUNCTION qx_isnumeric(double precision) RETURNS integer LANGUAGE sql IMMUTABLE AS "
-        "'SELECT CASE WHEN $1 IS NULL THEN 0 ELSE 1 END'",
-        // DATEFROMPARTS(y, m, d)
-        "CREATE FUNCTION qx_datefromparts(bigint, bigint, bigint) RETURNS timestamp(0) LANGUAGE plpgsql IMMUTABLE STRICT AS $$\n"
-        "BEGIN\n"
-        "  IF $1 < 1 OR $1 > 9999 THEN RAISE EXCEPTION USING MESSAGE = 'x'; END IF;\n"
-        "  RETURN make_date($1::integer, $2::integer, $3::integer)::timestamp(0);\n"
-        "EXCEPTION WHEN others THEN\n"
-        "  RAISE EXCEPTION 'Cannot construct data type date, some of the arguments have values which are not valid.';\n"
-        "END $$",
-    };
-    return functions;
-}
-
 }  // namespace
 
 PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(connection) {
@@ -234,16 +180,22 @@ PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(co
 // The helpers go in once, all together; a connection racing another one to create them accepts
 // the other's.
 void PostgresDatabase::installRuntime() {
-    const auto count = [this] {
-        const ResultSet r = runNative("SELECT count(*) FROM pg_proc WHERE proname LIKE 'qx\\_%'");
+    // Every overload of the runtime, counted by name: a database made by an older build gets the
+    // helpers added since.
+    std::string names;
+    for (const auto& function : postgresRuntimeFunctions()) {
+        const auto start = function.find("qx_"), end = function.find('(');
+        names += (names.empty() ? "'" : ", '") + function.substr(start, end - start) + "'";
+    }
+    const auto count = [this, &names] {
+        const ResultSet r = runNative("SELECT count(*) FROM pg_proc WHERE proname IN (" + names + ")");
         return std::get<std::int64_t>(r.rows.at(0).at(0));
     };
-    const auto wanted = static_cast<std::int64_t>(runtimeFunctions().size());
+    const auto wanted = static_cast<std::int64_t>(postgresRuntimeFunctions().size());
     if (count() >= wanted) return;
     try {
         runNative("BEGIN");
-        for (const auto& function : runtimeFunctions())
-            
+        for (const auto& function : postgresRuntimeFunctions())
             runNative("DO $install$ BEGIN EXECUTE $f$" + function + "$f$; EXCEPTION WHEN duplicate_function THEN NULL; END $install$");
         runNative("COMMIT");
     } catch (const Error&) {

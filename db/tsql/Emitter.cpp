@@ -862,7 +862,7 @@ private:
                 case SqlType::Integer: return d_.call("sized", {value, "4"});
                 case SqlType::Real:
                 case SqlType::DateTime: return d_.call("sized", {value, "8"});
-                default: return "length(CAST(" + value + " AS BLOB))";
+                default: return d_.byteLength(value);
             }
         }
         if (name == "IIF" || name == "CHOOSE") {
@@ -1045,8 +1045,8 @@ private:
             terms += (i ? ", " : "") + withCollationIfText(*term, scope) + (q.orderBy[i].descending ? " DESC" : "");
         }
         const std::string rank = "RANK() OVER (ORDER BY " + terms + ") AS " + d_.quoteIdentifier("qx_rank");
-        return "(SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false, nullptr, &rank) + ") WHERE " + d_.quoteIdentifier("qx_rank") +
-               " <= " + count + ")";
+        return "(SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false, nullptr, &rank) + ") AS " + d_.quoteIdentifier("qx_ranked") +
+               " WHERE " + d_.quoteIdentifier("qx_rank") + " <= " + count + ")";
     }
 
     std::string topCount(const SelectCore& c, const Scope& scope) {
@@ -1057,7 +1057,7 @@ private:
             int& depth;
             ~Leave() { --depth; }
         } leave{percentNesting_};
-        const std::string rows = "SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false) + ")";
+        const std::string rows = "SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false) + ") AS " + d_.quoteIdentifier("qx_rows");
         return "(SELECT CAST(ceil((" + rows + ") * (" + expr(*c.top, scope) + ") / 100.0) AS INTEGER))";
     }
 
