@@ -163,13 +163,14 @@ PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(co
     PQsetClientEncoding(conn_, "UTF8");
     catalog_ = std::make_unique<PostgresCatalog>(conn_);
     // Text compares like SQL Server's Chinese case-insensitive collation: ICU Chinese (pinyin),
-    // secondary strength (case and width ignored). Two connections may race to create it.
+    // secondary strength (case and width ignored), digits and Latin letters before Chinese as
+    // SQL Server sorts them. Two connections may race to create it.
     runNative("SET client_min_messages = warning");
     runNative("SET datestyle = 'ISO, YMD'");
     const ResultSet existing = runNative("SELECT 1 FROM pg_collation WHERE collname = 'qx'");
     if (existing.rows.empty()) {
         try {
-            runNative("CREATE COLLATION IF NOT EXISTS qx (provider = icu, locale = 'zh-u-ks-level2', deterministic = false)");
+            runNative("CREATE COLLATION IF NOT EXISTS qx (provider = icu, locale = 'zh-u-ks-level2-kr-latn-hani', deterministic = false)");
         } catch (const Error&) {
             if (runNative("SELECT 1 FROM pg_collation WHERE collname = 'qx'").rows.empty()) throw;
         }

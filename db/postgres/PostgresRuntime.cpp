@@ -102,10 +102,11 @@ SELECT regexp_instr($2 COLLATE "C",
 SELECT CASE WHEN $2 COLLATE "C" = '' THEN $1 ELSE
   regexp_replace($1 COLLATE "C", regexp_replace($2 COLLATE "C", '([.^$*+?()\[\]{}|\\-])', '\\\1', 'g'),
                  replace($3 COLLATE "C", '\', '\\'), 'gi') END$q$)",
-        // CHARINDEX(needle, text, start): case ignored, searching from start (below 1: from 1).
+        // CHARINDEX(needle, text, start): case and width ignored, searching from start (below 1: from 1).
         R"(CREATE FUNCTION qx_charindex(text, text, bigint) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS $q$
 SELECT CASE WHEN p = 0 THEN 0 ELSE p + s - 1 END FROM (
-  SELECT greatest($3, 1) AS s, strpos(lower(substr($2, greatest($3, 1)::integer)) COLLATE "C", lower($1) COLLATE "C") AS p) v$q$)",
+  SELECT greatest($3, 1) AS s, strpos(lower(normalize(substr($2, greatest($3, 1)::integer), NFKC)) COLLATE "C",
+                                      lower(normalize($1, NFKC)) COLLATE "C") AS p) v$q$)",
         // STUFF(text, start, length, insert): NULL when start is outside the text or length negative.
         R"(CREATE FUNCTION qx_stuff(text, bigint, bigint, text) RETURNS text LANGUAGE sql IMMUTABLE AS $q$
 SELECT CASE WHEN $1 IS NULL OR $2 IS NULL OR $3 IS NULL OR $2 < 1 OR $2 > length($1) OR $3 < 0 THEN NULL

@@ -65,6 +65,8 @@ public:
     // LIKE as SQL Server matches it: % _ [set] [^set], case-insensitive, trailing blanks ignored.
     virtual std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const = 0;
     virtual std::string limit(const std::string& count) const = 0;  // appended after ORDER BY
+    // A text literal that is compared with another text: SQL Server ignores trailing blanks.
+    virtual std::string comparedString(std::string_view value) const { return quoteString(value); }
     // DATALENGTH of a text: its length in bytes.
     virtual std::string byteLength(const std::string& text) const { return "length(CAST(" + text + " AS BLOB))"; }
     // A runtime helper with SQL Server's meaning, by its T-SQL name in lower case ("charindex",

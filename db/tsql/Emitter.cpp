@@ -563,8 +563,9 @@ private:
             left = isNumeric(lt) ? expr(l, scope) : coerced(l, scope, rt, false);
             right = isNumeric(rt) ? expr(r, scope) : coerced(r, scope, lt, false);
         } else {
-            left = expr(l, scope);
-            right = expr(r, scope);
+            // a text written in the statement compares as the dialect needs it (trailing blanks)
+            left = l.kind == ExprKind::String ? d_.comparedString(l.text) : expr(l, scope);
+            right = r.kind == ExprKind::String ? d_.comparedString(r.text) : expr(r, scope);
             if (lt == SqlType::Text || rt == SqlType::Text) left = withCollation(left, l);
         }
         return "(" + left + " " + e.text + " " + right + ")";

@@ -31,6 +31,12 @@ public:
     // names. The engine gives result columns back their names as the statement wrote them.
     std::string quoteIdentifier(std::string_view name) const override { return quotedWith(foldedName(name), '"'); }
     std::string quoteString(std::string_view value) const override { return quotedWith(value, '\''); }
+    // No ICU collation ignores trailing blanks: a written text loses them before it is compared
+    // ('zc ' finds 'ZC'). Blanks stored at the end of a column's value still count.
+    std::string comparedString(std::string_view value) const override {
+        while (!value.empty() && value.back() == ' ') value.remove_suffix(1);
+        return quoteString(value);
+    }
     // '#x' is a TEMP table in the connection's own pg_temp schema, under its T-SQL name.
     std::string tableReference(const Name& name) const override {
         if (name.isTemp()) return "pg_temp." + quoteIdentifier(stripBrackets(name.last()));
@@ -205,17 +211,22 @@ public:
     std::string left(const std::string& text, const std::string& count) const override { return "left(" + text + ", " + count + ")"; }
     std::string right(const std::string& text, const std::string& count) const override { return "right(" + text + ", " + count + ")"; }
     std::string length(const std::string& text) const override { return "length(rtrim(" + text + "))"; }
+    // Case and width ignored: both sides folded to NFKC (full-width letters become ASCII) and
+    // lower case, then searched under "C" (PostgreSQL 15 refuses substring searches on the
+    // nondeterministic collation).
     std::string charIndex(const std::string& needle, const std::string& haystack) const override {
-        return "strpos(lower(" + haystack + ") COLLATE \"C\", lower(" + needle + ") COLLATE \"C\")";
+        return "strpos(lower(normalize(" + haystack + ", NFKC)) COLLATE \"C\", lower(normalize(" + needle + ", NFKC)) COLLATE \"C\")";
     }
-    // PostgreSQL 15 refuses LIKE on a nondeterministic collation: match under "C", case folded.
-    // A pattern that may hold SQL Server's sets ([a-c], [^0-9], [_]) becomes a regular
-    // expression (qx_like_regex, folded to a constant for a written pattern).
+    // PostgreSQL 15 refuses LIKE on a nondeterministic collation: the value without its trailing
+    // blanks and both sides in NFKC (width ignored) match under "C", case folded. A pattern that
+    // may hold SQL Server's sets ([a-c], [^0-9], [_]) becomes a regular expression
+    // (qx_like_regex, folded to a constant for a written pattern).
     std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const override {
         const bool literal = pattern.size() >= 2 && pattern.front() == '\'' && pattern.back() == '\'';
+        const std::string subject = "rtrim(normalize(" + value + ", NFKC)) COLLATE \"C\"";
         if (escape.empty() && (!literal || pattern.find('[') != std::string::npos))
-            return "((" + value + ") COLLATE \"C\" ~* qx_like_regex(" + pattern + "))";
-        return "(" + value + ") COLLATE \"C\" ILIKE (" + pattern + ") COLLATE \"C\"" + (escape.empty() ? "" : " ESCAPE " + escape);
+            return "(" + subject + " ~* qx_like_regex(normalize(" + pattern + ", NFKC)))";
+        return "(" + subject + " ILIKE normalize(" + pattern + ", NFKC) COLLATE \"C\"" + (escape.empty() ? "" : " ESCAPE " + escape) + ")";
     }
     std::string byteLength(const std::string& value) const override { return "octet_length(CAST(" + value + " AS TEXT))"; }
     std::string limit(const std::string& count) const override { return " LIMIT " + count; }
