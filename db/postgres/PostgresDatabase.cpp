@@ -2,6 +2,7 @@
 
 #include "db/postgres/PostgresRuntime.h"
 #include "db/sqlite/PostingRules.h"
+#include "db/sqlite/Procedures.h"
 #include "db/sqlite/Schema.h"
 #include "db/sqlite/SqliteDatabase.h"
 
@@ -67,13 +68,21 @@ std::string messageOf(const PGresult* result, pg_conn* conn) {
     if (code == "42703") return "Invalid column name '" + nameIn(message) + "'.";
     if (code == "42P01") return "Invalid object name '" + nameIn(message) + "'.";
     if (code == "22012") return "Divide by zero error encountered.";
+    if (code == "22011") return "Invalid length parameter passed to the substring function.";
+    if (code == "23505") {
+        const char* constraint = result ? PQresultErrorField(result, PG_DIAG_CONSTRAINT_NAME) : nullptr;
+        const char* table = result ? PQresultErrorField(result, PG_DIAG_TABLE_NAME) : nullptr;
+        const char* detail = result ? PQresultErrorField(result, PG_DIAG_MESSAGE_DETAIL) : nullptr;
+        return std::string("Violation of UNIQUE KEY constraint '") + (constraint ? constraint : "") +
+               "'. Cannot insert duplicate key in object '" + (table ? table : "") + "'. (" + (detail ? detail : message) + ")";
+    }
     if (code == "22001") return "String or binary data would be truncated. (" + message + ")";
     if (code == "21000")
         return "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= or "
                "when the subquery is used as an expression.";
     if (code == "22003") {
-        if (message.find("smallint") != std::string::npos || message.find("integer") != std::string::npos)
-            return "Arithmetic overflow error converting expression to data type int.";
+        if (message.find("smallint") != std::string::npos) return "Arithmetic overflow error converting expression to data type smallint.";
+        if (message.find("integer") != std::string::npos) return "Arithmetic overflow error converting expression to data type int.";
         if (message.find("bigint") != std::string::npos) return "Arithmetic overflow error converting expression to data type bigint.";
         if (message.find("numeric") != std::string::npos) return "Arithmetic overflow error converting numeric to data type numeric.";
     }
@@ -166,7 +175,7 @@ PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(co
     // secondary strength (case and width ignored), digits and Latin letters before Chinese as
     // SQL Server sorts them. Two connections may race to create it.
     runNative("SET client_min_messages = warning");
-    runNative("SET datestyle = 'ISO, YMD'");
+    runNative("SET datestyle = 'ISO, MDY'");  // '08/30/2006' is August 30th, as SQL Server reads it
     const ResultSet existing = runNative("SELECT 1 FROM pg_collation WHERE collname = 'qx'");
     if (existing.rows.empty()) {
         try {
@@ -240,9 +249,11 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
 }
 
 ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool& produced) {
-    if (statement.procedure)
-        throw Error("procedure " + statement.procedure->name + " is not available on PostgreSQL yet", statement.text, statement.line,
-                    statement.column);
+    if (statement.procedure) {
+        const std::string& name = statement.procedure->name;
+        throw Error(procedureExists(name) ? "procedure " + name + " is not available on PostgreSQL yet" : "unknown procedure: " + name,
+                    statement.text, statement.line, statement.column);
+    }
     const auto sqls = tsql::emitPostgres(statement, *catalog_);
     // The server names result columns by their folded names; give them back as written.
     const auto written = statement.returnsRows ? tsql::resultColumnsPostgres(statement, *catalog_) : std::vector<tsql::CatalogColumn>{};

@@ -242,6 +242,58 @@ BEGIN
   RETURN t;
 END $q$)",
         "CREATE FUNCTION qx_float_text(text) RETURNS text LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT $1$q$",
+        // LEFT and RIGHT refuse a negative count.
+        R"(CREATE FUNCTION qx_count(bigint, text) RETURNS integer LANGUAGE plpgsql IMMUTABLE AS $q$
+BEGIN
+  IF $1 < 0 THEN RAISE EXCEPTION 'Invalid length parameter passed to the % function.', $2; END IF;
+  RETURN least($1, 2147483647);
+END $q$)",
+        // DATALENGTH of a number or date: the size SQL Server stores it in.
+        "CREATE FUNCTION qx_sized(bigint, integer) RETURNS integer LANGUAGE sql IMMUTABLE AS $q$SELECT CASE WHEN $1 IS NULL THEN NULL ELSE $2 END$q$",
+        "CREATE FUNCTION qx_sized(double precision, integer) RETURNS integer LANGUAGE sql IMMUTABLE AS "
+        "$q$SELECT CASE WHEN $1 IS NULL THEN NULL ELSE $2 END$q$",
+        "CREATE FUNCTION qx_sized(numeric, integer) RETURNS integer LANGUAGE sql IMMUTABLE AS $q$SELECT CASE WHEN $1 IS NULL THEN NULL ELSE $2 END$q$",
+        "CREATE FUNCTION qx_sized(timestamp, integer) RETURNS integer LANGUAGE sql IMMUTABLE AS "
+        "$q$SELECT CASE WHEN $1 IS NULL THEN NULL ELSE $2 END$q$",
+        // CAST(x AS smalldatetime): to the nearest minute, 1900-01-01 to 2079-06-06.
+        R"(CREATE FUNCTION qx_smalldatetime(timestamp) RETURNS timestamp(0) LANGUAGE plpgsql IMMUTABLE STRICT AS $q$
+DECLARE d timestamp(0) := date_trunc('minute', $1 + INTERVAL '30 seconds');
+BEGIN
+  IF d < '1900-01-01' OR d >= '2079-06-07' THEN
+    RAISE EXCEPTION 'The conversion of a varchar data type to a smalldatetime data type resulted in an out-of-range value.';
+  END IF;
+  RETURN d;
+END $q$)",
+        // CONVERT(datetime, text, style): the day, month and year in the style's order.
+        R"(CREATE FUNCTION qx_datetime(text, integer) RETURNS timestamp(0) LANGUAGE plpgsql STABLE STRICT AS $q$
+DECLARE t text := btrim($1 COLLATE "C");
+BEGIN
+  RETURN CASE
+    WHEN $2 IN (3, 103) THEN to_timestamp(t, 'DD/MM/YYYY HH24:MI:SS')
+    WHEN $2 IN (4, 104) THEN to_timestamp(t, 'DD.MM.YYYY HH24:MI:SS')
+    WHEN $2 IN (5, 105) THEN to_timestamp(t, 'DD-MM-YYYY HH24:MI:SS')
+    WHEN $2 IN (13, 113) THEN to_timestamp(t, 'DD Mon YYYY HH24:MI:SS:MS')
+    WHEN $2 IN (6, 106) THEN to_timestamp(t, 'DD Mon YYYY')
+    ELSE t::timestamp(0) END::timestamp(0);
+EXCEPTION WHEN others THEN
+  RAISE EXCEPTION 'Conversion failed when converting date and/or time from character string.';
+END $q$)",
+        "CREATE FUNCTION qx_datetime(timestamp, integer) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT $1::timestamp(0)$q$",
+        // DATEDIFF of the parts the dialect does not write itself: boundaries crossed.
+        R"(CREATE FUNCTION qx_datediff(text, timestamp, timestamp) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS $q$
+SELECT CASE lower($1 COLLATE "C")
+  WHEN 'hour' THEN h WHEN 'hh' THEN h
+  WHEN 'minute' THEN h * 60 + (date_part('minute', $3) - date_part('minute', $2))::bigint
+  WHEN 'mi' THEN h * 60 + (date_part('minute', $3) - date_part('minute', $2))::bigint
+  WHEN 'n' THEN h * 60 + (date_part('minute', $3) - date_part('minute', $2))::bigint
+  WHEN 'second' THEN floor(date_part('epoch', date_trunc('second', $3)) - date_part('epoch', date_trunc('second', $2)))::bigint
+  WHEN 'ss' THEN floor(date_part('epoch', date_trunc('second', $3)) - date_part('epoch', date_trunc('second', $2)))::bigint
+  WHEN 's' THEN floor(date_part('epoch', date_trunc('second', $3)) - date_part('epoch', date_trunc('second', $2)))::bigint
+  WHEN 'week' THEN w WHEN 'wk' THEN w WHEN 'ww' THEN w
+  WHEN 'quarter' THEN q WHEN 'qq' THEN q WHEN 'q' THEN q END
+FROM (SELECT (($3::date - $2::date) * 24 + date_part('hour', $3) - date_part('hour', $2))::bigint AS h,
+             (((date_trunc('week', $3 + INTERVAL '1 day'))::date - (date_trunc('week', $2 + INTERVAL '1 day'))::date) / 7)::bigint AS w,
+             ((date_part('year', $3) - date_part('year', $2)) * 4 + date_part('quarter', $3) - date_part('quarter', $2))::bigint AS q) v$q$)",
     };
     return functions;
 }

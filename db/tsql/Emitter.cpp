@@ -910,7 +910,7 @@ private:
         }
         text += ")";
         // SQL Server averages integers as integers
-        if (name == "AVG" && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer) return "CAST(" + text + " AS INTEGER)";
+        if (name == "AVG" && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer) return d_.integerAverage(text);
         if (name == "SUM") return exactDecimal(text, e, scope);
         return text;
     }

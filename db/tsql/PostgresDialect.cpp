@@ -189,7 +189,9 @@ public:
         }
         return "CAST(" + part(format) + " AS " + type + ")";
     }
-    std::string toInteger(const std::string& value) const override { return "CAST(" + value + " AS INTEGER)"; }
+    // SQL Server cuts the fraction off (CAST(2.7 AS int) is 2); PostgreSQL would round.
+    std::string toInteger(const std::string& value) const override { return "CAST(trunc(" + value + ") AS INTEGER)"; }
+    std::string integerAverage(const std::string& average) const override { return "CAST(trunc(" + average + ") AS INTEGER)"; }
     std::string toReal(const std::string& value, std::optional<int> scale) const override {
         if (scale) return "CAST(" + value + " AS NUMERIC(38," + std::to_string(*scale) + "))";
         return "CAST(" + value + " AS DOUBLE PRECISION)";
@@ -208,8 +210,18 @@ public:
     std::string ifNull(const std::string& value, const std::string& fallback) const override {
         return "COALESCE(" + value + ", " + fallback + ")";
     }
-    std::string left(const std::string& text, const std::string& count) const override { return "left(" + text + ", " + count + ")"; }
-    std::string right(const std::string& text, const std::string& count) const override { return "right(" + text + ", " + count + ")"; }
+    // A negative count is an error on SQL Server (PostgreSQL would count from the other end); a
+    // count written as a number needs no check.
+    std::string left(const std::string& text, const std::string& count) const override {
+        return "left(" + text + ", " + checkedCount(count, "left") + ")";
+    }
+    std::string right(const std::string& text, const std::string& count) const override {
+        return "right(" + text + ", " + checkedCount(count, "right") + ")";
+    }
+    static std::string checkedCount(const std::string& count, const char* function) {
+        if (!count.empty() && count.find_first_not_of("0123456789") == std::string::npos) return count;
+        return "qx_count(" + count + ", '" + function + "')";
+    }
     std::string length(const std::string& text) const override { return "length(rtrim(" + text + "))"; }
     // Case and width ignored: both sides folded to NFKC (full-width letters become ASCII) and
     // lower case, then searched under "C" (PostgreSQL 15 refuses substring searches on the
@@ -248,7 +260,13 @@ public:
             if (kind == "float" || kind == "datetime" || kind == "bit") return "qx_try_" + kind + "(" + args[0] + ")";
             return "qx_try_int(" + args[0] + ", " + args[1] + ")";
         }
+        if (helper == "datetime" && args.size() == 2) return "qx_datetime(" + args[0] + ", " + args[1] + ")";
         if (helper == "datetime" && !args.empty()) return "CAST(" + args[0] + " AS TIMESTAMP(0))";
+        if (helper == "concat") {  // NULL is an empty text, as on SQL Server
+            std::string text = "concat(";
+            for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : "") + args[i];
+            return text + ")";
+        }
         if (helper == "date" && args.size() == 1) return "CAST(CAST(" + args[0] + " AS DATE) AS TIMESTAMP(0))";
         if (helper == "substring" && args.size() == 3) return "substr(" + args[0] + ", " + args[1] + ", " + args[2] + ")";
         std::string text = "qx_" + std::string(helper) + "(";
