@@ -251,6 +251,13 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
 ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool& produced) {
     if (statement.procedure) {
         const std::string& name = statement.procedure->name;
+        // SYS_M @sqltext='<T-SQL>': the text it is handed, in the same transaction.
+        if (sameName(name, "SYS_M")) {
+            const auto text = procedureArgument(*statement.procedure, "sqltext");
+            if (!text) throw Error("SYS_M needs the argument @sqltext", statement.text, statement.line, statement.column);
+            produced = true;
+            return runStatements(*text);
+        }
         throw Error(procedureExists(name) ? "procedure " + name + " is not available on PostgreSQL yet" : "unknown procedure: " + name,
                     statement.text, statement.line, statement.column);
     }

@@ -287,6 +287,26 @@ TEST(PostgresShopTest, AFreshShopHasEveryTableAndColumnOfTheSqliteShop) {
     EXPECT_THROW(postgres.execute("INSERT INTO d1004 (CLASS_ID) VALUES ('AB')"), qx::db::Error);
 }
 
+TEST_F(PostgresDatabaseTest, SysMRunsTheTextItIsHandedAndOtherProceduresAreNamed) {
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('M1', 4)");
+    const auto rows =
+        db_->open("EXEC SYS_M @param=1, @sqltext='SELECT ItemNo, Qty * 2 AS Twice FROM Items WHERE ItemNo = ''m1'''").rows;
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(text(rows[0][0]), "M1");
+    EXPECT_EQ(std::get<std::int64_t>(rows[0][1]), 8);
+    auto message = [&](const char* batch) {
+        try {
+            db_->open(batch);
+        } catch (const qx::db::Error& e) {
+            return std::string(e.what());
+        }
+        return std::string("no error");
+    };
+    EXPECT_EQ(message("EXEC no_such_thing @a=1"), "unknown procedure: no_such_thing");
+    EXPECT_EQ(message("EXEC SYS_ZM @ck_id='ZC'"), "procedure SYS_ZM is not available on PostgreSQL yet");
+    EXPECT_EQ(message("EXEC SYS_M @param=1"), "SYS_M needs the argument @sqltext");
+}
+
 TEST(PostgresShopTest, CreatingTheTablesTwiceFailsAndKeepsTheFirstOnes) {
     auto* server = qx::test::PostgresServer::instance();
     if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
