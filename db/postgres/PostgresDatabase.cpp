@@ -224,6 +224,8 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
     Result result{PQexec(conn_, sql.c_str())};
     const auto status = PQresultStatus(result.r);
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY) {
+        const char* state = PQresultErrorField(result.r, PG_DIAG_SQLSTATE);
+        lastState_ = state ? state : "";
         const std::string message = messageOf(result.r, conn_);
         if (origin) throw Error(asWritten(message, origin->text), origin->text, origin->line, origin->column);
         throw Error(message, sql);
@@ -299,15 +301,30 @@ ResultSet PostgresDatabase::runStatements(std::string_view tsqlBatch) {
 // negative-stock guard is checked when the transaction commits (a deferred trigger), so its
 // message comes from COMMIT. A maintenance batch turns the guards off for its transaction only.
 ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenance) {
-    runNative("BEGIN");
-    try {
-        if (maintenance) runNative("SELECT set_config('qx.maintenance', 'on', true)");
-        ResultSet last = runStatements(tsqlBatch);
-        runNative("COMMIT");
-        return last;
-    } catch (...) {
-        rollback();
-        throw;
+    // A batch the server cancelled to break a deadlock with another connection, or for a
+    // serialization failure, left nothing behind: it runs again, a few times at most.
+    constexpr int kAttempts = 4;
+    for (int attempt = 1;; ++attempt) {
+        lastState_.clear();
+        runNative("BEGIN");
+        try {
+            if (maintenance) runNative("SELECT set_config('qx.maintenance', 'on', true)");
+            ResultSet last = runStatements(tsqlBatch);
+            runNative("COMMIT");
+            return last;
+        } catch (const Error& e) {
+            rollback();
+            const bool retryable = lastState_ == "40P01" || lastState_ == "40001";
+            if (retryable && attempt < kAttempts) continue;
+            if (retryable)
+                throw Error("the batch collided with other terminals' work " + std::to_string(kAttempts) +
+                                " times and was given up; nothing of it was kept (" + e.what() + ")",
+                            e.statement(), e.line(), e.column());
+            throw;
+        } catch (...) {
+            rollback();
+            throw;
+        }
     }
 }
 

@@ -57,6 +57,7 @@ private:
 
     pg_conn* conn_ = nullptr;
     std::string location_;
+    std::string lastState_;  // SQLSTATE of the last failed statement
     std::unique_ptr<tsql::Catalog> catalog_;
 };
 

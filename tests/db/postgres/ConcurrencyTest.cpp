@@ -119,6 +119,37 @@ TEST_P(Concurrency, OfTwoSalesOfTheLastPieceExactlyOneSucceeds) {
     EXPECT_EQ(count(*admin, "V_CHECKKC"), 0) << "every stock row equals its recomputation";
 }
 
+// Two terminals write the same two rows in opposite orders at once: the server breaks the
+// deadlock by cancelling one batch, which leaves nothing and runs again; both saves go through.
+TEST_P(Concurrency, ABatchCancelledToBreakADeadlockRunsAgain) {
+    if (GetParam() != "postgresql") GTEST_SKIP() << "SQLite takes the write lock at the start of a batch: no deadlock to break";
+    std::unique_ptr<db::Database> terminals[2] = {db::openDatabase(location), db::openDatabase(location)};
+    std::barrier start(2);
+    std::string outcome[2];
+    auto save = [&](int t) {
+        const std::string name = t == 0 ? "甲" : "乙";
+        const std::string first = t == 0 ? "ZC" : "MD1", second = t == 0 ? "MD1" : "ZC";
+        start.arrive_and_wait();
+        try {
+            // the pause makes both hold their first row before they ask for the second
+            terminals[t]->execute("UPDATE d1007 SET CK_NAME='" + name + "' WHERE CK_ID='" + first + "';SELECT pg_sleep(0.3);" +
+                                  "UPDATE d1007 SET CK_NAME='" + name + "' WHERE CK_ID='" + second + "'");
+            outcome[t] = "saved";
+        } catch (const db::Error& e) {
+            outcome[t] = e.what();
+        }
+    };
+    std::thread first(save, 0), second(save, 1);
+    first.join();
+    second.join();
+    EXPECT_EQ(outcome[0], "saved");
+    EXPECT_EQ(outcome[1], "saved");
+    auto db = db::openDatabase(location);
+    const auto names = db->open("SELECT CK_NAME FROM d1007 WHERE CK_ID IN ('ZC','MD1')").rows;
+    ASSERT_EQ(names.size(), 2u);
+    EXPECT_EQ(text(names[0][0]), text(names[1][0])) << "each batch wrote both rows or none";
+}
+
 INSTANTIATE_TEST_SUITE_P(Engines, Concurrency, ::testing::ValuesIn(engines()), engineTestName);
 
 }  // namespace
