@@ -1,5 +1,6 @@
 #include "db/postgres/PostgresDatabase.h"
 
+#include "db/BatchStatements.h"
 #include "db/postgres/PostgresRuntime.h"
 #include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Procedures.h"
@@ -288,13 +289,7 @@ void PostgresDatabase::rollback() {
 
 // The statements of a batch inside the running transaction; the last result set produced.
 ResultSet PostgresDatabase::runStatements(std::string_view tsqlBatch) {
-    ResultSet last;
-    for (const auto& statement : tsql::parseBatch(tsqlBatch)) {
-        bool produced = false;
-        ResultSet result = runStatement(statement, produced);
-        if (produced) last = std::move(result);
-    }
-    return last;
+    return lastResultOfEach(tsqlBatch, [this](const tsql::Statement& statement, bool& produced) { return runStatement(statement, produced); });
 }
 
 // One transaction per batch: the first failing statement rolls every earlier one back. The

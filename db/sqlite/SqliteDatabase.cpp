@@ -12,6 +12,7 @@
 #include <ctime>
 #include <filesystem>
 
+#include "db/BatchStatements.h"
 #include "db/Progress.h"
 #include "db/procedures/ClosingSnapshots.h"
 #include "db/sqlite/PostingRules.h"
@@ -249,13 +250,7 @@ void SqliteDatabase::execute(std::string_view tsqlBatch, const ExecOptions& opti
 }
 
 ResultSet SqliteDatabase::runWithinTransaction(std::string_view tsqlBatch) {
-    ResultSet last;
-    for (const auto& statement : tsql::parseBatch(tsqlBatch)) {
-        bool produced = false;
-        ResultSet result = runStatement(statement, produced);
-        if (produced) last = std::move(result);
-    }
-    return last;
+    return lastResultOfEach(tsqlBatch, [this](const tsql::Statement& statement, bool& produced) { return runStatement(statement, produced); });
 }
 
 ResultSet SqliteDatabase::runStatement(const tsql::Statement& statement, bool& produced) {

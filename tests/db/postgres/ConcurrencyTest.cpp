@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <barrier>
 #include <fstream>
 #include <set>
@@ -15,6 +16,26 @@
 
 namespace qx::dbtest {
 namespace {
+
+// Two terminals send their batches at the same moment; each outcome is "ok" or the error.
+std::array<std::string, 2> atOnce(db::Database& first, db::Database& second, const std::array<std::string, 2>& batches) {
+    db::Database* terminals[2] = {&first, &second};
+    std::barrier start(2);
+    std::array<std::string, 2> outcome;
+    auto send = [&](int t) {
+        start.arrive_and_wait();
+        try {
+            terminals[t]->execute(batches[t]);
+            outcome[t] = "ok";
+        } catch (const db::Error& e) {
+            outcome[t] = e.what();
+        }
+    };
+    std::thread a(send, 0), b(send, 1);
+    a.join();
+    b.join();
+    return outcome;
+}
 
 class Concurrency : public ::testing::TestWithParam<std::string> {
 protected:
@@ -90,27 +111,16 @@ TEST_P(Concurrency, OfTwoSalesOfTheLastPieceExactlyOneSucceeds) {
         admin->execute("INSERT INTO D8101(T,NOID,CK_ID,BDATE) VALUES ('1','" + receipt + "','ZC','2026-05-10');"
                        "INSERT INTO D8101A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) VALUES ('" + receipt + "','K201','K2','01','ZC',1);");
         ASSERT_EQ(stock(*admin, "K201", "ZC"), sizes({1}));
-        std::barrier start(2);
-        std::string outcome[2];
-        auto sell = [&](int t) {
+        auto sale = [&](int t) {
             const std::string noid = "S" + std::to_string(round) + "_" + std::to_string(t);
-            start.arrive_and_wait();
-            try {
-                terminals[t]->execute("INSERT INTO D8201(T,NOID,CK_ID,BDATE) VALUES ('1','" + noid + "','ZC','2026-05-11');"
-                                      "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) VALUES ('" + noid +
-                                      "','K201','K2','01','ZC','1');");
-                outcome[t] = "sold";
-            } catch (const db::Error& e) {
-                outcome[t] = e.what();
-            }
+            return "INSERT INTO D8201(T,NOID,CK_ID,BDATE) VALUES ('1','" + noid + "','ZC','2026-05-11');"
+                   "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) VALUES ('" + noid + "','K201','K2','01','ZC','1');";
         };
-        std::thread first(sell, 0), second(sell, 1);
-        first.join();
-        second.join();
-        const int sold = (outcome[0] == "sold") + (outcome[1] == "sold");
+        const auto outcome = atOnce(*terminals[0], *terminals[1], {sale(0), sale(1)});
+        const int sold = (outcome[0] == "ok") + (outcome[1] == "ok");
         EXPECT_EQ(sold, 1) << outcome[0] << " / " << outcome[1];
         for (const auto& o : outcome)
-            if (o != "sold") EXPECT_EQ(o, "库存不足支持本次出库业务");
+            if (o != "ok") EXPECT_EQ(o, "库存不足支持本次出库业务");
         EXPECT_EQ(stock(*admin, "K201", "ZC"), sizes({0}));
         const std::string sales = "NOID IN ('S" + std::to_string(round) + "_0', 'S" + std::to_string(round) + "_1')";
         EXPECT_EQ(count(*admin, "D8201", sales), 1) << "the refused sale left its head";
@@ -124,26 +134,14 @@ TEST_P(Concurrency, OfTwoSalesOfTheLastPieceExactlyOneSucceeds) {
 TEST_P(Concurrency, ABatchCancelledToBreakADeadlockRunsAgain) {
     if (GetParam() != "postgresql") GTEST_SKIP() << "SQLite takes the write lock at the start of a batch: no deadlock to break";
     std::unique_ptr<db::Database> terminals[2] = {db::openDatabase(location), db::openDatabase(location)};
-    std::barrier start(2);
-    std::string outcome[2];
-    auto save = [&](int t) {
-        const std::string name = t == 0 ? "甲" : "乙";
-        const std::string first = t == 0 ? "ZC" : "MD1", second = t == 0 ? "MD1" : "ZC";
-        start.arrive_and_wait();
-        try {
-            // the pause makes both hold their first row before they ask for the second
-            terminals[t]->execute("UPDATE d1007 SET CK_NAME='" + name + "' WHERE CK_ID='" + first + "';SELECT pg_sleep(0.3);" +
-                                  "UPDATE d1007 SET CK_NAME='" + name + "' WHERE CK_ID='" + second + "'");
-            outcome[t] = "saved";
-        } catch (const db::Error& e) {
-            outcome[t] = e.what();
-        }
+    auto save = [](const std::string& name, const std::string& first, const std::string& second) {
+        // the pause makes both hold their first row before they ask for the second
+        return "UPDATE d1007 SET CK_NAME='" + name + "' WHERE CK_ID='" + first + "';SELECT pg_sleep(0.3);" +
+               "UPDATE d1007 SET CK_NAME='" + name + "' WHERE CK_ID='" + second + "'";
     };
-    std::thread first(save, 0), second(save, 1);
-    first.join();
-    second.join();
-    EXPECT_EQ(outcome[0], "saved");
-    EXPECT_EQ(outcome[1], "saved");
+    const auto outcome = atOnce(*terminals[0], *terminals[1], {save("甲", "ZC", "MD1"), save("乙", "MD1", "ZC")});
+    EXPECT_EQ(outcome[0], "ok");
+    EXPECT_EQ(outcome[1], "ok");
     auto db = db::openDatabase(location);
     const auto names = db->open("SELECT CK_NAME FROM d1007 WHERE CK_ID IN ('ZC','MD1')").rows;
     ASSERT_EQ(names.size(), 2u);

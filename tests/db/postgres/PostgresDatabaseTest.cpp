@@ -31,6 +31,15 @@ protected:
     std::unique_ptr<qx::db::Database> connect() {
         return qx::db::openPostgres(uri_);
     }
+    // The message a batch fails with, or "no error".
+    std::string errorOf(const std::string& batch) {
+        try {
+            db_->execute(batch);
+        } catch (const qx::db::Error& e) {
+            return e.what();
+        }
+        return "no error";
+    }
     void SetUp() override {
         server_ = qx::test::PostgresServer::instance();
         if (!server_) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
@@ -86,14 +95,7 @@ TEST_F(PostgresDatabaseTest, AnErrorCarriesTheServersMessageAndTheStatement) {
 
 // The messages the module and its users know, in SQL Server's words.
 TEST_F(PostgresDatabaseTest, ErrorsReadAsSqlServersDo) {
-    const auto message = [&](const char* batch) {
-        try {
-            db_->execute(batch);
-        } catch (const qx::db::Error& e) {
-            return std::string(e.what());
-        }
-        return std::string("no error");
-    };
+    const auto message = [&](const std::string& batch) { return errorOf(batch); };
     EXPECT_EQ(message("SELECT * FROM NoTable"), "Invalid object name 'NoTable'.");
     EXPECT_EQ(message("SELECT * FROM #none"), "Invalid object name '#none'.");
     EXPECT_EQ(message("SELECT 1 / 0"), "Divide by zero error encountered.");
@@ -294,17 +296,9 @@ TEST_F(PostgresDatabaseTest, SysMRunsTheTextItIsHandedAndOtherProceduresAreNamed
     ASSERT_EQ(rows.size(), 1u);
     EXPECT_EQ(text(rows[0][0]), "M1");
     EXPECT_EQ(std::get<std::int64_t>(rows[0][1]), 8);
-    auto message = [&](const char* batch) {
-        try {
-            db_->open(batch);
-        } catch (const qx::db::Error& e) {
-            return std::string(e.what());
-        }
-        return std::string("no error");
-    };
-    EXPECT_EQ(message("EXEC no_such_thing @a=1"), "unknown procedure: no_such_thing");
-    EXPECT_EQ(message("EXEC SYS_ZM @ck_id='ZC'"), "procedure SYS_ZM is not available on PostgreSQL yet");
-    EXPECT_EQ(message("EXEC SYS_M @param=1"), "SYS_M needs the argument @sqltext");
+    EXPECT_EQ(errorOf("EXEC no_such_thing @a=1"), "unknown procedure: no_such_thing");
+    EXPECT_EQ(errorOf("EXEC SYS_ZM @ck_id='ZC'"), "procedure SYS_ZM is not available on PostgreSQL yet");
+    EXPECT_EQ(errorOf("EXEC SYS_M @param=1"), "SYS_M needs the argument @sqltext");
 }
 
 TEST(PostgresShopTest, CreatingTheTablesTwiceFailsAndKeepsTheFirstOnes) {
