@@ -175,8 +175,7 @@ PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(co
     // Text compares like SQL Server's Chinese case-insensitive collation: ICU Chinese (pinyin),
     // secondary strength (case and width ignored), digits and Latin letters before Chinese as
     // SQL Server sorts them. Two connections may race to create it.
-    runNative("SET client_min_messages = warning");
-    runNative("SET datestyle = 'ISO, MDY'");  // '08/30/2006' is August 30th, as SQL Server reads it
+    configureSession();
     const ResultSet existing = runNative("SELECT 1 FROM pg_collation WHERE collname = 'qx'");
     if (existing.rows.empty()) {
         try {
@@ -186,6 +185,25 @@ PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(co
         }
     }
     installRuntime();
+}
+
+void PostgresDatabase::configureSession() {
+    runNative("SET client_min_messages = warning");
+    runNative("SET datestyle = 'ISO, MDY'");  // '08/30/2006' is August 30th, as SQL Server reads it
+}
+
+// A connection the server or the network dropped is opened again before the next batch (the
+// connection's temp tables are gone with it).
+void PostgresDatabase::reconnectIfLost() {
+    if (PQstatus(conn_) == CONNECTION_OK) return;
+    PQreset(conn_);
+    if (PQstatus(conn_) != CONNECTION_OK) {
+        std::string message = PQerrorMessage(conn_);
+        while (!message.empty() && message.back() == '\n') message.pop_back();
+        throw Error("cannot connect to the PostgreSQL server: " + message);
+    }
+    PQsetClientEncoding(conn_, "UTF8");
+    configureSession();
 }
 
 // The helpers go in once, all together; a connection racing another one to create them accepts
@@ -227,7 +245,14 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY) {
         const char* state = PQresultErrorField(result.r, PG_DIAG_SQLSTATE);
         lastState_ = state ? state : "";
-        const std::string message = messageOf(result.r, conn_);
+        std::string message = messageOf(result.r, conn_);
+        if (PQstatus(conn_) == CONNECTION_BAD) {
+            // Killed by the server's administrator, a restart or the network: the server keeps
+            // nothing of a transaction that did not commit.
+            std::string reason = message;
+            while (!reason.empty() && (reason.back() == '\n' || reason.back() == ' ')) reason.pop_back();
+            message = "the connection to the database server was lost; nothing of the unfinished batch was kept (" + reason + ")";
+        }
         if (origin) throw Error(asWritten(message, origin->text), origin->text, origin->line, origin->column);
         throw Error(message, sql);
     }
@@ -284,7 +309,7 @@ ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool&
 
 // Ends a failed transaction (a failing COMMIT has ended it already).
 void PostgresDatabase::rollback() {
-    if (PQtransactionStatus(conn_) != PQTRANS_IDLE) Result done{PQexec(conn_, "ROLLBACK")};
+    if (PQstatus(conn_) == CONNECTION_OK && PQtransactionStatus(conn_) != PQTRANS_IDLE) Result done{PQexec(conn_, "ROLLBACK")};
 }
 
 // The statements of a batch inside the running transaction; the last result set produced.
@@ -299,6 +324,7 @@ ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenanc
     // A batch the server cancelled to break a deadlock with another connection, or for a
     // serialization failure, left nothing behind: it runs again, a few times at most.
     constexpr int kAttempts = 4;
+    reconnectIfLost();
     for (int attempt = 1;; ++attempt) {
         lastState_.clear();
         runNative("BEGIN");
@@ -354,6 +380,7 @@ void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions& op
 // The counter row of the function code and month is created or bumped in one statement; the row
 // lock makes concurrent callers, in any process or on any host, wait for each other.
 std::string PostgresDatabase::nextDocumentNumber(std::string_view funcNo) {
+    reconnectIfLost();
     const std::string func(funcNo.substr(0, 3));
     const char* sql =
         "INSERT INTO sys_noid (func_no, period, seq) VALUES ($1, to_char(LOCALTIMESTAMP, 'YYMM'), 1) "
@@ -365,6 +392,7 @@ std::string PostgresDatabase::nextDocumentNumber(std::string_view funcNo) {
 }
 
 bool PostgresDatabase::maySummariseStocktake(std::string_view warehouse) {
+    reconnectIfLost();
     const std::string wh(warehouse);
     const char* sql = "SELECT count(*) FROM d8303 WHERE t = 1 AND coalesce(y, 0) <> 1 AND (ck_id = $1 OR ck_id_in = $1)";
     const char* params[] = {wh.c_str()};

@@ -49,6 +49,8 @@ public:
 
 private:
     void installRuntime();
+    void configureSession();
+    void reconnectIfLost();
     void rollback();
     ResultSet runBatch(std::string_view tsqlBatch, bool maintenance = false);
     ResultSet runStatements(std::string_view tsqlBatch);

@@ -1,6 +1,7 @@
 #pragma once
 // The one table of stock posting rules. Everything that moves or recomputes stock derives from
-// it: the SQLite triggers that post document lines into d1802, the movement stream view
+// it: the triggers that post document lines into d1802 (SQLite triggers, and the same as PL/pgSQL
+// for PostgreSQL), the movement stream view
 // (V_QX_MOVES) and the balance view V_CHECKKC.
 #include <string>
 #include <utility>

@@ -5,6 +5,8 @@
 #include <sqlite3.h>
 
 #include <cctype>
+#include <chrono>
+#include <thread>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -299,6 +301,29 @@ TEST_F(PostgresDatabaseTest, SysMRunsTheTextItIsHandedAndOtherProceduresAreNamed
     EXPECT_EQ(errorOf("EXEC no_such_thing @a=1"), "unknown procedure: no_such_thing");
     EXPECT_EQ(errorOf("EXEC SYS_ZM @ck_id='ZC'"), "procedure SYS_ZM is not available on PostgreSQL yet");
     EXPECT_EQ(errorOf("EXEC SYS_M @param=1"), "SYS_M needs the argument @sqltext");
+}
+
+// The server ends the connection while a batch runs (an administrator, a restart): the batch
+// fails clearly, nothing of it is kept, and the next batch opens the connection again.
+TEST_F(PostgresDatabaseTest, AConnectionKilledMidBatchKeepsNothingAndTheNextBatchReconnects) {
+    const auto pid = std::to_string(std::get<std::int64_t>(db_->open("SELECT pg_backend_pid()").rows.at(0).at(0)));
+    auto admin = connect();
+    std::thread killer([&] {
+        // once the batch is in its pause, after its first insert
+        for (int i = 0; i < 200; ++i) {
+            if (!admin->open("SELECT 1 FROM pg_stat_activity WHERE pid = " + pid + " AND query LIKE '%pg[_]sleep%'").rows.empty()) break;
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+        admin->open("SELECT pg_terminate_backend(" + pid + ")");
+    });
+    const std::string message =
+        errorOf("INSERT INTO Items (ItemNo, Qty) VALUES ('K1', 1); SELECT pg_sleep(30); INSERT INTO Items (ItemNo, Qty) VALUES ('K2', 2)");
+    killer.join();
+    EXPECT_EQ(message.rfind("the connection to the database server was lost; nothing of the unfinished batch was kept", 0), 0u)
+        << message;
+    EXPECT_EQ(admin->open("SELECT COUNT(*) FROM Items").rows[0][0], Value(std::int64_t{0}));
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('K3', 3)");
+    EXPECT_EQ(admin->open("SELECT ItemNo FROM Items").rows.at(0).at(0), Value(std::string("K3")));
 }
 
 TEST(PostgresShopTest, CreatingTheTablesTwiceFailsAndKeepsTheFirstOnes) {
