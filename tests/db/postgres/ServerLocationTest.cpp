@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "db/DbTestSupport.h"
+#include "db/tools/ShopCopy.h"
 
 namespace qx::dbtest {
 namespace {
@@ -79,6 +80,30 @@ TEST_F(ServerLocation, TheDemoShopOnAServerHasTheSameStockAsInAFile) {
     EXPECT_EQ(count(*onServer, "V_CHECKKC"), 0);
     EXPECT_GT(summary.documents, 100);
     EXPECT_THROW(demo::createDemoDatabase(uri, options), db::Error) << "a second demo into the same shop";
+}
+
+// qxck-copy --from shop.db --to postgresql://…: every row of every table, the number counters and
+// the stock rows arrive as they are; the copy balances; a target that holds a shop is refused.
+TEST_F(ServerLocation, AShopMovesFromItsFileToAServerWithEveryRow) {
+    const std::string uri = server->freshDatabase();
+    const auto summary = demo::copyShop(sharedDemoShop(), uri);
+    auto file = db::openSqlite(sharedDemoShop());
+    auto copy = db::openDatabase(uri);
+    ASSERT_GT(summary.rows.size(), 30u);
+    for (const auto& [table, rows] : summary.rows) {
+        EXPECT_EQ(count(*copy, table), count(*file, table)) << table;
+        EXPECT_EQ(rows, count(*file, table)) << table;
+    }
+    const std::string stockTotals = "SELECT COUNT(*), SUM(KC), SUM(K0 + 2*K1 + 3*K2 + 4*K3), SUM(B0 + B1), SUM(BEGIN_MONEY) FROM d1802";
+    const auto copied = copy->open(stockTotals).rows.at(0), original = file->open(stockTotals).rows.at(0);
+    for (std::size_t i = 0; i < copied.size(); ++i) EXPECT_EQ(text(copied[i]), text(original[i])) << "column " << i;
+    const std::string money = "SELECT SUM(a.MONEY), MAX(a.NOTE), MIN(h.BDATE) FROM D8101A a JOIN D8101 h ON h.NOID = a.NOID";
+    const auto copiedMoney = copy->open(money).rows.at(0), originalMoney = file->open(money).rows.at(0);
+    for (std::size_t i = 0; i < copiedMoney.size(); ++i) EXPECT_EQ(text(copiedMoney[i]), text(originalMoney[i])) << "column " << i;
+    EXPECT_EQ(text(scalar(*copy, "SELECT MAX(SEQ) FROM sys_noid")), text(scalar(*file, "SELECT MAX(SEQ) FROM sys_noid")))
+        << "the number counters came along";
+    EXPECT_EQ(count(*copy, "V_CHECKKC"), 0) << "the stock rows equal the documents' recomputation";
+    EXPECT_THROW(demo::copyShop(sharedDemoShop(), uri), db::Error) << "a target that holds a shop";
 }
 
 }  // namespace
