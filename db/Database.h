@@ -83,4 +83,14 @@ std::unique_ptr<Database> openSqlite(const std::string& path, bool create = fals
 // ("postgresql://user@host:port/shop"). Throws Error when the server cannot be reached.
 std::unique_ptr<Database> openPostgres(const std::string& connection);
 
+// True for a location naming a database on a PostgreSQL server ("postgresql://…" or
+// "postgres://…"), false for a path of an SQLite file.
+bool isServerLocation(const std::string& location);
+
+// Opens the shop database a location names, the one place every tool and the host open it
+// from: a PostgreSQL URI connects to that database on its server, anything else is an SQLite
+// file path. With create = true a file or server database without a shop gets the whole shop
+// (tables, views, triggers); without it a database holding no shop is refused.
+std::unique_ptr<Database> openDatabase(const std::string& location, bool create = false);
+
 }  // namespace qx::db

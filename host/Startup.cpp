@@ -18,6 +18,14 @@ QString defaultDatabasePath() {
 }
 
 std::shared_ptr<qx::db::Database> openShopDatabase(const QString& path, bool createDemoIfMissing) {
+    if (qx::db::isServerLocation(path.toStdString())) {
+        // A shop on a PostgreSQL server: no file to check or create (qxck-demo --db URI makes one).
+        try {
+            return std::shared_ptr<qx::db::Database>(qx::db::openDatabase(path.toStdString(), false));
+        } catch (const std::exception& e) {
+            throw std::runtime_error(QString("无法打开数据库 %1: %2").arg(path, QString::fromUtf8(e.what())).toStdString());
+        }
+    }
     const QFileInfo file(path);
     if (!file.exists()) {
         if (!createDemoIfMissing)

@@ -1,5 +1,5 @@
 // qxck: the host application of the stock module.
-//   qxck [--db FILE] [--user ID] [--approval]
+//   qxck [--db FILE|postgresql://…] [--user ID] [--approval]
 // Without --db it opens the demo shop at the default path, generating it on the first start.
 #include <QApplication>
 #include <QCommandLineParser>
@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
     parser.setApplicationDescription("QX_CK: warehouse and stock management of a garment shop.");
     parser.addHelpOption();
     parser.addOption({"db",
-                      "The shop database (SQLite file). Default: the demo shop at " +
+                      "The shop database: an SQLite file or a PostgreSQL URI (postgresql://user@host:port/shop). Default: the demo shop at " +
                           qx::host::defaultDatabasePath() + ", created on first start.",
                       "file"});
     parser.addOption({"user", "User code to preset in the login dialog.", "id"});

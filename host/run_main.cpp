@@ -1,5 +1,5 @@
 // qxck-run: runs a script against the stock module without a display.
-//   qxck-run --db FILE [--user ID --password PW] [--approval] [--today DATE] [--trace] [--out FILE]
+//   qxck-run --db FILE|postgresql://… [--user ID --password PW] [--approval] [--today DATE] [--trace] [--out FILE]
 //   SCRIPT
 // The script language is described in ScriptRunner.md. Exit code 0 when every command ran,
 // 1 when one failed (the output says which line and why), 2 when the run could not start.
@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
     parser.setApplicationDescription(
         "Runs a QX_CK script (see ScriptRunner.md) on a shop database.");
     parser.addHelpOption();
-    parser.addOption({"db", "The shop database (SQLite file).", "file"});
+    parser.addOption({"db", "The shop database: an SQLite file or a PostgreSQL URI (postgresql://user@host:port/shop).", "file"});
     parser.addOption({"user", "Sign in as this user before the script runs.", "id"});
     parser.addOption({"password", "The user's password.", "password"});
     parser.addOption({"approval", "Documents need approval (new documents wait with T=0)."});

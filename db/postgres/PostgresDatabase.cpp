@@ -1,6 +1,11 @@
 #include "db/postgres/PostgresDatabase.h"
 
+#include "db/BatchStatements.h"
+#include "db/postgres/PostgresRuntime.h"
+#include "db/sqlite/PostingRules.h"
+#include "db/sqlite/Procedures.h"
 #include "db/sqlite/Schema.h"
+#include "db/sqlite/SqliteDatabase.h"
 
 #include <libpq-fe.h>
 
@@ -64,15 +69,45 @@ std::string messageOf(const PGresult* result, pg_conn* conn) {
     if (code == "42703") return "Invalid column name '" + nameIn(message) + "'.";
     if (code == "42P01") return "Invalid object name '" + nameIn(message) + "'.";
     if (code == "22012") return "Divide by zero error encountered.";
+    if (code == "22011") return "Invalid length parameter passed to the substring function.";
+    if (code == "23505") {
+        const char* constraint = result ? PQresultErrorField(result, PG_DIAG_CONSTRAINT_NAME) : nullptr;
+        const char* table = result ? PQresultErrorField(result, PG_DIAG_TABLE_NAME) : nullptr;
+        const char* detail = result ? PQresultErrorField(result, PG_DIAG_MESSAGE_DETAIL) : nullptr;
+        return std::string("Violation of UNIQUE KEY constraint '") + (constraint ? constraint : "") +
+               "'. Cannot insert duplicate key in object '" + (table ? table : "") + "'. (" + (detail ? detail : message) + ")";
+    }
     if (code == "22001") return "String or binary data would be truncated. (" + message + ")";
     if (code == "21000")
         return "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= or "
                "when the subquery is used as an expression.";
     if (code == "22003") {
-        if (message.find("smallint") != std::string::npos || message.find("integer") != std::string::npos)
-            return "Arithmetic overflow error converting expression to data type int.";
+        if (message.find("smallint") != std::string::npos) return "Arithmetic overflow error converting expression to data type smallint.";
+        if (message.find("integer") != std::string::npos) return "Arithmetic overflow error converting expression to data type int.";
         if (message.find("bigint") != std::string::npos) return "Arithmetic overflow error converting expression to data type bigint.";
         if (message.find("numeric") != std::string::npos) return "Arithmetic overflow error converting numeric to data type numeric.";
+    }
+    return message;
+}
+
+// Names are stored folded to lower case (the dialect's quoteIdentifier).
+char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool sameName(const std::string& a, const std::string& b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (lowerAscii(a[i]) != lowerAscii(b[i])) return false;
+    return true;
+}
+
+// An unknown name in SQL Server's words names it as the statement wrote it, not folded.
+std::string asWritten(const std::string& message, const std::string& statement) {
+    for (const char* lead : {"Invalid column name '", "Invalid object name '"}) {
+        const std::string prefix = lead;
+        if (message.rfind(prefix, 0) != 0 || message.size() < prefix.size() + 2) continue;
+        const std::string name = message.substr(prefix.size(), message.size() - prefix.size() - 2);
+        for (std::size_t at = 0; at + name.size() <= statement.size(); ++at)
+            if (sameName(statement.substr(at, name.size()), name)) return prefix + statement.substr(at, name.size()) + "'.";
     }
     return message;
 }
@@ -91,7 +126,7 @@ public:
         if (table.size() >= 2 && table.front() == '[' && table.back() == ']') table = table.substr(1, table.size() - 2);
         if (const auto dot = table.rfind('.'); dot != std::string::npos && table.front() != '#') table = table.substr(dot + 1);
         std::string quoted = "\"";
-        for (char c : table) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+        for (char c : table) quoted += c == '"' ? std::string("\"\"") : std::string(1, lowerAscii(c));
         quoted += '"';
         const char* sql =
             "SELECT a.attname, format_type(a.atttypid, a.atttypmod), a.attidentity <> '', a.atttypid, a.atttypmod "
@@ -124,61 +159,6 @@ private:
     pg_conn* conn_;
 };
 
-// The server-side helpers the dialect calls by a qx_ name, created once per database. Each is
-// a plain SQL or PL/pgSQL function with SQL Server's meaning; NULL in gives NULL out (STRICT).
-const std::vector<std::string>& runtimeFunctions() {
-    static const std::vector<std::string> functions = {
-        // a ^ b
-        "CREATE FUNCTION qx_bitxor(integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
-        "CREATE FUNCTION qx_bitxor(bigint, bigint) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
-        // REPLICATE, SPACE: a negative count gives NULL.
-        "CREATE FUNCTION qx_replicate(text, bigint) RETURNS text LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT CASE WHEN $2 < 0 THEN NULL ELSE repeat($1, $2::integer) END'",
-        "CREATE FUNCTION qx_space(bigint) RETURNS text LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT CASE WHEN $1 < 0 THEN NULL ELSE repeat('' '', $1::integer) END'",
-        // EOMONTH(date[, months]): the last day of that month, at midnight.
-        "CREATE FUNCTION qx_eomonth(timestamp, bigint) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT (date_trunc(''month'', $1) + make_interval(months => ($2 + 1)::integer) - INTERVAL ''1 day'')::timestamp(0)'",
-        "CREATE FUNCTION qx_eomonth(timestamp) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS 'SELECT qx_eomonth($1, 0)'",
-        // ROUND(x, places[, truncate]): half away from zero, negative places round left of the
-        // point, the type of x kept.
-        "CREATE FUNCTION qx_round(numeric, integer) RETURNS numeric LANGUAGE sql IMMUTABLE STRICT AS 'SELECT round($1, $2)'",
-        "CREATE FUNCTION qx_round(integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT round($1::numeric, $2)::integer'",
-        "CREATE FUNCTION qx_round(bigint, integer) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT round($1::numeric, $2)::bigint'",
-        "CREATE FUNCTION qx_round(double precision, integer) RETURNS double precision LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT round($1::numeric, $2)::double precision'",
-        "CREATE FUNCTION qx_round(numeric, integer, integer) RETURNS numeric LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT CASE WHEN $3 = 0 THEN round($1, $2) ELSE trunc($1, $2) END'",
-        "CREATE FUNCTION qx_round(integer, integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT qx_round($1::numeric, $2, $3)::integer'",
-        "CREATE FUNCTION qx_round(double precision, integer, integer) RETURNS double precision LANGUAGE sql IMMUTABLE STRICT AS "
-        "'SELECT qx_round($1::numeric, $2, $3)::double precision'",
-        // ISNUMERIC: a number, or text that converts to one of SQL Server's numeric types: a sign,
-        // a currency mark ($ or ¥), digits with thousands commas before the point, an exponent
-        // after digits; blanks around are ignored. NULL is 0.
-        "CREATE FUNCTION qx_isnumeric(text) RETURNS integer LANGUAGE sql IMMUTABLE AS $$"
-        "SELECT CASE WHEN t IS NULL OR t = '' THEN 0 "
-        "WHEN t ~ '^[+-]?(\\$|¥)?[+-]?[0-9,]*(\\.[0-9]*)?$' THEN 1 "
-        "WHEN t ~ '^[+-]?(\\$|¥)?[+-]?[0-9,]*(\\.[0-9]*)?[eEdD][+-]?[0-9]+$' AND t ~ '^[^eEdD]*[0-9]' THEN 1 ELSE 0 END "
-        "FROM (SELECT btrim($1, E' \\t\\r\\n') AS t) v$$",
-        "CREATE FUNCTION qx_isnumeric(numeric) RETURNS integer LANGUAGE sql IMMUTABLE AS "
-        "'SELECT CASE WHEN $1 IS NULL THEN 0 ELSE 1 END'",
-        "CREATE FUNCTION qx_isnumeric(double precision) RETURNS integer LANGUAGE sql IMMUTABLE AS "
-        "'SELECT CASE WHEN $1 IS NULL THEN 0 ELSE 1 END'",
-        // DATEFROMPARTS(y, m, d)
-        "CREATE FUNCTION qx_datefromparts(bigint, bigint, bigint) RETURNS timestamp(0) LANGUAGE plpgsql IMMUTABLE STRICT AS $$\n"
-        "BEGIN\n"
-        "  IF $1 < 1 OR $1 > 9999 THEN RAISE EXCEPTION USING MESSAGE = 'x'; END IF;\n"
-        "  RETURN make_date($1::integer, $2::integer, $3::integer)::timestamp(0);\n"
-        "EXCEPTION WHEN others THEN\n"
-        "  RAISE EXCEPTION 'Cannot construct data type date, some of the arguments have values which are not valid.';\n"
-        "END $$",
-    };
-    return functions;
-}
-
 }  // namespace
 
 PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(connection) {
@@ -193,13 +173,13 @@ PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(co
     PQsetClientEncoding(conn_, "UTF8");
     catalog_ = std::make_unique<PostgresCatalog>(conn_);
     // Text compares like SQL Server's Chinese case-insensitive collation: ICU Chinese (pinyin),
-    // secondary strength (case and width ignored). Two connections may race to create it.
-    runNative("SET client_min_messages = warning");
-    runNative("SET datestyle = 'ISO, YMD'");
+    // secondary strength (case and width ignored), digits and Latin letters before Chinese as
+    // SQL Server sorts them. Two connections may race to create it.
+    configureSession();
     const ResultSet existing = runNative("SELECT 1 FROM pg_collation WHERE collname = 'qx'");
     if (existing.rows.empty()) {
         try {
-            runNative("CREATE COLLATION IF NOT EXISTS qx (provider = icu, locale = 'zh-u-ks-level2', deterministic = false)");
+            runNative("CREATE COLLATION IF NOT EXISTS qx (provider = icu, locale = 'zh-u-ks-level2-kr-latn-hani', deterministic = false)");
         } catch (const Error&) {
             if (runNative("SELECT 1 FROM pg_collation WHERE collname = 'qx'").rows.empty()) throw;
         }
@@ -207,19 +187,44 @@ PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(co
     installRuntime();
 }
 
+void PostgresDatabase::configureSession() {
+    runNative("SET client_min_messages = warning");
+    runNative("SET datestyle = 'ISO, MDY'");  // '08/30/2006' is August 30th, as SQL Server reads it
+}
+
+// A connection the server or the network dropped is opened again before the next batch (the
+// connection's temp tables are gone with it).
+void PostgresDatabase::reconnectIfLost() {
+    if (PQstatus(conn_) == CONNECTION_OK) return;
+    PQreset(conn_);
+    if (PQstatus(conn_) != CONNECTION_OK) {
+        std::string message = PQerrorMessage(conn_);
+        while (!message.empty() && message.back() == '\n') message.pop_back();
+        throw Error("cannot connect to the PostgreSQL server: " + message);
+    }
+    PQsetClientEncoding(conn_, "UTF8");
+    configureSession();
+}
+
 // The helpers go in once, all together; a connection racing another one to create them accepts
 // the other's.
 void PostgresDatabase::installRuntime() {
-    const auto count = [this] {
-        const ResultSet r = runNative("SELECT count(*) FROM pg_proc WHERE proname LIKE 'qx\\_%'");
+    // Every overload of the runtime, counted by name: a database made by an older build gets the
+    // helpers added since.
+    std::string names;
+    for (const auto& function : postgresRuntimeFunctions()) {
+        const auto start = function.find("qx_"), end = function.find('(');
+        names += (names.empty() ? "'" : ", '") + function.substr(start, end - start) + "'";
+    }
+    const auto count = [this, &names] {
+        const ResultSet r = runNative("SELECT count(*) FROM pg_proc WHERE proname IN (" + names + ")");
         return std::get<std::int64_t>(r.rows.at(0).at(0));
     };
-    const auto wanted = static_cast<std::int64_t>(runtimeFunctions().size());
+    const auto wanted = static_cast<std::int64_t>(postgresRuntimeFunctions().size());
     if (count() >= wanted) return;
     try {
         runNative("BEGIN");
-        for (const auto& function : runtimeFunctions())
-            
+        for (const auto& function : postgresRuntimeFunctions())
             runNative("DO $install$ BEGIN EXECUTE $f$" + function + "$f$; EXCEPTION WHEN duplicate_function THEN NULL; END $install$");
         runNative("COMMIT");
     } catch (const Error&) {
@@ -238,8 +243,17 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
     Result result{PQexec(conn_, sql.c_str())};
     const auto status = PQresultStatus(result.r);
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY) {
-        const std::string message = messageOf(result.r, conn_);
-        if (origin) throw Error(message, origin->text, origin->line, origin->column);
+        const char* state = PQresultErrorField(result.r, PG_DIAG_SQLSTATE);
+        lastState_ = state ? state : "";
+        std::string message = messageOf(result.r, conn_);
+        if (PQstatus(conn_) == CONNECTION_BAD) {
+            // Killed by the server's administrator, a restart or the network: the server keeps
+            // nothing of a transaction that did not commit.
+            std::string reason = message;
+            while (!reason.empty() && (reason.back() == '\n' || reason.back() == ' ')) reason.pop_back();
+            message = "the connection to the database server was lost; nothing of the unfinished batch was kept (" + reason + ")";
+        }
+        if (origin) throw Error(asWritten(message, origin->text), origin->text, origin->line, origin->column);
         throw Error(message, sql);
     }
     ResultSet set;
@@ -263,15 +277,29 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
 }
 
 ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool& produced) {
-    if (statement.procedure)
-        throw Error("procedure " + statement.procedure->name + " is not available on PostgreSQL yet", statement.text, statement.line,
-                    statement.column);
+    if (statement.procedure) {
+        const std::string& name = statement.procedure->name;
+        // SYS_M @sqltext='<T-SQL>': the text it is handed, in the same transaction.
+        if (sameName(name, "SYS_M")) {
+            const auto text = procedureArgument(*statement.procedure, "sqltext");
+            if (!text) throw Error("SYS_M needs the argument @sqltext", statement.text, statement.line, statement.column);
+            produced = true;
+            return runStatements(*text);
+        }
+        throw Error(procedureExists(name) ? "procedure " + name + " is not available on PostgreSQL yet" : "unknown procedure: " + name,
+                    statement.text, statement.line, statement.column);
+    }
     const auto sqls = tsql::emitPostgres(statement, *catalog_);
+    // The server names result columns by their folded names; give them back as written.
+    const auto written = statement.returnsRows ? tsql::resultColumnsPostgres(statement, *catalog_) : std::vector<tsql::CatalogColumn>{};
     ResultSet result;
     for (std::size_t i = 0; i < sqls.size(); ++i) {
         const bool collect = statement.returnsRows && i + 1 == sqls.size();
         ResultSet r = runSql(sqls[i], &statement);
         if (collect) {
+            if (written.size() == r.columns.size())
+                for (std::size_t c = 0; c < written.size(); ++c)
+                    if (sameName(written[c].name, r.columns[c].name)) r.columns[c].name = written[c].name;
             result = std::move(r);
             produced = true;
         }
@@ -279,21 +307,45 @@ ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool&
     return result;
 }
 
-// One transaction per batch: the first failing statement rolls every earlier one back.
-ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch) {
-    runNative("BEGIN");
-    try {
-        ResultSet last;
-        for (const auto& statement : tsql::parseBatch(tsqlBatch)) {
-            bool produced = false;
-            ResultSet result = runStatement(statement, produced);
-            if (produced) last = std::move(result);
+// Ends a failed transaction (a failing COMMIT has ended it already).
+void PostgresDatabase::rollback() {
+    if (PQstatus(conn_) == CONNECTION_OK && PQtransactionStatus(conn_) != PQTRANS_IDLE) Result done{PQexec(conn_, "ROLLBACK")};
+}
+
+// The statements of a batch inside the running transaction; the last result set produced.
+ResultSet PostgresDatabase::runStatements(std::string_view tsqlBatch) {
+    return lastResultOfEach(tsqlBatch, [this](const tsql::Statement& statement, bool& produced) { return runStatement(statement, produced); });
+}
+
+// One transaction per batch: the first failing statement rolls every earlier one back. The
+// negative-stock guard is checked when the transaction commits (a deferred trigger), so its
+// message comes from COMMIT. A maintenance batch turns the guards off for its transaction only.
+ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenance) {
+    // A batch the server cancelled to break a deadlock with another connection, or for a
+    // serialization failure, left nothing behind: it runs again, a few times at most.
+    constexpr int kAttempts = 4;
+    reconnectIfLost();
+    for (int attempt = 1;; ++attempt) {
+        lastState_.clear();
+        runNative("BEGIN");
+        try {
+            if (maintenance) runNative("SELECT set_config('qx.maintenance', 'on', true)");
+            ResultSet last = runStatements(tsqlBatch);
+            runNative("COMMIT");
+            return last;
+        } catch (const Error& e) {
+            rollback();
+            const bool retryable = lastState_ == "40P01" || lastState_ == "40001";
+            if (retryable && attempt < kAttempts) continue;
+            if (retryable)
+                throw Error("the batch collided with other terminals' work " + std::to_string(kAttempts) +
+                                " times and was given up; nothing of it was kept (" + e.what() + ")",
+                            e.statement(), e.line(), e.column());
+            throw;
+        } catch (...) {
+            rollback();
+            throw;
         }
-        runNative("COMMIT");
-        return last;
-    } catch (...) {
-        Result rollback{PQexec(conn_, "ROLLBACK")};
-        throw;
     }
 }
 
@@ -307,14 +359,48 @@ void PostgresDatabase::createShopTables() {
     for (const auto& file : seedRows()) runBatch(file.text);
 }
 
-void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions&) { runBatch(tsqlBatch); }
-
-std::string PostgresDatabase::nextDocumentNumber(std::string_view) {
-    throw Error("document numbers are not available on PostgreSQL yet");
+void PostgresDatabase::createShop() {
+    runNative("BEGIN");
+    try {
+        for (const auto& file : tableDefinitions()) runStatements(file.text);
+        for (const auto& view : posting::tsqlViewStatements()) runStatements(view);
+        for (const auto& file : viewDefinitions()) runStatements(file.text);
+        for (const auto& trigger : posting::postgresTriggerStatements()) runNative(trigger);
+        runNative("COMMIT");
+    } catch (...) {
+        rollback();
+        throw;
+    }
 }
 
-bool PostgresDatabase::maySummariseStocktake(std::string_view) {
-    throw Error("the stocktake check is not available on PostgreSQL yet");
+bool PostgresDatabase::hasShop() {
+    return !runNative("SELECT 1 FROM pg_trigger WHERE tgname = 'qx_d1802_total' AND tgrelid = to_regclass('d1802')").rows.empty();
+}
+
+void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions& options) { runBatch(tsqlBatch, options.maintenance); }
+
+// The counter row of the function code and month is created or bumped in one statement; the row
+// lock makes concurrent callers, in any process or on any host, wait for each other.
+std::string PostgresDatabase::nextDocumentNumber(std::string_view funcNo) {
+    reconnectIfLost();
+    const std::string func(funcNo.substr(0, 3));
+    const char* sql =
+        "INSERT INTO sys_noid (func_no, period, seq) VALUES ($1, to_char(LOCALTIMESTAMP, 'YYMM'), 1) "
+        "ON CONFLICT (func_no, period) DO UPDATE SET seq = sys_noid.seq + 1 RETURNING period, seq";
+    const char* params[] = {func.c_str()};
+    Result result{PQexecParams(conn_, sql, 1, nullptr, params, nullptr, nullptr, 0)};
+    if (PQresultStatus(result.r) != PGRES_TUPLES_OK) throw Error("GetNOID: " + messageOf(result.r, conn_));
+    return formatDocumentNumber(func, PQgetvalue(result.r, 0, 0), std::strtoll(PQgetvalue(result.r, 0, 1), nullptr, 10));
+}
+
+bool PostgresDatabase::maySummariseStocktake(std::string_view warehouse) {
+    reconnectIfLost();
+    const std::string wh(warehouse);
+    const char* sql = "SELECT count(*) FROM d8303 WHERE t = 1 AND coalesce(y, 0) <> 1 AND (ck_id = $1 OR ck_id_in = $1)";
+    const char* params[] = {wh.c_str()};
+    Result result{PQexecParams(conn_, sql, 1, nullptr, params, nullptr, nullptr, 0)};
+    if (PQresultStatus(result.r) != PGRES_TUPLES_OK) throw Error(messageOf(result.r, conn_));
+    return std::strtoll(PQgetvalue(result.r, 0, 0), nullptr, 10) == 0;
 }
 
 std::unique_ptr<Database> openPostgres(const std::string& connection) { return std::make_unique<PostgresDatabase>(connection); }

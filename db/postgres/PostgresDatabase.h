@@ -32,21 +32,35 @@ public:
 
     // Creates the shop's tables from their T-SQL definitions (frame/tables), translated as every
     // batch is, all in one transaction: either every table exists afterwards or none does.
-    // Then the rows a new shop starts with (frame/tables/seed.sql). Views, posting triggers and
-    // guards are not created yet.
+    // Then the rows a new shop starts with (frame/tables/seed.sql). createShop() adds the rest.
     void createShopTables();
+
+    // Creates a whole shop in one transaction: the tables as above, the movement stream and
+    // balance views generated from the posting rules, the module's views (frame/tables/views.sql)
+    // through the translator, and the posting triggers and guards generated from the same
+    // posting rules as the SQLite shop's. Fails, keeping everything as it was, when the database
+    // already has any of them.
+    void createShop();
+
+    // Does the database hold a shop (its tables and the posting triggers)?
+    bool hasShop();
 
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
     ResultSet runNative(const std::string& sql);
 
 private:
     void installRuntime();
-    ResultSet runBatch(std::string_view tsqlBatch);
+    void configureSession();
+    void reconnectIfLost();
+    void rollback();
+    ResultSet runBatch(std::string_view tsqlBatch, bool maintenance = false);
+    ResultSet runStatements(std::string_view tsqlBatch);
     ResultSet runStatement(const tsql::Statement& statement, bool& produced);
     ResultSet runSql(const std::string& sql, const tsql::Statement* origin);
 
     pg_conn* conn_ = nullptr;
     std::string location_;
+    std::string lastState_;  // SQLSTATE of the last failed statement
     std::unique_ptr<tsql::Catalog> catalog_;
 };
 

@@ -34,11 +34,28 @@ std::string joined(int count, const std::string& separator, auto&& item) {
     return out;
 }
 
-std::string sizeSum(const std::string& prefix, const char* name) {
-    return "(" + joined(kSizes, "+", [&](int i) { return "ifnull(" + column(prefix, name, i) + ",0)"; }) + ")";
+std::string sizeSum(const std::string& prefix, const char* name, const char* ifNull = "ifnull") {
+    return "(" + joined(kSizes, "+", [&](int i) { return std::string(ifNull) + "(" + column(prefix, name, i) + ",0)"; }) + ")";
 }
 
-// ---- SQLite trigger texts ------------------------------------------------------------------
+// ---- trigger texts ---------------------------------------------------------------------------
+
+// How the engine writes the few pieces the trigger texts differ in; everything else (what posts,
+// where, with which sign, what is closed) is the same text for every engine.
+struct Flavour {
+    const char* ifNull;       // NULL to a default
+    const char* isNot;        // NULL-safe "differs"
+    const char* least;        // the smaller of two values
+    const char* farFuture;    // a date after every other
+    const char* alwaysTrue;   // a condition that holds
+    const char* stockTarget;  // qualifier of d1802's own columns in its ON CONFLICT update
+    bool plpgsql;             // PostgreSQL: PL/pgSQL functions, conditions inside the body
+};
+constexpr Flavour kSqlite{"ifnull", " IS NOT ", "min", "'9'", "1", "", false};
+constexpr Flavour kPostgres{"coalesce", " IS DISTINCT FROM ", "least", "'infinity'", "TRUE", "d1802.", true};
+
+// "a IS NOT b" in the flavour's words.
+std::string differs(const Flavour& f, const std::string& a, const std::string& b) { return a + f.isNot + b; }
 
 // The warehouse of the line row `row` ("NEW", "OLD" or a table alias).
 std::string warehouseOf(const PostingRule& rule, const std::string& row) {
@@ -54,18 +71,19 @@ std::string effectiveFor(const PostingRule& rule, const std::string& row) {
 }
 
 // CHECK_KC of the style of line row `row`, for stock rows created on demand.
-std::string styleCheckFlag(const PostingRule& rule, const std::string& row) {
+std::string styleCheckFlag(const Flavour& f, const PostingRule& rule, const std::string& row) {
     if (rule.lineHasStyle)
-        return "ifnull((SELECT st.CHECK_KC FROM d1800 st WHERE st.K_ID=" + row + ".K_ID),0)";
-    return "ifnull((SELECT st.CHECK_KC FROM d1801 s JOIN d1800 st ON st.K_ID=s.K_ID WHERE s.WL_ID=" + row +
+        return std::string(f.ifNull) + "((SELECT st.CHECK_KC FROM d1800 st WHERE st.K_ID=" + row + ".K_ID),0)";
+    return std::string(f.ifNull) + "((SELECT st.CHECK_KC FROM d1801 s JOIN d1800 st ON st.K_ID=s.K_ID WHERE s.WL_ID=" + row +
            ".WL_ID),0)";
 }
 
 // " ON CONFLICT ... DO UPDATE": a movement into an existing stock row adds its quantities; into a
 // missing one the INSERT creates the row (with the style's CHECK_KC) holding them.
-std::string addToExistingRow() {
-    return " ON CONFLICT (WL_ID, CK_ID) DO UPDATE SET " +
-           joined(kSizes, ", ", [](int i) { return sized("K", i) + "=K" + std::to_string(i) + "+excluded.K" + std::to_string(i); });
+std::string addToExistingRow(const Flavour& f) {
+    return " ON CONFLICT (WL_ID, CK_ID) DO UPDATE SET " + joined(kSizes, ", ", [&](int i) {
+               return sized("K", i) + "=" + f.stockTarget + "K" + std::to_string(i) + "+excluded.K" + std::to_string(i);
+           });
 }
 
 std::string sizeColumns() {
@@ -73,17 +91,17 @@ std::string sizeColumns() {
 }
 
 // The statement that posts one line row (factor +1) or takes it back (factor -1).
-std::string postLine(const PostingRule& rule, const std::string& row, int factor) {
+std::string postLine(const Flavour& f, const PostingRule& rule, const std::string& row, int factor) {
     const int sign = rule.sign * factor;
     const std::string wh = warehouseOf(rule, row);
     const std::string eff = effectiveFor(rule, row);
     auto quantity = [&](int i) {
-        return std::string(sign < 0 ? "-" : "") + "ifnull(" + column(row + ".", rule.quantity, i) + ",0)";
+        return std::string(sign < 0 ? "-" : "") + f.ifNull + "(" + column(row + ".", rule.quantity, i) + ",0)";
     };
     if (factor > 0) {
         return "INSERT INTO d1802 (WL_ID, CK_ID, CHECK_KC, " + sizeColumns() + ") SELECT " + row + ".WL_ID, " + wh + ", " +
-               styleCheckFlag(rule, row) + ", " + joined(kSizes, ", ", quantity) + " WHERE " + eff + " AND " + wh +
-               " IS NOT NULL" + addToExistingRow() + ";\n";
+               styleCheckFlag(f, rule, row) + ", " + joined(kSizes, ", ", quantity) + " WHERE " + eff + " AND " + wh +
+               " IS NOT NULL" + addToExistingRow(f) + ";\n";
     }
     return "UPDATE d1802 SET " + joined(kSizes, ", ", [&](int i) { return sized("K", i) + "=K" + std::to_string(i) + "+" + quantity(i); }) +
            " WHERE WL_ID=" + row + ".WL_ID AND CK_ID=" + wh + " AND " + eff + ";\n";
@@ -91,17 +109,18 @@ std::string postLine(const PostingRule& rule, const std::string& row, int factor
 
 // The statement that posts (factor +1) or takes back (factor -1) every line of the head row
 // `head`, provided `condition` (on the head row) holds.
-std::string postDocument(const PostingRule& rule, const std::string& head, int factor, const std::string& condition) {
+std::string postDocument(const Flavour& f, const PostingRule& rule, const std::string& head, int factor,
+                         const std::string& condition) {
     const int sign = rule.sign * factor;
     const std::string wh = rule.warehouseOnHead ? head + "." + rule.warehouse : std::string("l.") + rule.warehouse;
     auto total = [&](int i) {
-        return std::string(sign < 0 ? "-" : "") + "sum(ifnull(" + column("l.", rule.quantity, i) + ",0))";
+        return std::string(sign < 0 ? "-" : "") + "sum(" + f.ifNull + "(" + column("l.", rule.quantity, i) + ",0))";
     };
     const std::string lines = std::string(" FROM ") + rule.lineTable + " l WHERE " + condition + " AND l.NOID=" + head + ".NOID";
     if (factor > 0) {
         return "INSERT INTO d1802 (WL_ID, CK_ID, CHECK_KC, " + sizeColumns() + ") SELECT l.WL_ID, " + wh + ", max(" +
-               styleCheckFlag(rule, "l") + "), " + joined(kSizes, ", ", total) + lines + " AND " + wh +
-               " IS NOT NULL GROUP BY l.WL_ID, " + wh + addToExistingRow() + ";\n";
+               styleCheckFlag(f, rule, "l") + "), " + joined(kSizes, ", ", total) + lines + " AND " + wh +
+               " IS NOT NULL GROUP BY l.WL_ID, " + wh + addToExistingRow(f) + ";\n";
     }
     return "UPDATE d1802 SET " + joined(kSizes, ", ", [&](int i) { return sized("K", i) + "=K" + std::to_string(i) + "+" + sized("m.Q", i); }) +
            " FROM (SELECT l.WL_ID AS WL_ID, " + wh + " AS CK_ID, " +
@@ -109,43 +128,57 @@ std::string postDocument(const PostingRule& rule, const std::string& head, int f
            ") m WHERE d1802.WL_ID=m.WL_ID AND d1802.CK_ID=m.CK_ID;\n";
 }
 
-std::string headEffective(const PostingRule& rule, const std::string& head) {
-    if (!rule.effectiveFlag) return "1";
-    return "ifnull(" + head + "." + rule.effectiveFlag + ",0)=1";
+std::string headEffective(const Flavour& f, const PostingRule& rule, const std::string& head) {
+    if (!rule.effectiveFlag) return f.alwaysTrue;
+    const std::string test = std::string(f.ifNull) + "(" + head + "." + rule.effectiveFlag + ",0)=1";
+    return f.plpgsql ? "(" + test + ")" : test;  // PostgreSQL does not chain comparisons
 }
 
-std::string trigger(const std::string& name, const std::string& timing, const std::string& table,
+// A row trigger: on SQLite a trigger with its WHEN and body; on PostgreSQL a PL/pgSQL function
+// of the same name holding the condition and body, and the trigger calling it.
+std::string trigger(const Flavour& f, const std::string& name, const std::string& timing, const std::string& table,
                     const std::string& when, const std::string& body) {
+    if (f.plpgsql) {
+        const bool before = timing.rfind("BEFORE", 0) == 0;
+        const std::string result = !before ? "NULL" : timing.find("DELETE") != std::string::npos ? "OLD" : "NEW";
+        std::string function = "CREATE FUNCTION " + name + "() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\n";
+        function += when.empty() ? body : "IF " + when + " THEN\n" + body + "END IF;\n";
+        function += "RETURN " + result + ";\nEND $qx$;\n";
+        return function + "CREATE TRIGGER " + name + " " + timing + " ON " + table + " FOR EACH ROW EXECUTE FUNCTION " + name + "()";
+    }
     std::string out = "CREATE TRIGGER " + name + " " + timing + " ON " + table + " FOR EACH ROW";
     if (!when.empty()) out += " WHEN " + when;
     return out + "\nBEGIN\n" + body + "END";
 }
 
-void addPostingTriggers(const PostingRule& rule, std::vector<std::string>& out) {
+// A call of a connection function for its effect (a guard that raises or records).
+std::string perform(const Flavour& f, const std::string& call) { return std::string(f.plpgsql ? "PERFORM " : "SELECT ") + call + ";\n"; }
+
+void addPostingTriggers(const Flavour& f, const PostingRule& rule, std::vector<std::string>& out) {
     const std::string base = std::string("qx_post_") + rule.id;
-    out.push_back(trigger(base + "_line_ins", "AFTER INSERT", rule.lineTable, "", postLine(rule, "NEW", +1)));
-    out.push_back(trigger(base + "_line_del", "AFTER DELETE", rule.lineTable, "", postLine(rule, "OLD", -1)));
+    out.push_back(trigger(f, base + "_line_ins", "AFTER INSERT", rule.lineTable, "", postLine(f, rule, "NEW", +1)));
+    out.push_back(trigger(f, base + "_line_del", "AFTER DELETE", rule.lineTable, "", postLine(f, rule, "OLD", -1)));
     // A line update re-posts only when something that posts changed: a change of cost columns
     // alone (the cost recalculation writes them) leaves the stock rows alone.
-    std::string posted = "OLD.NOID IS NOT NEW.NOID OR OLD.WL_ID IS NOT NEW.WL_ID";
-    if (rule.lineHasStyle) posted += " OR OLD.K_ID IS NOT NEW.K_ID";
-    if (!rule.warehouseOnHead) posted += std::string(" OR OLD.") + rule.warehouse + " IS NOT NEW." + rule.warehouse;
+    std::string posted = differs(f, "OLD.NOID", "NEW.NOID") + " OR " + differs(f, "OLD.WL_ID", "NEW.WL_ID");
+    if (rule.lineHasStyle) posted += " OR " + differs(f, "OLD.K_ID", "NEW.K_ID");
+    if (!rule.warehouseOnHead) posted += " OR " + differs(f, std::string("OLD.") + rule.warehouse, std::string("NEW.") + rule.warehouse);
     for (int i = 0; i < kSizes; ++i)
-        posted += " OR " + column("OLD.", rule.quantity, i) + " IS NOT " + column("NEW.", rule.quantity, i);
-    out.push_back(trigger(base + "_line_upd", "AFTER UPDATE", rule.lineTable, posted,
-                          postLine(rule, "OLD", -1) + postLine(rule, "NEW", +1)));
+        posted += " OR " + differs(f, column("OLD.", rule.quantity, i), column("NEW.", rule.quantity, i));
+    out.push_back(trigger(f, base + "_line_upd", "AFTER UPDATE", rule.lineTable, posted,
+                          postLine(f, rule, "OLD", -1) + postLine(f, rule, "NEW", +1)));
 
     // A head posts its lines when it becomes effective (or when a line-independent part of the
     // posting, the head's warehouse or number, changes) and takes them back when it stops.
-    std::string changed = headEffective(rule, "OLD") + " <> " + headEffective(rule, "NEW") + " OR OLD.NOID IS NOT NEW.NOID";
+    std::string changed = headEffective(f, rule, "OLD") + " <> " + headEffective(f, rule, "NEW") + " OR " + differs(f, "OLD.NOID", "NEW.NOID");
     if (rule.warehouseOnHead)
-        changed += std::string(" OR OLD.") + rule.warehouse + " IS NOT NEW." + rule.warehouse;
-    out.push_back(trigger(base + "_head_upd", "AFTER UPDATE", rule.headTable, changed,
-                          postDocument(rule, "OLD", -1, headEffective(rule, "OLD")) +
-                              postDocument(rule, "NEW", +1, headEffective(rule, "NEW"))));
+        changed += " OR " + differs(f, std::string("OLD.") + rule.warehouse, std::string("NEW.") + rule.warehouse);
+    out.push_back(trigger(f, base + "_head_upd", "AFTER UPDATE", rule.headTable, changed,
+                          postDocument(f, rule, "OLD", -1, headEffective(f, rule, "OLD")) +
+                              postDocument(f, rule, "NEW", +1, headEffective(f, rule, "NEW"))));
     // Lines written before their head count once the head arrives.
-    out.push_back(trigger(base + "_head_ins", "AFTER INSERT", rule.headTable, headEffective(rule, "NEW"),
-                          postDocument(rule, "NEW", +1, "1")));
+    out.push_back(trigger(f, base + "_head_ins", "AFTER INSERT", rule.headTable, headEffective(f, rule, "NEW"),
+                          postDocument(f, rule, "NEW", +1, f.alwaysTrue)));
 }
 
 // d1802.KC is always the sum of K0..K9; a shortage of a checked row is reported to the
@@ -153,86 +186,128 @@ void addPostingTriggers(const PostingRule& rule, std::vector<std::string>& out) 
 void addStockTriggers(std::vector<std::string>& out) {
     const std::string total = sizeSum("NEW.", "K");
     const std::string kList = joined(kSizes, ", ", [](int i) { return sized("K", i); });
-    out.push_back(trigger("qx_d1802_total_upd", "AFTER UPDATE OF " + kList, "d1802", "NEW.KC IS NOT " + total,
+    const Flavour& f = kSqlite;
+    out.push_back(trigger(f, "qx_d1802_total_upd", "AFTER UPDATE OF " + kList, "d1802", "NEW.KC IS NOT " + total,
                           "UPDATE d1802 SET KC=" + sizeSum("", "K") + " WHERE rowid=NEW.rowid;\n"));
-    out.push_back(trigger("qx_d1802_total_ins", "AFTER INSERT", "d1802", "NEW.KC IS NOT " + total,
+    out.push_back(trigger(f, "qx_d1802_total_ins", "AFTER INSERT", "d1802", "NEW.KC IS NOT " + total,
                           "UPDATE d1802 SET KC=" + sizeSum("", "K") + " WHERE rowid=NEW.rowid;\n"));
     const std::string loweredBelowZero = joined(kSizes, " OR ", [](int i) {
         const std::string k = sized("K", i);
         return "(NEW." + k + "<0 AND NEW." + k + "<ifnull(OLD." + k + ",0))";
     });
-    out.push_back(trigger("qx_d1802_short_upd", "AFTER UPDATE OF " + kList + ", CHECK_KC", "d1802",
+    out.push_back(trigger(f, "qx_d1802_short_upd", "AFTER UPDATE OF " + kList + ", CHECK_KC", "d1802",
                           "NEW.CHECK_KC=1 AND (" + loweredBelowZero + ")",
                           "SELECT qx_stock_short(NEW.WL_ID, NEW.CK_ID);\n"));
     const std::string belowZero = joined(kSizes, " OR ", [](int i) { return sized("NEW.K", i) + "<0"; });
-    out.push_back(trigger("qx_d1802_short_ins", "AFTER INSERT", "d1802", "NEW.CHECK_KC=1 AND (" + belowZero + ")",
+    out.push_back(trigger(f, "qx_d1802_short_ins", "AFTER INSERT", "d1802", "NEW.CHECK_KC=1 AND (" + belowZero + ")",
                           "SELECT qx_stock_short(NEW.WL_ID, NEW.CK_ID);\n"));
 }
 
+// The same on PostgreSQL: KC set before the row is written; a checked row this transaction drove
+// below zero is looked at again when it commits (a deferred constraint trigger), so an edit that
+// deletes and re-inserts its lines may pass through a negative value.
+void addPostgresStockTriggers(std::vector<std::string>& out) {
+    out.push_back("CREATE FUNCTION qx_d1802_total() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\nNEW.KC := " +
+                  sizeSum("NEW.", "K", "coalesce") + ";\nRETURN NEW;\nEND $qx$;\n"
+                  "CREATE TRIGGER qx_d1802_total BEFORE INSERT OR UPDATE ON d1802 FOR EACH ROW EXECUTE FUNCTION qx_d1802_total()");
+    const std::string negative = joined(kSizes, " OR ", [](int i) { return sized("K", i) + "<0"; });
+    out.push_back(std::string("CREATE FUNCTION qx_d1802_short() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\n") +
+                  "IF qx_guarded() AND EXISTS (SELECT 1 FROM d1802 WHERE WL_ID=NEW.WL_ID AND CK_ID=NEW.CK_ID AND CHECK_KC=1 AND (" +
+                  negative + ")) THEN\nRAISE EXCEPTION USING MESSAGE = '" + kStockShortMessage +
+                  "', ERRCODE = 'check_violation', DETAIL = 'd1802 WL_ID=' || NEW.WL_ID || ' CK_ID=' || NEW.CK_ID;\nEND IF;\n"
+                  "RETURN NULL;\nEND $qx$");
+    const std::string loweredBelowZero = joined(kSizes, " OR ", [](int i) {
+        const std::string k = sized("K", i);
+        return "(NEW." + k + "<0 AND NEW." + k + "<OLD." + k + ")";
+    });
+    out.push_back("CREATE CONSTRAINT TRIGGER qx_d1802_short_upd AFTER UPDATE ON d1802 DEFERRABLE INITIALLY DEFERRED FOR EACH ROW "
+                  "WHEN (NEW.CHECK_KC=1 AND (" + loweredBelowZero + ")) EXECUTE FUNCTION qx_d1802_short()");
+    out.push_back("CREATE CONSTRAINT TRIGGER qx_d1802_short_ins AFTER INSERT ON d1802 DEFERRABLE INITIALLY DEFERRED FOR EACH ROW "
+                  "WHEN (NEW.CHECK_KC=1 AND (" + joined(kSizes, " OR ", [](int i) { return sized("NEW.K", i) + "<0"; }) +
+                  ")) EXECUTE FUNCTION qx_d1802_short()");
+}
+
+// The connection functions the PostgreSQL triggers call: qx_guarded() is false in a maintenance
+// batch (the engine sets qx.maintenance for its transaction), qx_closed_period raises the
+// closed-period message naming the document as the clerk knows it.
+void addPostgresGuardFunctions(std::vector<std::string>& out) {
+    out.push_back("CREATE FUNCTION qx_guarded() RETURNS boolean LANGUAGE sql STABLE AS "
+                  "$qx$SELECT current_setting('qx.maintenance', true) IS DISTINCT FROM 'on'$qx$");
+    std::string kinds = "CASE upper(tbl)";
+    for (const auto& [table, name] : documentKindNames()) kinds += std::string(" WHEN '") + table + "' THEN '" + name + "'";
+    kinds += " ELSE '单据 ' || tbl END";
+    out.push_back("CREATE FUNCTION qx_closed_period(tbl text, noid text, at timestamp, period_end timestamp) RETURNS void "
+                  "LANGUAGE plpgsql AS $qx$\nBEGIN\nRAISE EXCEPTION USING ERRCODE = 'check_violation', MESSAGE = " + kinds +
+                  " || ' ' || coalesce(noid, '') || ' 的日期 ' || coalesce(to_char(at, 'YYYY-MM-DD'), '') || ' 属于已结账期间（' || "
+                  "coalesce(to_char(period_end, 'YYYY-MM-DD'), '') || ' 之前），不能新增、修改或删除该期间的单据';\nEND $qx$");
+}
+
 // " AND (OLD.a IS NOT NEW.a OR ...)" for the listed columns; nothing when there are none.
-std::string anyChanged(const std::vector<const char*>& columns) {
+std::string anyChanged(const Flavour& f, const std::vector<const char*>& columns) {
     if (columns.empty()) return {};
     std::string out;
-    for (const char* c : columns) out += std::string(out.empty() ? "" : " OR ") + "OLD." + c + " IS NOT NEW." + c;
+    for (const char* c : columns) out += std::string(out.empty() ? "" : " OR ") + differs(f, std::string("OLD.") + c, std::string("NEW.") + c);
     return " AND (" + out + ")";
 }
 
 // Heads take their lines with them; documents dated before sys_co.CK_END_DATE are closed.
-void addDocumentTriggers(const DocumentTables& doc, std::vector<std::string>& out) {
+void addDocumentTriggers(const Flavour& f, const DocumentTables& doc, std::vector<std::string>& out) {
     const std::string head = doc.headTable;
     const std::string lines = doc.lineTable;
     const std::string end = "(SELECT max(CK_END_DATE) FROM sys_co)";
+    const std::string ifNull = f.ifNull, least = f.least, farFuture = f.farFuture;
     // A head's delete removes its lines first, while the head still exists, so that the line
     // triggers take back what they posted.
-    out.push_back(trigger("qx_doc_" + head + "_cascade", "BEFORE DELETE", head, "",
+    out.push_back(trigger(f, "qx_doc_" + head + "_cascade", "BEFORE DELETE", head, "",
                           "DELETE FROM " + lines + " WHERE NOID=OLD.NOID;\n"));
     auto refuse = [&](const std::string& row, const std::string& table, const std::string& date) {
-        return "SELECT qx_closed_period('" + table + "', " + row + ".NOID, " + date + ", " + end + ");\n";
+        return perform(f, "qx_closed_period('" + table + "', " + row + ".NOID, " + date + ", " + end + ")");
     };
     const std::string guarded = "qx_guarded() AND ";
-    out.push_back(trigger("qx_closed_" + head + "_ins", "BEFORE INSERT", head,
+    out.push_back(trigger(f, "qx_closed_" + head + "_ins", "BEFORE INSERT", head,
                           guarded + "NEW.BDATE < " + end, refuse("NEW", head, "NEW.BDATE")));
-    out.push_back(trigger("qx_closed_" + head + "_upd", "BEFORE UPDATE", head,
-                          guarded + "(OLD.BDATE < " + end + " OR NEW.BDATE < " + end + ")" + anyChanged(doc.closedHeadColumns),
-                          refuse("OLD", head, "min(OLD.BDATE, ifnull(NEW.BDATE, OLD.BDATE))")));
-    out.push_back(trigger("qx_closed_" + head + "_del", "BEFORE DELETE", head, guarded + "OLD.BDATE < " + end,
+    out.push_back(trigger(f, "qx_closed_" + head + "_upd", "BEFORE UPDATE", head,
+                          guarded + "(OLD.BDATE < " + end + " OR NEW.BDATE < " + end + ")" + anyChanged(f, doc.closedHeadColumns),
+                          refuse("OLD", head, least + "(OLD.BDATE, " + ifNull + "(NEW.BDATE, OLD.BDATE))")));
+    out.push_back(trigger(f, "qx_closed_" + head + "_del", "BEFORE DELETE", head, guarded + "OLD.BDATE < " + end,
                           refuse("OLD", head, "OLD.BDATE")));
     auto headDate = [&](const std::string& row) {
         return "(SELECT h.BDATE FROM " + head + " h WHERE h.NOID=" + row + ".NOID)";
     };
-    out.push_back(trigger("qx_closed_" + lines + "_ins", "BEFORE INSERT", lines,
+    out.push_back(trigger(f, "qx_closed_" + lines + "_ins", "BEFORE INSERT", lines,
                           guarded + headDate("NEW") + " < " + end, refuse("NEW", head, headDate("NEW"))));
-    out.push_back(trigger("qx_closed_" + lines + "_upd", "BEFORE UPDATE", lines,
-                          guarded + "(" + headDate("OLD") + " < " + end + " OR " + headDate("NEW") + " < " + end + ")" + anyChanged(doc.closedLineColumns),
-                          refuse("OLD", head, "min(ifnull(" + headDate("OLD") + ",'9'), ifnull(" + headDate("NEW") + ",'9'))")));
-    out.push_back(trigger("qx_closed_" + lines + "_del", "BEFORE DELETE", lines,
+    out.push_back(trigger(f, "qx_closed_" + lines + "_upd", "BEFORE UPDATE", lines,
+                          guarded + "(" + headDate("OLD") + " < " + end + " OR " + headDate("NEW") + " < " + end + ")" + anyChanged(f, doc.closedLineColumns),
+                          refuse("OLD", head, least + "(" + ifNull + "(" + headDate("OLD") + "," + farFuture + "), " + ifNull + "(" + headDate("NEW") + "," + farFuture + "))")));
+    out.push_back(trigger(f, "qx_closed_" + lines + "_del", "BEFORE DELETE", lines,
                           guarded + headDate("OLD") + " < " + end, refuse("OLD", head, headDate("OLD"))));
 }
 
 // Movements dated by a head column other than BDATE (a transfer's arrival, YDATE) are closed
 // with the period of that date: a confirmed arrival dated before sys_co.CK_END_DATE cannot be
 // taken back, re-dated, re-addressed or recounted, and none can be confirmed into it.
-void addPostingDateGuards(const PostingRule& rule, std::vector<std::string>& out) {
+void addPostingDateGuards(const Flavour& f, const PostingRule& rule, std::vector<std::string>& out) {
     if (std::string_view(rule.dateColumn) == "BDATE" || !rule.effectiveFlag) return;
     const std::string end = "(SELECT max(CK_END_DATE) FROM sys_co)";
     const std::string flag = rule.effectiveFlag, date = rule.dateColumn;
+    const std::string ifNull = f.ifNull, least = f.least, farFuture = f.farFuture;
     auto closedMovement = [&](const std::string& row) {
-        return "(ifnull(" + row + "." + flag + ",0)=1 AND " + row + "." + date + " < " + end + ")";
+        return "(" + ifNull + "(" + row + "." + flag + ",0)=1 AND " + row + "." + date + " < " + end + ")";
     };
     auto refuse = [&](const std::string& noid, const std::string& at) {
-        return std::string("SELECT qx_closed_period('") + rule.headTable + "', " + noid + ", " + at + ", " + end + ");\n";
+        return perform(f, std::string("qx_closed_period('") + rule.headTable + "', " + noid + ", " + at + ", " + end + ")");
     };
-    std::string headChanged = "OLD." + flag + " IS NOT NEW." + flag + " OR OLD." + date + " IS NOT NEW." + date;
-    if (rule.warehouseOnHead) headChanged += std::string(" OR OLD.") + rule.warehouse + " IS NOT NEW." + rule.warehouse;
-    out.push_back(trigger(std::string("qx_closed_") + rule.id + "_head", "BEFORE UPDATE", rule.headTable,
+    std::string headChanged = differs(f, "OLD." + flag, "NEW." + flag) + " OR " + differs(f, "OLD." + date, "NEW." + date);
+    if (rule.warehouseOnHead) headChanged += " OR " + differs(f, std::string("OLD.") + rule.warehouse, std::string("NEW.") + rule.warehouse);
+    out.push_back(trigger(f, std::string("qx_closed_") + rule.id + "_head", "BEFORE UPDATE", rule.headTable,
                           "qx_guarded() AND (" + closedMovement("OLD") + " OR " + closedMovement("NEW") + ") AND (" + headChanged + ")",
-                          refuse("OLD.NOID", "min(ifnull(OLD." + date + ",'9'), ifnull(NEW." + date + ",'9'))")));
-    std::string lineChanged = "OLD.WL_ID IS NOT NEW.WL_ID";
-    if (!rule.warehouseOnHead) lineChanged += std::string(" OR OLD.") + rule.warehouse + " IS NOT NEW." + rule.warehouse;
-    for (int i = 0; i < kSizes; ++i) lineChanged += " OR " + column("OLD.", rule.quantity, i) + " IS NOT " + column("NEW.", rule.quantity, i);
-    const std::string head = std::string("(SELECT h.") + date + " FROM " + rule.headTable + " h WHERE h.NOID=OLD.NOID AND ifnull(h." +
+                          refuse("OLD.NOID", least + "(" + ifNull + "(OLD." + date + "," + farFuture + "), " + ifNull + "(NEW." + date + "," + farFuture + "))")));
+    std::string lineChanged = differs(f, "OLD.WL_ID", "NEW.WL_ID");
+    if (!rule.warehouseOnHead) lineChanged += " OR " + differs(f, std::string("OLD.") + rule.warehouse, std::string("NEW.") + rule.warehouse);
+    for (int i = 0; i < kSizes; ++i) lineChanged += " OR " + differs(f, column("OLD.", rule.quantity, i), column("NEW.", rule.quantity, i));
+    const std::string head = std::string("(SELECT h.") + date + " FROM " + rule.headTable + " h WHERE h.NOID=OLD.NOID AND " + ifNull + "(h." +
                              flag + ",0)=1)";
-    out.push_back(trigger(std::string("qx_closed_") + rule.id + "_line", "BEFORE UPDATE", rule.lineTable,
+    out.push_back(trigger(f, std::string("qx_closed_") + rule.id + "_line", "BEFORE UPDATE", rule.lineTable,
                           "qx_guarded() AND " + head + " < " + end + " AND (" + lineChanged + ")", refuse("OLD.NOID", head)));
 }
 
@@ -341,6 +416,15 @@ const std::vector<PostingRule>& rules() {
     return table;
 }
 
+const std::vector<std::pair<const char*, const char*>>& documentKindNames() {
+    static const std::vector<std::pair<const char*, const char*>> names = {
+        {"D8101", "进货单"}, {"D8102", "进货退货单"}, {"D8201", "销售单"},  {"D8202", "销售退货单"},
+        {"D8203", "订单"},   {"D8300", "盘点单"},     {"D8301", "损溢单"},  {"D8303", "调拨单"},
+        {"D712", "POS销售单"},
+    };
+    return names;
+}
+
 const std::vector<DocumentTables>& documentTables() {
     static const std::vector<DocumentTables> table = {
         {"D8101", "D8101A"}, {"D8102", "D8102A"}, {"D8201", "D8201A"}, {"D8202", "D8202A"},
@@ -355,9 +439,19 @@ const std::vector<DocumentTables>& documentTables() {
 std::vector<std::string> sqliteTriggerStatements() {
     std::vector<std::string> out;
     addStockTriggers(out);
-    for (const auto& rule : rules()) addPostingTriggers(rule, out);
-    for (const auto& doc : documentTables()) addDocumentTriggers(doc, out);
-    for (const auto& rule : rules()) addPostingDateGuards(rule, out);
+    for (const auto& rule : rules()) addPostingTriggers(kSqlite, rule, out);
+    for (const auto& doc : documentTables()) addDocumentTriggers(kSqlite, doc, out);
+    for (const auto& rule : rules()) addPostingDateGuards(kSqlite, rule, out);
+    return out;
+}
+
+std::vector<std::string> postgresTriggerStatements() {
+    std::vector<std::string> out;
+    addPostgresGuardFunctions(out);
+    addPostgresStockTriggers(out);
+    for (const auto& rule : rules()) addPostingTriggers(kPostgres, rule, out);
+    for (const auto& doc : documentTables()) addDocumentTriggers(kPostgres, doc, out);
+    for (const auto& rule : rules()) addPostingDateGuards(kPostgres, rule, out);
     return out;
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 // The one table of stock posting rules. Everything that moves or recomputes stock derives from
-// it: the SQLite triggers that post document lines into d1802, the movement stream view
+// it: the triggers that post document lines into d1802 (SQLite triggers, and the same as PL/pgSQL
+// for PostgreSQL), the movement stream view
 // (V_QX_MOVES) and the balance view V_CHECKKC.
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace qx::db::posting {
@@ -45,10 +47,20 @@ struct DocumentTables {
 };
 const std::vector<DocumentTables>& documentTables();
 
+// What a clerk calls the document kept in each head table (upper-case table name → name), for
+// the closed-period message.
+const std::vector<std::pair<const char*, const char*>>& documentKindNames();
+
 // SQLite statements creating the posting triggers, the d1802 total and shortage triggers and
 // the closed-period guards. They call the connection functions qx_guarded(),
 // qx_stock_short(wl_id, ck_id) and qx_closed_period(table, noid, date, end).
 std::vector<std::string> sqliteTriggerStatements();
+
+// The same objects on PostgreSQL, from the same rules: PL/pgSQL trigger functions and their
+// triggers, KC kept by a BEFORE trigger, the negative-stock check deferred to the commit, and the
+// guard functions qx_guarded() (off while the transaction's qx.maintenance is 'on') and
+// qx_closed_period(). Unquoted names: PostgreSQL folds them to lower case as the dialect does.
+std::vector<std::string> postgresTriggerStatements();
 
 // T-SQL CREATE VIEW texts, run through the translator after the tables exist:
 // V_QX_MOVES (movement stream) and V_CHECKKC (recomputed stock beside the stored stock).

@@ -50,6 +50,12 @@ void registerProcedure(const std::string& name, Procedure procedure) {
     r.procedures[upper(name)] = std::move(procedure);
 }
 
+bool procedureExists(std::string_view name) {
+    auto& r = registry();
+    std::lock_guard lock(r.mutex);
+    return r.procedures.count(upper(name)) > 0;
+}
+
 ResultSet callProcedure(SqliteDatabase& db, const tsql::ProcedureCall& call) {
     Procedure procedure;
     {

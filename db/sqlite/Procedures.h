@@ -19,6 +19,9 @@ using Procedure = std::function<ResultSet(SqliteDatabase&, const tsql::Procedure
 // Adds (or replaces) a procedure by name; names compare case-insensitively.
 void registerProcedure(const std::string& name, Procedure procedure);
 
+// Is a procedure of that name registered?
+bool procedureExists(std::string_view name);
+
 // Runs a call; an unknown name throws Error("unknown procedure: NAME").
 ResultSet callProcedure(SqliteDatabase& db, const tsql::ProcedureCall& call);
 

@@ -12,6 +12,7 @@
 #include <ctime>
 #include <filesystem>
 
+#include "db/BatchStatements.h"
 #include "db/Progress.h"
 #include "db/procedures/ClosingSnapshots.h"
 #include "db/sqlite/PostingRules.h"
@@ -68,12 +69,7 @@ std::string dayOf(const std::string& date) { return date.substr(0, std::min<std:
 
 // What a clerk calls the document kept in a head table.
 std::string documentKindName(const std::string& headTable) {
-    static const std::pair<const char*, const char*> names[] = {
-        {"D8101", "进货单"}, {"D8102", "进货退货单"}, {"D8201", "销售单"},  {"D8202", "销售退货单"},
-        {"D8203", "订单"},   {"D8300", "盘点单"},     {"D8301", "损溢单"},  {"D8303", "调拨单"},
-        {"D712", "POS销售单"},
-    };
-    for (const auto& [table, name] : names)
+    for (const auto& [table, name] : posting::documentKindNames())
         if (strcasecmp(table, headTable.c_str()) == 0) return name;
     return "单据 " + headTable;
 }
@@ -256,13 +252,7 @@ void SqliteDatabase::execute(std::string_view tsqlBatch, const ExecOptions& opti
 }
 
 ResultSet SqliteDatabase::runWithinTransaction(std::string_view tsqlBatch) {
-    ResultSet last;
-    for (const auto& statement : tsql::parseBatch(tsqlBatch)) {
-        bool produced = false;
-        ResultSet result = runStatement(statement, produced);
-        if (produced) last = std::move(result);
-    }
-    return last;
+    return lastResultOfEach(tsqlBatch, [this](const tsql::Statement& statement, bool& produced) { return runStatement(statement, produced); });
 }
 
 ResultSet SqliteDatabase::runStatement(const tsql::Statement& statement, bool& produced) {

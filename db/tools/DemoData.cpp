@@ -1,4 +1,6 @@
 #include "db/tools/DemoData.h"
+
+#include "db/postgres/PostgresDatabase.h"
 #include "db/tools/Random.h"
 
 // GCC 12 reports a false -Wrestrict on "literal" + std::string temporaries (GCC bug 105329).
@@ -863,6 +865,13 @@ std::string passwordHash(const std::string& salt, const std::string& password) {
 Summary generate(db::Database& database, const Options& options) { return Generator(database, options).run(); }
 
 Summary createDemoDatabase(const std::string& path, const Options& options) {
+    if (db::isServerLocation(path)) {
+        // A database on a server, created empty by its administrator: the shop goes into it.
+        db::PostgresDatabase database(path);
+        if (database.hasShop()) throw db::Error("demo: " + path + " already holds a shop");
+        database.createShop();
+        return generate(database, options);
+    }
     if (std::filesystem::exists(path)) throw db::Error("demo: " + path + " already exists");
     auto database = db::openSqlite(path, true);
     return generate(*database, options);

@@ -1,4 +1,4 @@
-// qxck-demo --db FILE [--scale N] [--seed S] [--end YYYY-MM-DD] [--lines N]: creates a demo shop
+// qxck-demo --db FILE|postgresql://… [--scale N] [--seed S] [--end YYYY-MM-DD] [--lines N]: creates a demo shop
 // database; with --lines, a large shop of N document lines written directly (for measuring).
 #include <chrono>
 #include <cstdio>
@@ -11,7 +11,7 @@
 namespace {
 
 int usage() {
-    std::fprintf(stderr, "usage: qxck-demo --db FILE [--scale N] [--seed S] [--end YYYY-MM-DD] [--lines N]\n");
+    std::fprintf(stderr, "usage: qxck-demo --db FILE|postgresql://… [--scale N] [--seed S] [--end YYYY-MM-DD] [--lines N]\n");
     return 2;
 }
 

@@ -1,4 +1,4 @@
-// qxck-sql --db FILE: runs the T-SQL batch read from stdin and prints its result set as TSV
+// qxck-sql --db FILE|postgresql://…: runs the T-SQL batch read from stdin and prints its result set as TSV
 // (a header line, then one line per row). NULL prints as \N, so it differs from an empty text;
 // a backslash, tab, line feed or carriage return inside a text prints as \\, \t, \n, \r.
 #include <charconv>
@@ -38,12 +38,12 @@ std::string field(const qx::db::Value& value) {
 
 int main(int argc, char** argv) {
     if (argc != 3 || std::string(argv[1]) != "--db") {
-        std::fprintf(stderr, "usage: qxck-sql --db FILE < batch.sql\n");
+        std::fprintf(stderr, "usage: qxck-sql --db FILE|postgresql://… < batch.sql\n");
         return 2;
     }
     const std::string batch((std::istreambuf_iterator<char>(std::cin)), std::istreambuf_iterator<char>());
     try {
-        auto db = qx::db::openSqlite(argv[2]);
+        auto db = qx::db::openDatabase(argv[2]);
         const auto result = db->open(batch);
         std::string out;
         for (std::size_t c = 0; c < result.columns.size(); ++c) {

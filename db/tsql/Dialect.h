@@ -65,6 +65,12 @@ public:
     // LIKE as SQL Server matches it: % _ [set] [^set], case-insensitive, trailing blanks ignored.
     virtual std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const = 0;
     virtual std::string limit(const std::string& count) const = 0;  // appended after ORDER BY
+    // A text literal that is compared with another text: SQL Server ignores trailing blanks.
+    virtual std::string comparedString(std::string_view value) const { return quoteString(value); }
+    // AVG of integers: an integer, the fraction cut off.
+    virtual std::string integerAverage(const std::string& average) const { return "CAST(" + average + " AS INTEGER)"; }
+    // DATALENGTH of a text: its length in bytes.
+    virtual std::string byteLength(const std::string& text) const { return "length(CAST(" + text + " AS BLOB))"; }
     // A runtime helper with SQL Server's meaning, by its T-SQL name in lower case ("charindex",
     // "replace", "stuff", "int", "fits", …; the list is the runtime's, see db/tsql/README.md).
     virtual std::string call(std::string_view helper, const std::vector<std::string>& args) const = 0;

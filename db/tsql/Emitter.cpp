@@ -591,8 +591,9 @@ private:
             left = isNumeric(lt) ? expr(l, scope) : coerced(l, scope, rt, false);
             right = isNumeric(rt) ? expr(r, scope) : coerced(r, scope, lt, false);
         } else {
-            left = expr(l, scope);
-            right = expr(r, scope);
+            // a text written in the statement compares as the dialect needs it (trailing blanks)
+            left = l.kind == ExprKind::String ? d_.comparedString(l.text) : expr(l, scope);
+            right = r.kind == ExprKind::String ? d_.comparedString(r.text) : expr(r, scope);
             if (lt == SqlType::Text || rt == SqlType::Text) left = withCollation(left, l);
         }
         return "(" + left + " " + e.text + " " + right + ")";
@@ -895,7 +896,7 @@ private:
                 case SqlType::Integer: return d_.call("sized", {value, "4"});
                 case SqlType::Real:
                 case SqlType::DateTime: return d_.call("sized", {value, "8"});
-                default: return "length(CAST(" + value + " AS BLOB))";
+                default: return d_.byteLength(value);
             }
         }
         if (name == "IIF" || name == "CHOOSE") {
@@ -942,7 +943,7 @@ private:
         }
         text += ")";
         // SQL Server averages integers as integers
-        if (name == "AVG" && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer) return "CAST(" + text + " AS INTEGER)";
+        if (name == "AVG" && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer) return d_.integerAverage(text);
         if (name == "SUM") return exactDecimal(text, e, scope);
         return text;
     }
@@ -1078,8 +1079,8 @@ private:
             terms += (i ? ", " : "") + withCollationIfText(*term, scope) + (q.orderBy[i].descending ? " DESC" : "");
         }
         const std::string rank = "RANK() OVER (ORDER BY " + terms + ") AS " + d_.quoteIdentifier("qx_rank");
-        return "(SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false, nullptr, &rank) + ") WHERE " + d_.quoteIdentifier("qx_rank") +
-               " <= " + count + ")";
+        return "(SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false, nullptr, &rank) + ") AS " + d_.quoteIdentifier("qx_ranked") +
+               " WHERE " + d_.quoteIdentifier("qx_rank") + " <= " + count + ")";
     }
 
     std::string topCount(const SelectCore& c, const Scope& scope) {
@@ -1090,7 +1091,7 @@ private:
             int& depth;
             ~Leave() { --depth; }
         } leave{percentNesting_};
-        const std::string rows = "SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false) + ")";
+        const std::string rows = "SELECT COUNT(*) FROM (" + core(c, scope, nullptr, false) + ") AS " + d_.quoteIdentifier("qx_rows");
         return "(SELECT CAST(ceil((" + rows + ") * (" + expr(*c.top, scope) + ") / 100.0) AS INTEGER))";
     }
 

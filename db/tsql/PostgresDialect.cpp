@@ -17,11 +17,26 @@ std::string stripBrackets(std::string_view name) {
     return std::string(name);
 }
 
+std::string foldedName(std::string_view name) {
+    std::string folded(name);
+    for (char& c : folded)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return folded;
+}
+
 class PostgresDialect final : public Dialect {
 public:
-    // Quoted identifiers keep their case: PostgreSQL would fold bare names to lower case.
-    std::string quoteIdentifier(std::string_view name) const override { return quotedWith(name, '"'); }
+    // Names compare ignoring case as on SQL Server ("d1802" is "D1802", "ck_id" is "CK_ID"):
+    // every name is folded to lower case (ASCII letters only) and quoted, so reserved words stay
+    // names. The engine gives result columns back their names as the statement wrote them.
+    std::string quoteIdentifier(std::string_view name) const override { return quotedWith(foldedName(name), '"'); }
     std::string quoteString(std::string_view value) const override { return quotedWith(value, '\''); }
+    // No ICU collation ignores trailing blanks: a written text loses them before it is compared
+    // ('zc ' finds 'ZC'). Blanks stored at the end of a column's value still count.
+    std::string comparedString(std::string_view value) const override {
+        while (!value.empty() && value.back() == ' ') value.remove_suffix(1);
+        return quoteString(value);
+    }
     // '#x' is a TEMP table in the connection's own pg_temp schema, under its T-SQL name.
     std::string tableReference(const Name& name) const override {
         if (name.isTemp()) return "pg_temp." + quoteIdentifier(stripBrackets(name.last()));
@@ -71,12 +86,19 @@ public:
     std::string collate() const override { return std::string(" COLLATE ") + kPostgresCollation; }
 
     std::string concat(const std::string& left, const std::string& right) const override { return left + " || " + right; }
-    // Integer operands already divide as integers and a zero divisor fails ("division by zero").
+    // Integer operands already divide as integers and a zero divisor fails ("division by zero"),
+    // except in a maintenance batch, where qx_divisor makes a zero NULL (SQL Server with
+    // ARITHABORT and ANSI_WARNINGS off). A divisor written as a number other than zero needs no
+    // such check.
     std::string divide(const std::string& left, const std::string& right, bool modulo) const override {
-        return "(" + left + (modulo ? " % " : " / ") + right + ")";
+        const bool nonZeroNumber = !right.empty() && right.find_first_not_of("0123456789.") == std::string::npos &&
+                                   right.find_first_not_of("0.") != std::string::npos;
+        return "(" + left + (modulo ? " % " : " / ") + (nonZeroNumber ? right : "qx_divisor(" + right + ")") + ")";
     }
     std::string currentDateTime() const override { return "LOCALTIMESTAMP(0)"; }
-    std::string datePart(dates::Part part, const std::string& date) const override {
+    std::string datePart(dates::Part part, const std::string& text) const override {
+        // a date written as text ('2006-08-30') is read as a date first
+        const std::string date = !text.empty() && text.front() == '\'' ? "CAST(" + text + " AS TIMESTAMP(0))" : text;
         const char* field = nullptr;
         switch (part) {
             case dates::Part::Year: field = "year"; break;
@@ -124,19 +146,52 @@ public:
     std::string toText(const std::string& value, std::optional<int> style, int length, bool fixed) const override {
         const std::string type = std::string(fixed ? "CHAR(" : "VARCHAR(") + std::to_string(length > 0 ? length : 30) + ")";
         if (!style) return "CAST(" + value + " AS " + type + ")";
+        const std::string date = "CAST(" + value + " AS TIMESTAMP(0))";
+        auto part = [&](const char* format) { return "to_char(" + date + ", '" + format + "')"; };
         const char* format = nullptr;
         switch (*style) {
             case 120: case 20: format = "YYYY-MM-DD HH24:MI:SS"; break;
             case 23: format = "YYYY-MM-DD"; break;
             case 112: format = "YYYYMMDD"; break;
+            case 12: format = "YYMMDD"; break;
             case 108: case 8: format = "HH24:MI:SS"; break;
             case 111: format = "YYYY/MM/DD"; break;
+            case 11: format = "YY/MM/DD"; break;
+            case 1: format = "MM/DD/YY"; break;
+            case 101: format = "MM/DD/YYYY"; break;
+            case 2: format = "YY.MM.DD"; break;
+            case 102: format = "YYYY.MM.DD"; break;
+            case 3: format = "DD/MM/YY"; break;
+            case 103: format = "DD/MM/YYYY"; break;
+            case 4: format = "DD.MM.YY"; break;
+            case 104: format = "DD.MM.YYYY"; break;
+            case 5: format = "DD-MM-YY"; break;
+            case 105: format = "DD-MM-YYYY"; break;
+            case 10: format = "MM-DD-YY"; break;
+            case 110: format = "MM-DD-YYYY"; break;
+            case 6: format = "DD Mon YY"; break;
+            case 106: format = "DD Mon YYYY"; break;
+            case 7: format = "Mon DD, YY"; break;
+            case 107: format = "Mon DD, YYYY"; break;
+            case 13: case 113: format = "DD Mon YYYY HH24:MI:SS:MS"; break;
+            case 14: case 114: format = "HH24:MI:SS:MS"; break;
+            case 21: case 25: case 121: format = "YYYY-MM-DD HH24:MI:SS.MS"; break;
+            case 126: format = "YYYY-MM-DD\"T\"HH24:MI:SS"; break;
+            case 0: case 100: case 9: case 109: {
+                // "Aug  3 2006  9:05AM": day and hour padded with a blank
+                const bool seconds = *style == 9 || *style == 109;
+                const std::string text = part("Mon ") + " || lpad(" + part("FMDD") + ", 2) || " + part(" YYYY ") + " || lpad(" +
+                                         part("FMHH12") + ", 2) || " + part(seconds ? ":MI:SS:MS" : ":MI") + " || " + part("AM");
+                return "CAST(" + text + " AS " + type + ")";
+            }
             default:
                 return "qx_to_char(" + value + ", " + std::to_string(*style) + ", " + std::to_string(length) + ", " + (fixed ? "1" : "0") + ")";
         }
-        return "CAST(to_char(CAST(" + value + " AS TIMESTAMP(0)), '" + format + "') AS " + type + ")";
+        return "CAST(" + part(format) + " AS " + type + ")";
     }
-    std::string toInteger(const std::string& value) const override { return "CAST(" + value + " AS INTEGER)"; }
+    // SQL Server cuts the fraction off (CAST(2.7 AS int) is 2); PostgreSQL would round.
+    std::string toInteger(const std::string& value) const override { return "CAST(trunc(" + value + ") AS INTEGER)"; }
+    std::string integerAverage(const std::string& average) const override { return "CAST(trunc(" + average + ") AS INTEGER)"; }
     std::string toReal(const std::string& value, std::optional<int> scale) const override {
         if (scale) return "CAST(" + value + " AS NUMERIC(38," + std::to_string(*scale) + "))";
         return "CAST(" + value + " AS DOUBLE PRECISION)";
@@ -155,16 +210,37 @@ public:
     std::string ifNull(const std::string& value, const std::string& fallback) const override {
         return "COALESCE(" + value + ", " + fallback + ")";
     }
-    std::string left(const std::string& text, const std::string& count) const override { return "left(" + text + ", " + count + ")"; }
-    std::string right(const std::string& text, const std::string& count) const override { return "right(" + text + ", " + count + ")"; }
+    // A negative count is an error on SQL Server (PostgreSQL would count from the other end); a
+    // count written as a number needs no check.
+    std::string left(const std::string& text, const std::string& count) const override {
+        return "left(" + text + ", " + checkedCount(count, "left") + ")";
+    }
+    std::string right(const std::string& text, const std::string& count) const override {
+        return "right(" + text + ", " + checkedCount(count, "right") + ")";
+    }
+    static std::string checkedCount(const std::string& count, const char* function) {
+        if (!count.empty() && count.find_first_not_of("0123456789") == std::string::npos) return count;
+        return "qx_count(" + count + ", '" + function + "')";
+    }
     std::string length(const std::string& text) const override { return "length(rtrim(" + text + "))"; }
+    // Case and width ignored: both sides folded to NFKC (full-width letters become ASCII) and
+    // lower case, then searched under "C" (PostgreSQL 15 refuses substring searches on the
+    // nondeterministic collation).
     std::string charIndex(const std::string& needle, const std::string& haystack) const override {
-        return "strpos(lower(" + haystack + ") COLLATE \"C\", lower(" + needle + ") COLLATE \"C\")";
+        return "strpos(lower(normalize(" + haystack + ", NFKC)) COLLATE \"C\", lower(normalize(" + needle + ", NFKC)) COLLATE \"C\")";
     }
-    // PostgreSQL 15 refuses LIKE on a nondeterministic collation: match under "C", case folded.
+    // PostgreSQL 15 refuses LIKE on a nondeterministic collation: the value without its trailing
+    // blanks and both sides in NFKC (width ignored) match under "C", case folded. A pattern that
+    // may hold SQL Server's sets ([a-c], [^0-9], [_]) becomes a regular expression
+    // (qx_like_regex, folded to a constant for a written pattern).
     std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const override {
-        return "(" + value + ") COLLATE \"C\" ILIKE (" + pattern + ") COLLATE \"C\"" + (escape.empty() ? "" : " ESCAPE " + escape);
+        const bool literal = pattern.size() >= 2 && pattern.front() == '\'' && pattern.back() == '\'';
+        const std::string subject = "rtrim(normalize(" + value + ", NFKC)) COLLATE \"C\"";
+        if (escape.empty() && (!literal || pattern.find('[') != std::string::npos))
+            return "(" + subject + " ~* qx_like_regex(normalize(" + pattern + ", NFKC)))";
+        return "(" + subject + " ILIKE normalize(" + pattern + ", NFKC) COLLATE \"C\"" + (escape.empty() ? "" : " ESCAPE " + escape) + ")";
     }
+    std::string byteLength(const std::string& value) const override { return "octet_length(CAST(" + value + " AS TEXT))"; }
     std::string limit(const std::string& count) const override { return " LIMIT " + count; }
     // VARCHAR(n), INTEGER and NUMERIC(p,s) refuse out-of-range values on PostgreSQL itself.
     bool columnTypesCheckValues() const override { return true; }
@@ -173,8 +249,24 @@ public:
         if (helper == "add_days" && args.size() == 2)
             return "CAST(CAST(" + args[0] + " AS TIMESTAMP(0)) + (" + args[1] + ") * INTERVAL '1 day' AS TIMESTAMP(0))";
         if (helper == "decimal" && args.size() == 3) return "CAST(" + args[0] + " AS NUMERIC(" + args[1] + "," + args[2] + "))";
-        if (helper == "int" && args.size() == 2) return "CAST(trunc(CAST(" + args[0] + " AS NUMERIC)) AS INTEGER)";
+        if (helper == "int" && args.size() == 2) {
+            if (args[1] == "'int'") return "CAST(trunc(CAST(" + args[0] + " AS NUMERIC)) AS INTEGER)";
+            return "qx_int(CAST(" + args[0] + " AS NUMERIC), " + args[1] + ")";  // tinyint, smallint, bigint: their ranges
+        }
+        // TRY_CAST/TRY_CONVERT: one function per target type, NULL when the value does not convert.
+        if (helper == "try" && args.size() == 4 && args[1].size() > 2) {
+            const std::string kind = args[1].substr(1, args[1].size() - 2);
+            if (kind == "decimal") return "qx_try_decimal(" + args[0] + ", " + args[2] + ", " + args[3] + ")";
+            if (kind == "float" || kind == "datetime" || kind == "bit") return "qx_try_" + kind + "(" + args[0] + ")";
+            return "qx_try_int(" + args[0] + ", " + args[1] + ")";
+        }
+        if (helper == "datetime" && args.size() == 2) return "qx_datetime(" + args[0] + ", " + args[1] + ")";
         if (helper == "datetime" && !args.empty()) return "CAST(" + args[0] + " AS TIMESTAMP(0))";
+        if (helper == "concat") {  // NULL is an empty text, as on SQL Server
+            std::string text = "concat(";
+            for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : "") + args[i];
+            return text + ")";
+        }
         if (helper == "date" && args.size() == 1) return "CAST(CAST(" + args[0] + " AS DATE) AS TIMESTAMP(0))";
         if (helper == "substring" && args.size() == 3) return "substr(" + args[0] + ", " + args[1] + ", " + args[2] + ")";
         std::string text = "qx_" + std::string(helper) + "(";

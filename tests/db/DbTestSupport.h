@@ -12,6 +12,7 @@
 #include "db/Database.h"
 #include "db/SmallShop.h"
 #include "db/tools/DemoData.h"
+#include "support/PostgresServer.h"
 
 #include <dlfcn.h>
 #include <sys/stat.h>
@@ -87,15 +88,41 @@ inline Sizes sizes(std::initializer_list<long long> first) {
 // (rule 1, free barcodes), each in both colours.
 inline void seedSmallShop(db::Database& db) { db.execute(kSmallShopBatch); }
 
-// A fresh shop database with the small shop in a temp folder.
+// The engines the engine-level suites run on, each test once per engine.
+inline std::vector<std::string> engines() { return {"sqlite", "postgresql"}; }
+inline std::string engineTestName(const ::testing::TestParamInfo<std::string>& info) { return info.param; }
+
+// A new, empty shop database (tables, views, posting triggers and guards) on an engine: an
+// SQLite file in `dir`, or a database on the test process's private PostgreSQL server.
+// nullptr when that engine cannot run here (no PostgreSQL server binaries).
+inline std::unique_ptr<db::Database> newShopDatabase(const std::string& engine, const TempDir& dir) {
+    if (engine == "sqlite") return db::openSqlite(dir.file("shop.db"), true);
+    auto* server = test::PostgresServer::instance();
+    if (!server) return nullptr;
+    auto db = std::make_unique<db::PostgresDatabase>(server->freshDatabase());
+    db->createShop();
+    return db;
+}
+
+// A fresh shop database with the small shop, on SQLite or PostgreSQL. `available` is false when
+// the engine cannot run here; the shop is then an SQLite one and the test should skip.
 struct Shop {
     TempDir dir;
     std::unique_ptr<db::Database> db;
-    Shop() {
-        db = db::openSqlite(dir.file("shop.db"), true);
+    bool available = true;
+    explicit Shop(const std::string& engine = "sqlite") {
+        db = newShopDatabase(engine, dir);
+        if (!db) {
+            available = false;
+            db = newShopDatabase("sqlite", dir);
+        }
         seedSmallShop(*db);
     }
 };
+
+// Skips a test whose engine cannot run here.
+#define QX_REQUIRE_ENGINE(shop) \
+    if (!(shop).available) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)"
 
 // Quantities as the module writes them: each quoted.
 inline std::string quotedSizes(const Sizes& s) {

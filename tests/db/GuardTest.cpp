@@ -7,10 +7,11 @@
 namespace qx::dbtest {
 namespace {
 
-class Guards : public ::testing::Test {
+class Guards : public ::testing::TestWithParam<std::string> {
 protected:
-    Shop shop;
+    Shop shop{GetParam()};
     db::Database& db = *shop.db;
+    void SetUp() override { QX_REQUIRE_ENGINE(shop); }
 
     void receive(const std::string& noid, const std::string& sku, const std::string& style, long long qty,
                  const std::string& date = "2026-05-10") {
@@ -26,7 +27,7 @@ protected:
     }
 };
 
-TEST_F(Guards, CheckedStockMayNotGoBelowZeroAndNothingOfTheBatchIsKept) {
+TEST_P(Guards, CheckedStockMayNotGoBelowZeroAndNothingOfTheBatchIsKept) {
     receive("R1", "K201", "K2", 2);
     const std::string batch = "INSERT INTO D1009 (PP_ID, PP_NAME) VALUES ('P9','品牌');" + saleBatch("S1", "K201", "K2", 3);
     try {
@@ -43,7 +44,7 @@ TEST_F(Guards, CheckedStockMayNotGoBelowZeroAndNothingOfTheBatchIsKept) {
     EXPECT_EQ(stock(db, "K201", "ZC"), sizes({0})) << "selling exactly the stock is fine";
 }
 
-TEST_F(Guards, ASaleOfACheckedStyleWithNoStockRowIsRefused) {
+TEST_P(Guards, ASaleOfACheckedStyleWithNoStockRowIsRefused) {
     EXPECT_THROW(db.execute(saleBatch("S1", "K202", "K2", 1)), db::Error);
     EXPECT_EQ(stock(db, "K202", "ZC")[0], -1) << "no stock row was left behind";
     EXPECT_THROW(db.execute("INSERT INTO D712 (NOID, BDATE, CK_ID) VALUES ('P1','2026-05-12','MD1');"
@@ -52,18 +53,18 @@ TEST_F(Guards, ASaleOfACheckedStyleWithNoStockRowIsRefused) {
         << "point of sale: the style comes from the SKU";
 }
 
-TEST_F(Guards, UncheckedStockMayGoNegative) {
+TEST_P(Guards, UncheckedStockMayGoNegative) {
     db.execute(saleBatch("S1", "K101", "K1", 3));
     EXPECT_EQ(stock(db, "K101", "ZC"), sizes({-3}));
 }
 
-TEST_F(Guards, MaintenanceBatchMayDriveCheckedStockNegativeButOnlyThatBatch) {
+TEST_P(Guards, MaintenanceBatchMayDriveCheckedStockNegativeButOnlyThatBatch) {
     db.execute(saleBatch("S1", "K201", "K2", 1), db::ExecOptions{true});
     EXPECT_EQ(stock(db, "K201", "ZC"), sizes({-1}));
     EXPECT_THROW(db.execute(saleBatch("S2", "K201", "K2", 1)), db::Error) << "the next batch is guarded again";
 }
 
-TEST_F(Guards, DocumentsOfAClosedPeriodCannotBeInsertedChangedOrDeleted) {
+TEST_P(Guards, DocumentsOfAClosedPeriodCannotBeInsertedChangedOrDeleted) {
     receive("R1", "K101", "K1", 5, "2026-02-15");
     db.execute("update SYS_CO SET CK_END_DATE ='2026-03-01'");
 
@@ -93,7 +94,7 @@ TEST_F(Guards, DocumentsOfAClosedPeriodCannotBeInsertedChangedOrDeleted) {
     EXPECT_EQ(stock(db, "K101", "ZC"), sizes({0}));
 }
 
-TEST_F(Guards, ATransferOfAClosedMonthMayStillArriveInTheOpenOne) {
+TEST_P(Guards, ATransferOfAClosedMonthMayStillArriveInTheOpenOne) {
     receive("R1", "K101", "K1", 5, "2026-02-10");
     db.execute("INSERT INTO D8303(NOID,T,CK_ID,CK_ID_IN,BDATE) VALUES ('T1','1','ZC','MD1','2026-02-27');"
                "INSERT INTO D8303A  VALUES ('T1','K101','K1','01','ZC','MD1','2','0','0','0','0','0','0','0','0','0',0,0,'1','1','',"
@@ -111,6 +112,8 @@ TEST_F(Guards, ATransferOfAClosedMonthMayStillArriveInTheOpenOne) {
     EXPECT_EQ(stock(db, "K101", "MD1"), sizes({2}));
     db.execute("UPDATE D8303 SET y_note='已核对' WHERE NOID='T1'");  // remarks stay editable
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, Guards, ::testing::ValuesIn(engines()), engineTestName);
 
 }  // namespace
 }  // namespace qx::dbtest

@@ -43,15 +43,16 @@ std::string transfer(const std::string& noid, int t, const std::string& out, con
            l.style + "','" + l.colour + "','" + out + "','" + in + "'," + quotedSizes(l.qty) + ",0,0,'50','100','',0,0,0,0,0,0,0,0,0,0);";
 }
 
-class Posting : public ::testing::Test {
+class Posting : public ::testing::TestWithParam<std::string> {
 protected:
-    Shop shop;
+    Shop shop{GetParam()};
     db::Database& db = *shop.db;
+    void SetUp() override { QX_REQUIRE_ENGINE(shop); }
 
     void expectBalanced() { EXPECT_EQ(count(db, "V_CHECKKC"), 0) << "V_CHECKKC lists rows whose stock differs"; }
 };
 
-TEST_F(Posting, ApprovedPurchaseReceiptAddsItsLinesToTheLineWarehouse) {
+TEST_P(Posting, ApprovedPurchaseReceiptAddsItsLinesToTheLineWarehouse) {
     db.execute(receipt("R1", 1, "ZC", {{"K101", "K1", "01", sizes({5, 3})}, {"K201", "K2", "01", sizes({0, 0, 2})}}));
     EXPECT_EQ(stock(db, "K101", "ZC"), sizes({5, 3}));
     EXPECT_EQ(stock(db, "K201", "ZC"), sizes({0, 0, 2}));
@@ -60,7 +61,7 @@ TEST_F(Posting, ApprovedPurchaseReceiptAddsItsLinesToTheLineWarehouse) {
     expectBalanced();
 }
 
-TEST_F(Posting, UnapprovedReceiptPostsOnApprovalAndUnpostsWhenApprovalIsWithdrawn) {
+TEST_P(Posting, UnapprovedReceiptPostsOnApprovalAndUnpostsWhenApprovalIsWithdrawn) {
     db.execute(receipt("R1", 0, "ZC", {{"K101", "K1", "01", sizes({4})}}));
     EXPECT_EQ(stock(db, "K101", "ZC")[0], -1) << "nothing posted, no stock row";
     db.execute("UPDATE D8101 SET T=1 WHERE NOID='R1'");
@@ -72,7 +73,7 @@ TEST_F(Posting, UnapprovedReceiptPostsOnApprovalAndUnpostsWhenApprovalIsWithdraw
     expectBalanced();
 }
 
-TEST_F(Posting, PurchaseReturnSalesAndSalesReturnsMoveTheirWarehouse) {
+TEST_P(Posting, PurchaseReturnSalesAndSalesReturnsMoveTheirWarehouse) {
     db.execute(receipt("R1", 1, "ZC", {{"K101", "K1", "01", sizes({10, 10})}}));
     db.execute(receiptHead("D8102", "P1", 1, "ZC") +
                "INSERT INTO D8102A  VALUES ('P1','K101','K1','01','ZC','1','2','0','0','0','0','0','0','0','0',0,0,'10','30','');");
@@ -85,7 +86,7 @@ TEST_F(Posting, PurchaseReturnSalesAndSalesReturnsMoveTheirWarehouse) {
     expectBalanced();
 }
 
-TEST_F(Posting, LossGainSheetPostsSignedQuantities) {
+TEST_P(Posting, LossGainSheetPostsSignedQuantities) {
     db.execute(receipt("R1", 1, "MD1", {{"K101", "K1", "01", sizes({5, 5})}}));
     db.execute("INSERT INTO d8301(NOID,T,CK_ID,BDATE,STRPARAM1,USER_ID, NOTE)  VALUES ('L1','1','MD1','2026-05-12','','admin','')"
                "INSERT INTO d8301A  VALUES ('L1','K101','K1','01','MD1','2','-1','0','0','0','0','0','0','0','0','10','10','');");
@@ -93,7 +94,7 @@ TEST_F(Posting, LossGainSheetPostsSignedQuantities) {
     expectBalanced();
 }
 
-TEST_F(Posting, TransferLeavesOnApprovalAndArrivesWithTheCountedQuantities) {
+TEST_P(Posting, TransferLeavesOnApprovalAndArrivesWithTheCountedQuantities) {
     db.execute(receipt("R1", 1, "ZC", {{"K101", "K1", "01", sizes({10, 10})}}));
     db.execute(transfer("T1", 1, "ZC", "MD1", {"K101", "K1", "01", sizes({4, 2})}));
     EXPECT_EQ(stock(db, "K101", "ZC"), sizes({6, 8}));
@@ -110,7 +111,7 @@ TEST_F(Posting, TransferLeavesOnApprovalAndArrivesWithTheCountedQuantities) {
     expectBalanced();
 }
 
-TEST_F(Posting, PointOfSaleTicketsPostAlwaysSalesOutReturnsIn) {
+TEST_P(Posting, PointOfSaleTicketsPostAlwaysSalesOutReturnsIn) {
     db.execute(receipt("R1", 1, "MD1", {{"K101", "K1", "01", sizes({5, 5})}}));
     db.execute("INSERT INTO D712 (NOID, BDATE, CK_ID, VIPID, VIPZK, YW_ID) VALUES ('P1','2026-05-12 12:00:00','MD1','',100,'');"
                "INSERT INTO D712A (NOID, WL_ID, S0, S1, SJ, SMONEY) VALUES ('P1','K101',2,-1,50,50);");
@@ -118,7 +119,7 @@ TEST_F(Posting, PointOfSaleTicketsPostAlwaysSalesOutReturnsIn) {
     expectBalanced();
 }
 
-TEST_F(Posting, OrdersAndStocktakeSheetsNeverPost) {
+TEST_P(Posting, OrdersAndStocktakeSheetsNeverPost) {
     db.execute("INSERT INTO D8203(NOID,CK_ID, BDATE,  USER_ID, NOTE) VALUES ('O1','ZC','2026-05-12','admin','');"
                "INSERT INTO D8203A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, S1, S2, S3, S4, S5, S6, S7, S8, S9, DJ, MONEY, NOTE) "
                "VALUES ('O1','K101','K1','01','ZC','5','0','0','0','0','0','0','0','0','0','10','50','');"
@@ -128,7 +129,7 @@ TEST_F(Posting, OrdersAndStocktakeSheetsNeverPost) {
     expectBalanced();
 }
 
-TEST_F(Posting, EditingLinesPostsOnlyTheDifference) {
+TEST_P(Posting, EditingLinesPostsOnlyTheDifference) {
     db.execute(receipt("R1", 1, "ZC", {{"K201", "K2", "01", sizes({5})}}));
     db.execute(sale("S1", 1, "ZC", {"K201", "K2", "01", sizes({4})}));
     ASSERT_EQ(stock(db, "K201", "ZC"), sizes({1}));
@@ -142,7 +143,7 @@ TEST_F(Posting, EditingLinesPostsOnlyTheDifference) {
     expectBalanced();
 }
 
-TEST_F(Posting, DeletingAHeadDeletesAndUnpostsItsLines) {
+TEST_P(Posting, DeletingAHeadDeletesAndUnpostsItsLines) {
     db.execute(receipt("R1", 1, "ZC", {{"K101", "K1", "01", sizes({5})}, {"K102", "K1", "02", sizes({1, 1})}}));
     db.execute("delete from D8101 Where (noid='R1')");
     EXPECT_EQ(count(db, "D8101A"), 0);
@@ -151,7 +152,7 @@ TEST_F(Posting, DeletingAHeadDeletesAndUnpostsItsLines) {
     expectBalanced();
 }
 
-TEST_F(Posting, BalanceViewShowsADirectStockEditAndTheRepairClearsIt) {
+TEST_P(Posting, BalanceViewShowsADirectStockEditAndTheRepairClearsIt) {
     db.execute(receipt("R1", 1, "ZC", {{"K101", "K1", "01", sizes({5, 2})}}));
     db.execute("UPDATE d1802 SET K1=K1+3 WHERE WL_ID='K101'", db::ExecOptions{true});
     auto rows = db.open("SELECT ck_id, ck_name, wl_id, k_id, wl_name, COL_NAME, C0, C1, K0, K1, m0, m1 FROM V_CHECKKC");
@@ -173,7 +174,7 @@ TEST_F(Posting, BalanceViewShowsADirectStockEditAndTheRepairClearsIt) {
     EXPECT_EQ(stock(db, "K101", "ZC"), sizes({5, 2}));
 }
 
-TEST_F(Posting, OpeningStockCountsInTheBalance) {
+TEST_P(Posting, OpeningStockCountsInTheBalance) {
     db.execute("INSERT INTO D1802 (WL_ID, CK_ID, BDATE, B0, B1, B2, B3, B4, B5, B6, B7, B8, B9, BEGIN_MONEY,CHECK_KC) "
                "VALUES ('K101','MD2','2026-01-01',3,0,0,0,0,0,0,0,0,0,30,0);update d1802 set k0=b0,k1=b1,k2=b2,k3=b3,k4=b4,"
                "k5=b5,k6=b6,k7=b7,k8=b8,k9=b9",
@@ -183,7 +184,7 @@ TEST_F(Posting, OpeningStockCountsInTheBalance) {
     expectBalanced();
 }
 
-TEST_F(Posting, MovementStreamNamesEveryKind) {
+TEST_P(Posting, MovementStreamNamesEveryKind) {
     db.execute(receipt("R1", 1, "ZC", {{"K101", "K1", "01", sizes({5})}}));
     db.execute(sale("S1", 1, "ZC", {"K101", "K1", "01", sizes({1})}));
     db.execute("INSERT INTO d8301(NOID,T,CK_ID,BDATE) VALUES ('L1','1','ZC','2026-05-12')"
@@ -198,6 +199,8 @@ TEST_F(Posting, MovementStreamNamesEveryKind) {
     EXPECT_EQ(text(r.rows[3][2]), "销售开单");
     EXPECT_EQ(integer(r.rows[3][3]), -1);
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, Posting, ::testing::ValuesIn(engines()), engineTestName);
 
 }  // namespace
 }  // namespace qx::dbtest

@@ -6,8 +6,13 @@
 namespace qx::dbtest {
 namespace {
 
-TEST(Views, V1809GivesTheBarcodesOfEachSizeByTheStylesRule) {
-    Shop shop;
+class Views : public ::testing::TestWithParam<std::string> {
+protected:
+    Shop shop{GetParam()};
+    void SetUp() override { QX_REQUIRE_ENGINE(shop); }
+};
+
+TEST_P(Views, V1809GivesTheBarcodesOfEachSizeByTheStylesRule) {
     auto& db = *shop.db;
     db.execute("INSERT INTO D1809 (WL_ID, M_INDEX, K_ID, TM) VALUES ('K301','1','K3','6900000000017');"
                "INSERT INTO D8101(T,NOID,CK_ID,BDATE) VALUES ('0','R1','ZC','2026-05-10');"
@@ -32,8 +37,7 @@ TEST(Views, V1809GivesTheBarcodesOfEachSizeByTheStylesRule) {
     EXPECT_EQ(count(db, "D1809"), 10);
 }
 
-TEST(Views, VD8303AListsBothWarehousesOfEachTransferLine) {
-    Shop shop;
+TEST_P(Views, VD8303AListsBothWarehousesOfEachTransferLine) {
     auto& db = *shop.db;
     db.execute("INSERT INTO D8303A  VALUES ('T1','K201','K2','01','ZC','MD1','1','0','0','0','0','0','0','0','0','0',0,0,'1','1','',"
                "0,0,0,0,0,0,0,0,0,0);");
@@ -44,8 +48,7 @@ TEST(Views, VD8303AListsBothWarehousesOfEachTransferLine) {
     EXPECT_EQ(integer(r.rows[0][4]), 1);
 }
 
-TEST(Views, VD712JoinsTicketLinesToTheirTicketAndStyle) {
-    Shop shop;
+TEST_P(Views, VD712JoinsTicketLinesToTheirTicketAndStyle) {
     auto& db = *shop.db;
     db.execute("INSERT INTO D712 (NOID, BDATE, CK_ID) VALUES ('P1','2026-05-12 12:00:00','MD1');"
                "INSERT INTO D712A (NOID, WL_ID, S0, S2, SJ, SMONEY) VALUES ('P1','K101',1,1,50,100);");
@@ -54,6 +57,8 @@ TEST(Views, VD712JoinsTicketLinesToTheirTicketAndStyle) {
     EXPECT_EQ(text(r.rows[0][0]), "2026-05-12 12:00:00");
     EXPECT_EQ(integer(r.rows[0][2]), 2);
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, Views, ::testing::ValuesIn(engines()), engineTestName);
 
 }  // namespace
 }  // namespace qx::dbtest

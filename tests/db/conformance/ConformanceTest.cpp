@@ -1,6 +1,7 @@
 // Runs every conformance file (tests/db/conformance/*.test) against every engine.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -44,10 +45,9 @@ class Conformance : public ::testing::TestWithParam<Case> {};
 // this fail the test (a regression), fewer are reported so the number comes down.
 std::size_t knownFailures(const Case& c) {
     static const std::map<std::string, std::size_t> postgresql = {
-        {"collation.test", 25}, {"dates.test", 54},   {"errors.test", 2},     {"logic.test", 17},
-        {"maintenance.test", 4}, {"module_constructs.test", 28}, {"numbers.test", 33}, {"statements.test", 9},
-        {"string_functions.test", 56}, {"text_and_numbers.test", 13}, {"precision.test", 29},
-        {"rankings.test", 4},
+        {"collation.test", 12}, {"dates.test", 8}, {"errors.test", 1}, {"numbers.test", 12},
+        {"string_functions.test", 1}, {"text_and_numbers.test", 1},
+        {"precision.test", 29}, {"rankings.test", 4},
     };
     if (c.engine != "postgresql") return 0;
     const auto it = postgresql.find(c.file);
@@ -66,6 +66,8 @@ TEST_P(Conformance, AnswersAsSqlServerDoes) {
         for (const auto& failure : failures) ADD_FAILURE() << failure;
         ADD_FAILURE() << failures.size() << " records fail on " << c.engine << ", at most " << known << " known not to work yet";
     } else if (known > 0) {
+        if (std::getenv("QXCK_CONFORMANCE_SHOW"))  // lists the known failures, for whoever works on them
+            for (const auto& failure : failures) std::cout << failure << "\n";
         std::cout << failures.size() << " of " << records.size() << " records of " << c.file << " not yet right on " << c.engine
                   << (failures.size() < known ? " (fewer than listed: lower the number)" : "") << "\n";
     }

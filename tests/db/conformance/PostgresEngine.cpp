@@ -1,5 +1,5 @@
-// The PostgreSQL engine: a fresh, empty database on the process's private test server
-// (tests/support/PostgresServer.h) for every conformance file.
+// The PostgreSQL engine: a fresh shop database (tables, views, posting triggers and guards) on
+// the process's private test server (tests/support/PostgresServer.h) for every conformance file.
 #include "SqlLogic.h"
 #include "support/PostgresServer.h"
 
@@ -8,7 +8,11 @@ namespace {
 
 class PostgresEngine final : public Engine {
 public:
-    PostgresEngine() : db_(qx::db::openPostgres(qx::test::PostgresServer::instance()->freshDatabase())) {}
+    PostgresEngine() {
+        auto db = std::make_unique<qx::db::PostgresDatabase>(qx::test::PostgresServer::instance()->freshDatabase());
+        db->createShop();
+        db_ = std::move(db);
+    }
     std::string name() const override { return "postgresql"; }
     void execute(const std::string& batch, bool maintenance) override { db_->execute(batch, {.maintenance = maintenance}); }
     qx::db::ResultSet query(const std::string& batch) override { return db_->open(batch); }

@@ -4,6 +4,9 @@
 
 #include <sqlite3.h>
 
+#include <cctype>
+#include <chrono>
+#include <thread>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -29,6 +32,15 @@ class PostgresDatabaseTest : public ::testing::Test {
 protected:
     std::unique_ptr<qx::db::Database> connect() {
         return qx::db::openPostgres(uri_);
+    }
+    // The message a batch fails with, or "no error".
+    std::string errorOf(const std::string& batch) {
+        try {
+            db_->execute(batch);
+        } catch (const qx::db::Error& e) {
+            return e.what();
+        }
+        return "no error";
     }
     void SetUp() override {
         server_ = qx::test::PostgresServer::instance();
@@ -85,14 +97,7 @@ TEST_F(PostgresDatabaseTest, AnErrorCarriesTheServersMessageAndTheStatement) {
 
 // The messages the module and its users know, in SQL Server's words.
 TEST_F(PostgresDatabaseTest, ErrorsReadAsSqlServersDo) {
-    const auto message = [&](const char* batch) {
-        try {
-            db_->execute(batch);
-        } catch (const qx::db::Error& e) {
-            return std::string(e.what());
-        }
-        return std::string("no error");
-    };
+    const auto message = [&](const std::string& batch) { return errorOf(batch); };
     EXPECT_EQ(message("SELECT * FROM NoTable"), "Invalid object name 'NoTable'.");
     EXPECT_EQ(message("SELECT * FROM #none"), "Invalid object name '#none'.");
     EXPECT_EQ(message("SELECT 1 / 0"), "Divide by zero error encountered.");
@@ -218,6 +223,12 @@ TEST_F(PostgresDatabaseTest, TheSameTsqlGivesTheSameRowsOnBothEngines) {
 // Table name → its column names in order.
 using Tables = std::map<std::string, std::vector<std::string>>;
 
+// PostgreSQL keeps names folded to lower case (names ignore case, as on SQL Server).
+std::string lower(std::string name) {
+    for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return name;
+}
+
 Tables sqliteTables(const std::string& path) {
     sqlite3* db = nullptr;
     EXPECT_EQ(sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
@@ -228,8 +239,8 @@ Tables sqliteTables(const std::string& path) {
                        "WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite%' ORDER BY m.name, p.cid",
                        -1, &stmt, nullptr);
     while (sqlite3_step(stmt) == SQLITE_ROW)
-        tables[reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0))].push_back(
-            reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1)));
+        tables[lower(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 0)))].push_back(
+            lower(reinterpret_cast<const char*>(sqlite3_column_text(stmt, 1))));
     sqlite3_finalize(stmt);
     sqlite3_close(db);
     return tables;
@@ -280,6 +291,41 @@ TEST(PostgresShopTest, AFreshShopHasEveryTableAndColumnOfTheSqliteShop) {
     EXPECT_THROW(postgres.execute("INSERT INTO d1004 (CLASS_ID) VALUES ('AB')"), qx::db::Error);
 }
 
+TEST_F(PostgresDatabaseTest, SysMRunsTheTextItIsHandedAndOtherProceduresAreNamed) {
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('M1', 4)");
+    const auto rows =
+        db_->open("EXEC SYS_M @param=1, @sqltext='SELECT ItemNo, Qty * 2 AS Twice FROM Items WHERE ItemNo = ''m1'''").rows;
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(text(rows[0][0]), "M1");
+    EXPECT_EQ(std::get<std::int64_t>(rows[0][1]), 8);
+    EXPECT_EQ(errorOf("EXEC no_such_thing @a=1"), "unknown procedure: no_such_thing");
+    EXPECT_EQ(errorOf("EXEC SYS_ZM @ck_id='ZC'"), "procedure SYS_ZM is not available on PostgreSQL yet");
+    EXPECT_EQ(errorOf("EXEC SYS_M @param=1"), "SYS_M needs the argument @sqltext");
+}
+
+// The server ends the connection while a batch runs (an administrator, a restart): the batch
+// fails clearly, nothing of it is kept, and the next batch opens the connection again.
+TEST_F(PostgresDatabaseTest, AConnectionKilledMidBatchKeepsNothingAndTheNextBatchReconnects) {
+    const auto pid = std::to_string(std::get<std::int64_t>(db_->open("SELECT pg_backend_pid()").rows.at(0).at(0)));
+    auto admin = connect();
+    std::thread killer([&] {
+        // once the batch is in its pause, after its first insert
+        for (int i = 0; i < 200; ++i) {
+            if (!admin->open("SELECT 1 FROM pg_stat_activity WHERE pid = " + pid + " AND query LIKE '%pg[_]sleep%'").rows.empty()) break;
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+        admin->open("SELECT pg_terminate_backend(" + pid + ")");
+    });
+    const std::string message =
+        errorOf("INSERT INTO Items (ItemNo, Qty) VALUES ('K1', 1); SELECT pg_sleep(30); INSERT INTO Items (ItemNo, Qty) VALUES ('K2', 2)");
+    killer.join();
+    EXPECT_EQ(message.rfind("the connection to the database server was lost; nothing of the unfinished batch was kept", 0), 0u)
+        << message;
+    EXPECT_EQ(admin->open("SELECT COUNT(*) FROM Items").rows[0][0], Value(std::int64_t{0}));
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('K3', 3)");
+    EXPECT_EQ(admin->open("SELECT ItemNo FROM Items").rows.at(0).at(0), Value(std::string("K3")));
+}
+
 TEST(PostgresShopTest, CreatingTheTablesTwiceFailsAndKeepsTheFirstOnes) {
     auto* server = qx::test::PostgresServer::instance();
     if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
@@ -319,7 +365,7 @@ TEST(PostgresDialectTest, WritesTheDifferencesOfPostgresql) {
     EXPECT_NE(emit("SELECT ISNULL(a, 0) FROM T").find("COALESCE("), std::string::npos);
     EXPECT_NE(emit("SELECT 'a' + 'b'").find("||"), std::string::npos);
     EXPECT_NE(emit("CREATE TABLE #x (a int)").find("pg_temp.\"#x\""), std::string::npos);
-    EXPECT_NE(emit("SELECT MixedCase FROM T").find("\"MixedCase\""), std::string::npos);
+    EXPECT_NE(emit("SELECT MixedCase FROM T").find("\"mixedcase\""), std::string::npos) << "names ignore case";
     EXPECT_EQ(emit("SELECT a FROM T").find("qx_"), std::string::npos);
 }
 
