@@ -11,9 +11,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "db/Database.h"
@@ -82,7 +84,10 @@ public:
     explicit Server(const std::string& connection) : conn_(PQconnectdb(connection.c_str())) {
         if (PQstatus(conn_) != CONNECTION_OK) {
             const std::string message = serverMessage(nullptr, conn_);
+            missing_ = message.find("database \"") != std::string::npos && message.find("does not exist") != std::string::npos;
             PQfinish(conn_);
+            conn_ = nullptr;
+            if (missing_) return;  // see missingDatabase()
             throw Error("cannot connect to the PostgreSQL server: " + message);
         }
         PQsetClientEncoding(conn_, "UTF8");
@@ -90,7 +95,11 @@ public:
         run("SET datestyle = 'ISO, YMD'");
         run("SET extra_float_digits = 3");
     }
-    ~Server() { PQfinish(conn_); }
+    ~Server() {
+        if (conn_) PQfinish(conn_);
+    }
+    // The server answered that the named database does not exist (nothing else works then).
+    bool missingDatabase() const { return missing_; }
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
@@ -135,7 +144,34 @@ public:
 
 private:
     PGconn* conn_;
+    bool missing_ = false;
 };
+
+// The database a connection string names, and the same connection string naming the server's
+// maintenance database instead.
+std::pair<std::string, std::string> databaseAndMaintenance(const std::string& connection) {
+    char* error = nullptr;
+    PQconninfoOption* options = PQconninfoParse(connection.c_str(), &error);
+    if (!options) {
+        const std::string message = error ? error : "invalid connection string";
+        PQfreemem(error);
+        throw Error("cannot read the connection string: " + message);
+    }
+    std::string name, maintenance;
+    for (PQconninfoOption* o = options; o->keyword; ++o) {
+        if (!o->val) continue;
+        const std::string keyword = o->keyword;
+        if (keyword == "dbname") {
+            name = o->val;
+            continue;
+        }
+        std::string value;
+        for (const char c : std::string(o->val)) value += c == '\\' || c == '\'' ? std::string("\\") + c : std::string(1, c);
+        maintenance += keyword + "='" + value + "' ";
+    }
+    PQconninfoFree(options);
+    return {name, maintenance + "dbname=postgres"};
+}
 
 // ---- tables and columns on both sides -------------------------------------------------------------
 
@@ -497,7 +533,18 @@ CopyReport copyShop(const std::string& sqlitePath, const std::string& target, co
     if (std::none_of(tables.begin(), tables.end(), [](const SourceTable& t) { return lower(t.name) == "sys_noid"; }))
         throw Error(sqlitePath + " is not a shop database (it has no number counters)");
 
-    Server server(target);
+    std::unique_ptr<Server> connection = std::make_unique<Server>(target);
+    if (connection->missingDatabase()) {
+        // a shop moving to a server it has never been on: its database is made first
+        const auto [name, maintenance] = databaseAndMaintenance(target);
+        Server admin(maintenance);
+        if (admin.missingDatabase()) throw Error("cannot connect to the PostgreSQL server: neither " + name + " nor postgres exists");
+        admin.run("CREATE DATABASE " + ident(name) + " TEMPLATE template0 ENCODING 'UTF8'");
+        say("created the database " + name);
+        connection = std::make_unique<Server>(target);
+        if (connection->missingDatabase()) throw Error("cannot connect to the PostgreSQL server: the database " + name + " does not exist");
+    }
+    Server& server = *connection;
     std::vector<std::string> shopTables;
     for (const auto& t : tables) shopTables.push_back(t.name);
     const auto existing = existingShopRelations(server, shopTables);
@@ -555,13 +602,15 @@ CopyReport copyShop(const std::string& sqlitePath, const std::string& target, co
         // rows go in as they are: no trigger of the server posts them again
         std::string list;
         for (const auto& p : plans) list += (list.empty() ? "" : ", ") + ident(p.target);
-        std::vector<std::pair<std::string, std::string>> triggers;
+        struct Trigger {
+            std::string table, name, mode;
+        };
+        std::vector<Trigger> triggers;
         for (const auto& p : plans)
-            for (const auto& row : server.run("SELECT tgname FROM pg_trigger WHERE tgrelid = " + literal(ident(p.target)) +
+            for (const auto& row : server.run("SELECT tgname, tgenabled::text FROM pg_trigger WHERE tgrelid = " + literal(ident(p.target)) +
                                               "::regclass AND NOT tgisinternal AND tgenabled <> 'D'"))
-                triggers.emplace_back(p.target, *row[0]);
-        for (const auto& [table, trigger] : triggers)
-            server.run("ALTER TABLE " + ident(table) + " DISABLE TRIGGER " + ident(trigger));
+                triggers.push_back({p.target, *row[0], *row[1] == "A" ? "ALWAYS " : *row[1] == "R" ? "REPLICA " : ""});
+        for (const auto& t : triggers) server.run("ALTER TABLE " + ident(t.table) + " DISABLE TRIGGER " + ident(t.name));
         if (!list.empty()) server.run("TRUNCATE " + list);  // the rows a new shop starts with: the file has its own
 
         for (const auto& plan : plans) {
@@ -582,7 +631,7 @@ CopyReport copyShop(const std::string& sqlitePath, const std::string& target, co
                           std::chrono::duration<double>(std::chrono::steady_clock::now() - tableStarted).count());
             say(line);
         }
-        for (const auto& [table, trigger] : triggers) server.run("ALTER TABLE " + ident(table) + " ENABLE TRIGGER " + ident(trigger));
+        for (const auto& t : triggers) server.run("ALTER TABLE " + ident(t.table) + " ENABLE " + t.mode + "TRIGGER " + ident(t.name));
 
         say("comparing both sides");
         for (const auto& plan : plans) {

@@ -5,6 +5,9 @@
 
 #include <sqlite3.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -243,6 +246,55 @@ TEST_F(ShopCopy, DatesAndDecimalsKeepTheirValues) {
     EXPECT_EQ(line(1), "V2|2000-01-01 00:00:00|-12.35|-0.01|");
     EXPECT_EQ(line(2), "V3|2026-03-01 00:00:00|19.99|1234567.89|");
     EXPECT_EQ(line(3), "V4|NULL|0.00|0.00|");
+}
+
+TEST_F(ShopCopy, ADifferenceFoundWhenComparingLeavesTheServerEmpty) {
+    const std::string path = smallShop("compared.db");
+    rawSqlite(path, "INSERT INTO d1800 (K_ID, WL_NAME) VALUES ('BLANKS', 'blanks   ');");
+    copy::CopyOptions options;
+    // a server column that drops trailing blanks: the rows go in, the comparison must notice
+    options.tablesCreated = [](db::PostgresDatabase& server) { server.runNative("ALTER TABLE d1800 ALTER COLUMN \"WL_NAME\" TYPE char(80)"); };
+    try {
+        copy::copyShop(path, uri_, options);
+        FAIL() << "a copy that lost trailing blanks was committed";
+    } catch (const db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find("d1800 differs from the file: length of the texts in WL_NAME"), std::string::npos) << e.what();
+    }
+    db::PostgresDatabase server(uri_);
+    EXPECT_EQ(tablesOnServer(server), 0);
+}
+
+TEST_F(ShopCopy, ADatabaseTheServerDoesNotHaveYetIsCreated) {
+    const std::string uri = server_->uri("newshop" + std::to_string(::getpid()));
+    copy::CopyOptions options;
+    std::vector<std::string> lines;
+    options.progress = [&](const std::string& line) { lines.push_back(line); };
+    const auto report = copy::copyShop(smallShop("new.db"), uri, options);
+    EXPECT_EQ(lines.front(), "created the database newshop" + std::to_string(::getpid()));
+    db::PostgresDatabase server(uri);
+    EXPECT_EQ(tablesOnServer(server), static_cast<long long>(report.tables.size()));
+}
+
+TEST_F(ShopCopy, TheCommandCopiesRefusesAndReplaces) {
+    const std::string path = smallShop("command.db");
+    const std::string command = std::string(QXCK_COPY) + " --from '" + path + "' --to '" + uri_ + "'";
+    const auto run = [](const std::string& line, std::string& out) {
+        out.clear();
+        FILE* pipe = ::popen((line + " 2>&1").c_str(), "r");
+        char buffer[4096];
+        while (std::fgets(buffer, sizeof buffer, pipe)) out += buffer;
+        return WEXITSTATUS(::pclose(pipe));
+    };
+    std::string out;
+    EXPECT_EQ(run(std::string(QXCK_COPY), out), 2);
+    EXPECT_NE(out.find("usage: qxck-copy --from FILE --to"), std::string::npos) << out;
+    EXPECT_EQ(run(command, out), 0) << out;
+    EXPECT_NE(out.find("d1802: "), std::string::npos) << out;
+    EXPECT_NE(out.find("rows copied and compared"), std::string::npos) << out;
+    EXPECT_EQ(run(command, out), 1) << out;
+    EXPECT_NE(out.find("qxck-copy: the target database already holds a shop"), std::string::npos) << out;
+    EXPECT_EQ(run(command + " --replace", out), 0) << out;
+    EXPECT_NE(out.find("removed the shop the target held"), std::string::npos) << out;
 }
 
 TEST_F(ShopCopy, AFileThatIsNoShopIsRefused) {
