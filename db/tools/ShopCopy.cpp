@@ -513,6 +513,12 @@ void compareRows(Server& server, sqlite3* db, const Plan& plan) {
     }
 }
 
+std::string seconds(std::chrono::steady_clock::time_point since) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2f s", std::chrono::duration<double>(std::chrono::steady_clock::now() - since).count());
+    return text;
+}
+
 bool comparedRowByRow(const std::string& table) {
     const std::string t = lower(table);
     return t == "d1802" || t == "sys_noid";
@@ -566,12 +572,13 @@ CopyReport copyShop(const std::string& sqlitePath, const std::string& target, co
         say("removed the shop the target held (" + std::to_string(old.tables.size()) + " tables)");
     }
 
+    const auto creating = std::chrono::steady_clock::now();
     db::PostgresDatabase shop(target);  // creates the collation and helpers a shop needs
     const Objects before = schemaObjects(server);
     try {
         shop.createShopTables();
         if (options.tablesCreated) options.tablesCreated(shop);
-        say("created the shop's tables");
+        say("created the shop's tables (" + seconds(creating) + ")");
 
         // the file's snapshot: what is read below is one state of the shop
         file.runNative("BEGIN");
@@ -613,6 +620,7 @@ CopyReport copyShop(const std::string& sqlitePath, const std::string& target, co
         for (const auto& t : triggers) server.run("ALTER TABLE " + ident(t.table) + " DISABLE TRIGGER " + ident(t.name));
         if (!list.empty()) server.run("TRUNCATE " + list);  // the rows a new shop starts with: the file has its own
 
+        const auto copying = std::chrono::steady_clock::now();
         for (const auto& plan : plans) {
             const auto tableStarted = std::chrono::steady_clock::now();
             const long long rows = copyTable(server, source, plan);
@@ -626,18 +634,17 @@ CopyReport copyShop(const std::string& sqlitePath, const std::string& target, co
             }
             report.tables.push_back({plan.target, rows});
             report.rows += rows;
-            char line[200];
-            std::snprintf(line, sizeof line, "%s: %lld rows (%.2f s)", plan.target.c_str(), rows,
-                          std::chrono::duration<double>(std::chrono::steady_clock::now() - tableStarted).count());
-            say(line);
+            say(plan.target + ": " + std::to_string(rows) + " rows (" + seconds(tableStarted) + ")");
         }
+        say("copied " + std::to_string(report.rows) + " rows (" + seconds(copying) + ")");
         for (const auto& t : triggers) server.run("ALTER TABLE " + ident(t.table) + " ENABLE " + t.mode + "TRIGGER " + ident(t.name));
 
-        say("comparing both sides");
+        const auto comparing = std::chrono::steady_clock::now();
         for (const auto& plan : plans) {
             compareSums(server, source, plan);
             if (comparedRowByRow(plan.target)) compareRows(server, source, plan);
         }
+        say("compared both sides (" + seconds(comparing) + ")");
         server.run("COMMIT");
         file.runNative("COMMIT");
     } catch (...) {
