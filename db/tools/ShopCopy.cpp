@@ -182,6 +182,7 @@ struct TargetColumn {
     Kind kind = Kind::Text;
     int scale = 0;
     bool identity = false;
+    bool boolean = false;  // a PostgreSQL boolean: 0/1 in the file
 };
 
 struct TargetTable {
@@ -210,6 +211,7 @@ std::map<std::string, TargetTable> targetTables(Server& server) {
         } else if (type == "float4" || type == "float8") column.kind = Kind::Float;
         else if (type == "timestamp" || type == "date" || type == "timestamptz") column.kind = Kind::Time;
         column.identity = *row[4] == "t";
+        column.boolean = type == "bool";
         table.columns.push_back(column);
     }
     return tables;
@@ -410,7 +412,7 @@ void compareSums(Server& server, sqlite3* db, const Plan& plan) {
         case Kind::Integer:
         case Kind::Float:
             sqliteSql += ", total(" + s + ")";
-            serverSql += ", coalesce(sum(" + t + "::float8), 0)";
+            serverSql += ", coalesce(sum(" + t + (c.target.boolean ? "::int" : "") + "::float8), 0)";
             what.push_back("sum of " + c.target.name);
             break;
         case Kind::Numeric:
@@ -458,7 +460,8 @@ void compareRows(Server& server, sqlite3* db, const Plan& plan) {
         for (std::size_t r = 0; r < n; ++r) {
             Row row;
             for (std::size_t i = 0; i < plan.columns.size(); ++i) {
-                const std::optional<std::string> v = valueAt(r, i);
+                std::optional<std::string> v = valueAt(r, i);
+                if (v && plan.columns[i].target.boolean && (*v == "t" || *v == "f")) v = *v == "t" ? "1" : "0";
                 const Kind kind = plan.columns[i].target.kind;
                 if (kind == Kind::Numeric || kind == Kind::Float)
                     row.numbers.push_back(v ? std::optional<double>(std::strtod(v->c_str(), nullptr)) : std::nullopt);

@@ -311,6 +311,23 @@ TEST_F(ShopCopy, IdentityNumberingContinuesPastTheCopiedRows) {
     EXPECT_EQ(integer(scalar(server, "SELECT ID FROM sys_log_iud WHERE USER_ID = 'c'")), 10);
 }
 
+TEST_F(ShopCopy, BitsGoIntoBooleanColumnsOfTheServer) {
+    const std::string path = smallShop("bits.db");
+    copy::CopyOptions options;
+    options.tablesCreated = [](db::PostgresDatabase& server) {
+        server.runNative("ALTER TABLE sys_group ALTER COLUMN \"GROUP_SHOW\" DROP DEFAULT");
+        server.runNative("ALTER TABLE sys_group ALTER COLUMN \"GROUP_SHOW\" TYPE boolean USING \"GROUP_SHOW\" <> 0");
+    };
+    copy::copyShop(path, uri_, options);
+    db::PostgresDatabase server(uri_);
+    auto file = db::openSqlite(path);
+    const auto shown = [](db::Database& db) {
+        return count(db, "sys_group", "GROUP_SHOW = 1");
+    };
+    EXPECT_GT(shown(*file), 0);
+    EXPECT_EQ(integer(server.runNative("SELECT count(*) FROM sys_group WHERE \"GROUP_SHOW\"").rows.at(0).at(0)), shown(*file));
+}
+
 TEST_F(ShopCopy, ATableTheServerHasNotIsReportedNotRefused) {
     const std::string path = smallShop("extra.db");
     rawSqlite(path, "CREATE TABLE local_notes (a TEXT); INSERT INTO local_notes VALUES ('x'), ('y');");
