@@ -1,24 +1,46 @@
-// qxck-copy --from FILE|postgresql://… --to postgresql://…|FILE: moves a shop to another database
-// (its SQLite file to a server, say) with every row, number counter and stock row.
+// qxck-copy --from FILE --to URI [--replace]: moves a shop from its SQLite file to a PostgreSQL
+// server (every row, number counter and stock row as they are), all or nothing, and compares
+// both sides before committing. Progress per table on stderr.
 #include <cstdio>
+#include <exception>
 #include <string>
 
 #include "db/tools/ShopCopy.h"
 
+namespace {
+
+int usage() {
+    std::fprintf(stderr, "usage: qxck-copy --from FILE --to postgresql://user@host:port/shop [--replace]\n");
+    return 2;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
     std::string from, to;
-    for (int i = 1; i + 1 < argc; i += 2) {
+    qx::copy::CopyOptions options;
+    for (int i = 1; i < argc; ++i) {
         const std::string arg = argv[i];
-        if (arg == "--from") from = argv[i + 1];
-        else if (arg == "--to") to = argv[i + 1];
+        if (arg == "--replace") {
+            options.replace = true;
+            continue;
+        }
+        if (i + 1 >= argc) return usage();
+        const std::string value = argv[++i];
+        if (arg == "--from") from = value;
+        else if (arg == "--to") to = value;
+        else return usage();
     }
-    if (from.empty() || to.empty() || argc != 5) {
-        std::fprintf(stderr, "usage: qxck-copy --from FILE|postgresql://… --to postgresql://…|FILE\n");
-        return 2;
-    }
+    if (from.empty() || to.empty()) return usage();
+    options.progress = [](const std::string& line) {
+        std::fprintf(stderr, "%s\n", line.c_str());
+        std::fflush(stderr);
+    };
     try {
-        const auto summary = qx::demo::copyShop(from, to);
-        std::printf("%s → %s: %lld rows in %zu tables\n", from.c_str(), to.c_str(), summary.total, summary.rows.size());
+        const auto report = qx::copy::copyShop(from, to, options);
+        std::printf("%s: %zu tables, %lld rows copied and compared (%.1f s)\n", from.c_str(), report.tables.size(), report.rows,
+                    report.seconds);
+        for (const auto& s : report.skipped) std::printf("not copied (no such table on the server): %s\n", s.c_str());
         return 0;
     } catch (const std::exception& e) {
         std::fprintf(stderr, "qxck-copy: %s\n", e.what());

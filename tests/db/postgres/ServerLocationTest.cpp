@@ -86,13 +86,13 @@ TEST_F(ServerLocation, TheDemoShopOnAServerHasTheSameStockAsInAFile) {
 // the stock rows arrive as they are; the copy balances; a target that holds a shop is refused.
 TEST_F(ServerLocation, AShopMovesFromItsFileToAServerWithEveryRow) {
     const std::string uri = server->freshDatabase();
-    const auto summary = demo::copyShop(sharedDemoShop(), uri);
+    const auto summary = copy::copyShop(sharedDemoShop(), uri);
     auto file = db::openSqlite(sharedDemoShop());
     auto copy = db::openDatabase(uri);
-    ASSERT_GT(summary.rows.size(), 30u);
-    for (const auto& [table, rows] : summary.rows) {
-        EXPECT_EQ(count(*copy, table), count(*file, table)) << table;
-        EXPECT_EQ(rows, count(*file, table)) << table;
+    ASSERT_GT(summary.tables.size(), 30u);
+    for (const auto& t : summary.tables) {
+        EXPECT_EQ(count(*copy, t.table), count(*file, t.table)) << t.table;
+        EXPECT_EQ(t.rows, count(*file, t.table)) << t.table;
     }
     const std::string stockTotals = "SELECT COUNT(*), SUM(KC), SUM(K0 + 2*K1 + 3*K2 + 4*K3), SUM(B0 + B1), SUM(BEGIN_MONEY) FROM d1802";
     const auto copied = copy->open(stockTotals).rows.at(0), original = file->open(stockTotals).rows.at(0);
@@ -103,7 +103,7 @@ TEST_F(ServerLocation, AShopMovesFromItsFileToAServerWithEveryRow) {
     EXPECT_EQ(text(scalar(*copy, "SELECT MAX(SEQ) FROM sys_noid")), text(scalar(*file, "SELECT MAX(SEQ) FROM sys_noid")))
         << "the number counters came along";
     EXPECT_EQ(count(*copy, "V_CHECKKC"), 0) << "the stock rows equal the documents' recomputation";
-    EXPECT_THROW(demo::copyShop(sharedDemoShop(), uri), db::Error) << "a target that holds a shop";
+    EXPECT_THROW(copy::copyShop(sharedDemoShop(), uri), db::Error) << "a target that holds a shop";
 }
 
 }  // namespace
