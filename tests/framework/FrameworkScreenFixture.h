@@ -19,6 +19,8 @@
 #include "framework/Screenshot.h"
 #include "framework/Settings.h"
 #include "tests/framework/FakeDatabase.h"
+#include "tests/support/RecordedCalls.h"
+#include "tests/support/ScreenTestEnvironment.h"
 
 namespace qx::test::framework_screens {
 
@@ -193,22 +195,10 @@ public:
 class FrameworkScreenTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ResetGlobals();
-        G_UserId = "U1";
         db = shop();
-        qx::dataop::setDatabase(db);
-        qx::dataop::setObserver([this](const Call& c) { calls.push_back(c); });
-        qx::ui::setToday(QDate(2026, 3, 18));
-        qx::ui::setScreenPresenter([](TFrm_Base* screen) { screen->show(); });
+        environment.install(db, &calls);
     }
-    void TearDown() override {
-        qx::ui::setModalHandler(nullptr);
-        qx::ui::setScreenPresenter(nullptr);
-        qx::ui::setToday(QDate());
-        qx::dataop::setObserver({});
-        qx::dataop::setDatabase(nullptr);
-        ResetGlobals();
-    }
+    void TearDown() override { environment.restore(); }
     // The list, opened on code 201 with the filter confirmed (supplier as given).
     DemoList* openList(const QString& supplier = {}) {
         qx::ui::setModalHandler([supplier](TFrm_Base* dialog) {
@@ -226,12 +216,8 @@ protected:
         list->InitForm(rec);
         return list;
     }
-    std::vector<QString> statements(Call::Kind kind) const {
-        std::vector<QString> out;
-        for (const auto& c : calls)
-            if (c.kind == kind) out.push_back(c.sql);
-        return out;
-    }
+    std::vector<QString> statements(Call::Kind kind) const { return statementsOf(calls, kind); }
+    qx::test::ScreenTestEnvironment environment;
     qx::ui::ScopedScriptedSink sink;
     std::shared_ptr<qx::test::FakeDatabase> db;
     std::vector<Call> calls;

@@ -97,16 +97,6 @@ protected:
         exec("INSERT INTO d1805 (JGM, K_ID, CK_ID, DATE1) VALUES ('JGB201', 'K2', NULL, '2026-01-03')");
     }
 
-    Trecord record(int code) const {
-        Trecord rec;
-        rec.UserId = G_UserId;
-        rec.UserName = G_UserName;
-        rec.CkId = G_ckid;
-        rec.CkName = G_CkName;
-        rec.FuncCode = code;
-        return rec;
-    }
-
     // What the next modal dialogs do: each step drives one dialog and returns its result.
     std::deque<std::function<int(TFrm_Base*)>> steps;
     QTemporaryDir programDir;

@@ -18,6 +18,7 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
+#include "tests/support/RecordedCalls.h"
 #include "tests/support/ScreenTestEnvironment.h"
 
 // Readable failures: texts as texts.
@@ -68,12 +69,7 @@ protected:
     QStringList dump(const QString& sql) { return rowsOf(*db, sql); }
 
     // The statements of one kind of call, in order.
-    std::vector<QString> statements(Call::Kind kind) const {
-        std::vector<QString> out;
-        for (const auto& c : calls)
-            if (c.kind == kind) out.push_back(c.sql);
-        return out;
-    }
+    std::vector<QString> statements(Call::Kind kind) const { return statementsOf(calls, kind); }
     std::vector<Call> execs() const {
         std::vector<Call> out;
         for (const auto& c : calls)
@@ -92,6 +88,17 @@ protected:
         for (const auto& c : calls)
             if (c.sql == sql) return true;
         return false;
+    }
+
+    // What a screen is opened with: the signed-in user and warehouse, the function code.
+    Trecord record(int code) const {
+        Trecord rec;
+        rec.UserId = G_UserId;
+        rec.UserName = G_UserName;
+        rec.CkId = G_ckid;
+        rec.CkName = G_CkName;
+        rec.FuncCode = code;
+        return rec;
     }
 
     ScreenTestEnvironment environment;

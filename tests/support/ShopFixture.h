@@ -59,14 +59,8 @@ protected:
         });
         auto* list = new List(nullptr);
         list->resize(1200, 600);
-        Trecord rec;
-        rec.UserId = G_UserId;
-        rec.UserName = G_UserName;
-        rec.CkId = G_ckid;
-        rec.CkName = G_CkName;
-        rec.FuncCode = code;
         list->Tag = code;
-        list->InitForm(rec);
+        list->InitForm(record(code));
         return list;
     }
 
