@@ -2,6 +2,7 @@
 // posts from them, per size with its sign.
 #include <QTest>
 
+#include "framework/Screenshot.h"
 #include "tests/documents/StockDocumentsFixture.h"
 #include "tests/support/GoldenStatements.h"
 
@@ -105,6 +106,8 @@ TEST_F(LossGainTest, AddSendsTheHeadInsertWithoutASemicolonAndPostsPerSizeWithIt
     e->NOTE->setText("破损");
     addLine(e, "K01", "01", {"2", "-1"});
     EXPECT_EQ(e->AdoQry_Main->FieldByName("STOT")->AsInteger(), 1);
+    e->resize(1280, 480);
+    EXPECT_FALSE(qx::saveScreenshot(e, "lossgain_entry").isEmpty());
     const QString noid = e->Edit1->text();
     e->Act_Save->trigger();
     EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();

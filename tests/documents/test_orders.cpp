@@ -4,6 +4,7 @@
 
 #include "documents/sales/Frmqxck211.h"
 #include "documents/sales/Frmqxck211_1.h"
+#include "framework/Screenshot.h"
 #include "tests/documents/StockDocumentsFixture.h"
 #include "tests/support/GoldenStatements.h"
 
@@ -87,6 +88,8 @@ TEST_F(OrderTest, AddSendsTheOrderWithItsPriceAndTouchesNoStock) {
     e->NOTE->setText("春季补单");
     addLine(e, "K01", "02", {"3", "2"}, "45");
     EXPECT_DOUBLE_EQ(e->AdoQry_Main->FieldByName("SMONEY")->AsFloat(), 225);
+    e->resize(1280, 480);
+    EXPECT_FALSE(qx::saveScreenshot(e, "order_entry").isEmpty());
     const QString noid = e->Edit1->text();
     e->Act_Save->trigger();
     EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();

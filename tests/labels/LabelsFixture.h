@@ -4,32 +4,15 @@
 // free barcodes for the rule-1 style, a purchase receipt over them, supervision codes and a
 // member; the program folder (label file, settings) is a temporary folder too. Every statement
 // the screens send is recorded.
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTextStream>
 #include <deque>
 #include <functional>
-#include <memory>
-#include <ostream>
-#include <vector>
 
-#include "db/Database.h"
-#include "framework/Frm_Base.h"
 #include "framework/Settings.h"
-#include "framework/U_dataop.h"
-#include "framework/U_function.h"
-#include "framework/U_glo.h"
-#include "support/ScreenSession.h"
-#include "support/ShopHelpers.h"
-
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+#include "tests/support/ShopDatabaseTest.h"
 
 namespace qx::test {
-
-using qx::dataop::Call;
 
 // Expected statements kept as data: tests/labels/golden/<file>, blocks "## name" followed by
 // the statement on the next line(s) (joined without line breaks).
@@ -49,20 +32,14 @@ inline QString golden(const QString& file, const QString& name) {
     return found ? text : "<missing golden block " + name + ">";
 }
 
-class LabelsTest : public ::testing::Test {
+class LabelsTest : public ShopDatabaseTest {
 protected:
     void SetUp() override {
-        ResetGlobals();
-        G_UserId = "U1";
-        G_UserName = "王经理";
-        G_ckid = "01";
+        qx::settings::setProgramFolder(programDir.path());
+        ShopDatabaseTest::SetUp();
         G_CkName = "总仓";
         G_CoName = "测试服饰";
         G_CM = 4;
-        qx::settings::setProgramFolder(programDir.path());
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
-        seedShop();
-        session = std::make_unique<ScreenSession>(db, QDate(2026, 3, 18));
         qx::ui::setModalHandler([this](TFrm_Base* dialog) -> int {
             if (steps.empty()) {
                 ADD_FAILURE() << "unexpected dialog " << dialog->objectName().toStdString();
@@ -74,24 +51,15 @@ protected:
         });
     }
     void TearDown() override {
-        session.reset();
+        ShopDatabaseTest::TearDown();
         qx::settings::setProgramFolder({});
         EXPECT_TRUE(steps.empty()) << steps.size() << " dialog steps were not used";
-        ResetGlobals();
     }
 
-    void exec(const QString& sql) { db->execute(sql.toStdString()); }
-
-    void seedShop() {
+    void seed() override {
         exec("INSERT INTO sys_co (CO, PARAM) VALUES ('测试服饰', '')");
-        exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U1', '王经理')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('01', '总仓')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('02', '东门店')");
-        exec("INSERT INTO sys_user_ck VALUES ('U1', '01', 1)");
-        exec("INSERT INTO d1103 (KH_GYS_ID, KG_NAME) VALUES ('G01', '华美制衣')");
-        exec("INSERT INTO d1101 (YW_ID, YW_NAME) VALUES ('01', '张三')");
-        exec("INSERT INTO d1010 (JY_ID, JY_NAME) VALUES ('1', '现金')");
-        exec("INSERT INTO d1011 (SEND_ID, SEND_NAME) VALUES ('1', '自提')");
+        seedUserAndWarehouses(*db);
+        seedTradingPartners(*db);
         exec("INSERT INTO d1009 (PP_ID, PP_NAME) VALUES ('P1', '海风')");
         exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3, M4, BS0, BS1, BS2, BS3, BS4) VALUES "
              "('01', '服装', 'S', 'M', 'L', 'XL', '2XL', '1', '2', '3', '4', '5')");
@@ -129,41 +97,9 @@ protected:
         exec("INSERT INTO d1805 (JGM, K_ID, CK_ID, DATE1) VALUES ('JGB201', 'K2', NULL, '2026-01-03')");
     }
 
-    qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
-    QString scalar(const QString& sql) { return scalarText(*db, sql); }
-
-    Trecord record(int code) const {
-        Trecord rec;
-        rec.UserId = G_UserId;
-        rec.UserName = G_UserName;
-        rec.CkId = G_ckid;
-        rec.CkName = G_CkName;
-        rec.FuncCode = code;
-        return rec;
-    }
-
-    // Every statement the screens sent, in order.
-    const std::vector<Call>& calls() const { return session->calls; }
-    std::vector<QString> statements(Call::Kind kind) const { return statementsOf(calls(), kind); }
-    std::vector<Call> execs() const {
-        std::vector<Call> out;
-        for (const auto& c : calls())
-            if (c.kind == Call::Kind::ExecSql) out.push_back(c);
-        return out;
-    }
-    bool sent(const QString& sql) const {
-        for (const auto& c : calls())
-            if (c.sql == sql) return true;
-        return false;
-    }
-
     // What the next modal dialogs do: each step drives one dialog and returns its result.
     std::deque<std::function<int(TFrm_Base*)>> steps;
-    qx::ui::ScopedScriptedSink sink;
-    QTemporaryDir dir;
     QTemporaryDir programDir;
-    std::shared_ptr<qx::db::Database> db;
-    std::unique_ptr<ScreenSession> session;
 };
 
 }  // namespace qx::test

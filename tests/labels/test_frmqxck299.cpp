@@ -99,7 +99,7 @@ TEST_F(Qxck299Test, FromTheNewestReceiptItsLinesBecomeTagsPerSizeAndCount) {
     EXPECT_EQ(screen->DBGridEh->FooterTexts().first(), "共4张");
     EXPECT_EQ(statements(Call::Kind::OpenSql),
               (std::vector<QString>{golden("qxck299.txt", "receipts"), golden("qxck299.txt", "receipt lines")}));
-    for (const auto& c : calls()) EXPECT_EQ(c.funcNo, "299");
+    for (const auto& c : calls) EXPECT_EQ(c.funcNo, "299");
     closeScreen(screen);
 }
 

@@ -2,30 +2,14 @@
 // A shop database in a temporary folder for the setup screens: the company row, the mobile page
 // rows, two warehouses, a class, a size group, colours and styles with stock; every statement
 // sent is recorded, messages go to a scripted sink, modal dialogs to a handler the test sets.
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTextStream>
 #include <functional>
-#include <memory>
-#include <ostream>
-#include <vector>
 
-#include "db/Database.h"
-#include "framework/Frm_Base.h"
-#include "framework/U_dataop.h"
-#include "framework/U_function.h"
-#include "framework/U_glo.h"
-#include "support/ScreenTestEnvironment.h"
-
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+#include "tests/support/ShopDatabaseTest.h"
 
 namespace qx::test {
-
-using qx::dataop::Call;
 
 inline QString sourceDir() { return QString::fromLocal8Bit(qgetenv("QXCK_SOURCE_DIR")); }
 inline QString sheetFile(const QString& name) { return sourceDir() + "/tests/setup/sheets/" + name; }
@@ -53,24 +37,12 @@ inline QString golden(const QString& name) {
         EXPECT_EQ(actual, golden(name));                                                       \
     } while (false)
 
-class SetupTest : public ::testing::Test {
+class SetupTest : public ShopDatabaseTest {
 protected:
-    void SetUp() override {
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
-        seed();
-        environment.install(db, &calls);
-        G_UserName = "王经理";
-        G_ckid = "01";
-    }
-    void TearDown() override { environment.restore(); }
-
-    void exec(const QString& sql) { db->execute(sql.toStdString()); }
-    void execMaintenance(const QString& sql) { db->execute(sql.toStdString(), qx::db::ExecOptions{true}); }
-
-    virtual void seed() {
+    void seed() override {
         exec("INSERT INTO sys_co (CO, PARAM, PriceLen, AmountLen, QtyLen, ck_date, BACKDAY) VALUES "
              "('测试服饰', '', 2, 2, 0, 25, 7)");
-        exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U1', '王经理')");
+        seedUserAndWarehouses(*db);
         for (int i = 1; i <= 10; ++i)
             exec(QString("INSERT INTO sys_web (id, field_table, field_name, field_width, field_show, field_type, "
                          "field_order) VALUES (%1, 'cg', '文字%1', 0, %1, 'm', %1)")
@@ -78,9 +50,6 @@ protected:
         exec("INSERT INTO sys_web VALUES (11, 'kc', '款号', 80, 1, '', 1)");
         exec("INSERT INTO sys_web VALUES (12, 'kc', '库存', 60, 1, '', 2)");
         exec("INSERT INTO sys_web VALUES (13, 'CG', '进货数', 60, 0, '', 1)");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('01', '总仓')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('02', '东门店')");
-        exec("INSERT INTO sys_user_ck VALUES ('U1', '01', 1)");
         exec("INSERT INTO sys_user_ck VALUES ('U1', '02', 0)");
         exec("INSERT INTO d1004 (CLASS_ID, CLASS_NAME) VALUES ('01', '上衣')");
         exec("INSERT INTO d1004 (CLASS_ID, CLASS_NAME) VALUES ('02', '裤装')");
@@ -102,28 +71,6 @@ protected:
         exec("INSERT INTO d1802 (WL_ID, CK_ID, K0) VALUES ('K0401', '02', 5)");
     }
 
-    qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
-    QString scalar(const QString& sql) { return scalarOf(*db, sql); }
-    int count(const QString& sql) { return scalar(sql).toInt(); }
-    // Every row of a query as "a|b|c" lines (a database's content compared as text).
-    QStringList dump(const QString& sql) { return rowsOf(*db, sql); }
-
-    std::vector<QString> statements(Call::Kind kind) const {
-        std::vector<QString> out;
-        for (const auto& c : calls)
-            if (c.kind == kind) out.push_back(c.sql);
-        return out;
-    }
-    std::vector<Call> execs() const {
-        std::vector<Call> out;
-        for (const auto& c : calls)
-            if (c.kind == Call::Kind::ExecSql) out.push_back(c);
-        return out;
-    }
-    QString lastBatch() const {
-        const auto b = statements(Call::Kind::ExecSql);
-        return b.empty() ? QString() : b.back();
-    }
     // The ExecSql arguments of a call as "funcNo|noid|mode".
     static QString arguments(const Call& c) { return c.funcNo + "|" + c.noid + "|" + c.mode; }
     bool opened(const QString& sql) const {
@@ -131,12 +78,6 @@ protected:
             if (s == sql) return true;
         return false;
     }
-
-    ScreenTestEnvironment environment;
-    qx::ui::ScopedScriptedSink sink;
-    QTemporaryDir dir;
-    std::shared_ptr<qx::db::Database> db;
-    std::vector<Call> calls;
 };
 
 }  // namespace qx::test

@@ -3,6 +3,7 @@
 #include "SetupFixture.h"
 #include "frame/Dispatch.h"
 #include "framework/DBGridEh.h"
+#include "framework/Screenshot.h"
 #include "setup/Frmqxcks02.h"
 #include "setup/Frmqxcks02_1.h"
 #include "setup/Frmqxcks02a.h"
@@ -95,6 +96,7 @@ TEST_F(PromotionTest, LoadingFillsEachRowByItsNumber) {
     EXPECT_EQ(e->EDATE[5]->Text(), "2026-04-30");
     EXPECT_FALSE(e->btn_ok->isEnabled());
     EXPECT_TRUE(e->bsSkinButton1->isEnabled());
+    EXPECT_FALSE(qx::saveScreenshot(e.get(), "promotion_scheme").isEmpty());
 }
 
 TEST_F(PromotionTest, SavingReplacesAllElevenRowsInOneBatch) {

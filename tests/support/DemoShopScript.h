@@ -15,6 +15,7 @@
 #include "framework/U_glo.h"
 #include "host/MainWindow.h"
 #include "host/ScriptRunner.h"
+#include "tests/support/ScreenTestEnvironment.h"
 
 namespace qx::test {
 
@@ -61,15 +62,7 @@ protected:
     }
 
     // The first column of the first row as text ("" when there is none).
-    QString scalar(const QString& sql) {
-        const auto r = db->open(sql.toStdString());
-        if (r.rows.empty() || r.rows[0].empty()) return {};
-        const auto& v = r.rows[0][0];
-        if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-        if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-        if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-        return {};
-    }
+    QString scalar(const QString& sql) { return scalarOf(*db, sql); }
 
     QTemporaryDir dir;
     QString path;

@@ -6,14 +6,13 @@
 
 #include <QDate>
 #include <QTemporaryDir>
-#include <QTextStream>
 #include <memory>
 
 #include "db/tools/DemoData.h"
 #include "frame/Qxfunc2.h"
 #include "host/MainWindow.h"
-#include "host/ScriptRunner.h"
-#include "support/ScreenTestEnvironment.h"
+#include "tests/support/RunScript.h"
+#include "tests/support/ScreenTestEnvironment.h"
 
 namespace qx::test {
 
@@ -32,15 +31,7 @@ protected:
         window.reset();
         environment.restore();
     }
-    QString run(const QString& script) {
-        QString output;
-        QTextStream out(&output);
-        qx::host::ScriptRunner runner(*window, *db, out);
-        const int rc = runner.run(qx::host::parseScript(script));
-        out.flush();
-        EXPECT_EQ(rc, 0) << output.toStdString();
-        return output;
-    }
+    QString run(const QString& script) { return runScript(*window, *db, script); }
     QString scalar(const QString& sql) { return scalarOf(*db, sql); }
 
     QTemporaryDir dir;

@@ -9,7 +9,6 @@
 #include <QDate>
 #include <QDir>
 #include <QString>
-#include <QTextStream>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -20,21 +19,10 @@
 #include "framework/U_dataop.h"
 #include "framework/U_glo.h"
 #include "host/MainWindow.h"
-#include "host/ScriptRunner.h"
-#include "support/ShopHelpers.h"
+#include "tests/support/RecordedCalls.h"
+#include "tests/support/RunScript.h"
 
 namespace qx::test {
-
-// Runs script lines through the headless script runner; the calling test fails when a line failed.
-inline QString runScript(qx::host::MainWindow& window, qx::db::Database& db, const QString& script) {
-    QString output;
-    QTextStream out(&output);
-    qx::host::ScriptRunner runner(window, db, out);
-    const int rc = runner.run(qx::host::parseScript(script));
-    out.flush();
-    EXPECT_EQ(rc, 0) << output.toStdString();
-    return output;
-}
 
 class DemoShopWindow {
 public:

@@ -6,9 +6,17 @@
 
 #include "db/Database.h"
 #include "framework/U_dataop.h"
-#include "framework/U_function.h"
+#include "tests/support/ScreenTestEnvironment.h"
 
 namespace qx::test {
+
+// The texts of the recorded calls of one kind, in order.
+inline std::vector<QString> statementsOf(const std::vector<qx::dataop::Call>& calls, qx::dataop::Call::Kind kind) {
+    std::vector<QString> out;
+    for (const auto& c : calls)
+        if (c.kind == kind) out.push_back(c.sql);
+    return out;
+}
 
 struct RecordedCalls {
     std::vector<qx::dataop::Call> calls;
@@ -16,12 +24,7 @@ struct RecordedCalls {
     void record(const qx::dataop::Call& call) { calls.push_back(call); }
     void clear() { calls.clear(); }
     // The statements of one kind of call, in order.
-    std::vector<QString> statements(qx::dataop::Call::Kind kind) const {
-        std::vector<QString> out;
-        for (const auto& c : calls)
-            if (c.kind == kind) out.push_back(c.sql);
-        return out;
-    }
+    std::vector<QString> statements(qx::dataop::Call::Kind kind) const { return statementsOf(calls, kind); }
     // The last batch handed to ExecSql, with its number and mode.
     qx::dataop::Call lastExec() const {
         for (auto it = calls.rbegin(); it != calls.rend(); ++it)
@@ -31,14 +34,6 @@ struct RecordedCalls {
 };
 
 // The first column of the first row as text ("" when there is none).
-inline QString scalarText(qx::db::Database& db, const QString& sql) {
-    const auto r = db.open(sql.toStdString());
-    if (r.rows.empty() || r.rows[0].empty()) return {};
-    const auto& v = r.rows[0][0];
-    if (auto* s = std::get_if<std::string>(&v)) return QString::fromStdString(*s);
-    if (auto* i = std::get_if<std::int64_t>(&v)) return QString::number(*i);
-    if (auto* d = std::get_if<double>(&v)) return FloatToStr(*d);
-    return {};
-}
+inline QString scalarText(qx::db::Database& db, const QString& sql) { return scalarOf(db, sql); }
 
 }  // namespace qx::test

@@ -4,62 +4,34 @@
 // (colours 01, 02) and K02 (03)), the signed-in user's globals, today fixed at 2026-03-18, and
 // every statement the screens send recorded. Lists are opened through their filter as a user
 // does; lines are typed into the grid's cells.
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QLineEdit>
-#include <QTemporaryDir>
 #include <functional>
-#include <ostream>
-#include <memory>
 #include <vector>
 
-#include "db/Database.h"
 #include "documents/common/DocumentEntry.h"
 #include "documents/common/DocumentFilter.h"
 #include "documents/common/DocumentList.h"
 #include "framework/DBGridEh.h"
-#include "framework/U_dataop.h"
-#include "framework/U_function.h"
-#include "framework/U_glo.h"
-#include "tests/support/ScreenTestEnvironment.h"
-
-// Readable failures: texts as texts.
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+#include "tests/support/ShopDatabaseTest.h"
 
 namespace qx::test {
 
-using qx::dataop::Call;
-
-class ShopScreenTest : public ::testing::Test {
+class ShopScreenTest : public ShopDatabaseTest {
 protected:
     void SetUp() override {
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
-        seedShop();
-        environment.install(db, &calls);
-        G_UserName = "王经理";
-        G_ckid = "01";
+        ShopDatabaseTest::SetUp();
         G_CkName = "总仓";
     }
-    void TearDown() override { environment.restore(); }
 
-    void exec(const QString& sql) { db->execute(sql.toStdString()); }
-
-    void seedShop() {
+    void seed() override {
         exec("INSERT INTO sys_co (CO, PARAM) VALUES ('测试服饰', '')");
-        exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U1', '王经理')");
+        seedUserAndWarehouses(*db);
         exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U2', '店员')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('01', '总仓')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('02', '东门店')");
-        exec("INSERT INTO sys_user_ck VALUES ('U1', '01', 1)");
-        exec("INSERT INTO d1103 (KH_GYS_ID, KG_NAME) VALUES ('G01', '华美制衣')");
+        seedTradingPartners(*db);
         exec("INSERT INTO d1103 (KH_GYS_ID, KG_NAME) VALUES ('G02', '利达服饰')");
         exec("INSERT INTO d1102 (KH_GYS_ID, KG_NAME) VALUES ('C01', '城东专卖')");
         exec("INSERT INTO d1102 (KH_GYS_ID, KG_NAME) VALUES ('C02', '河西批发')");
-        exec("INSERT INTO d1101 (YW_ID, YW_NAME) VALUES ('01', '张三')");
-        exec("INSERT INTO d1010 (JY_ID, JY_NAME) VALUES ('1', '现金')");
         exec("INSERT INTO d1010 (JY_ID, JY_NAME) VALUES ('2', '月结')");
-        exec("INSERT INTO d1011 (SEND_ID, SEND_NAME) VALUES ('1', '自提')");
         exec("INSERT INTO d1011 (SEND_ID, SEND_NAME) VALUES ('2', '物流')");
         exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3, M4) VALUES ('01', '服装', 'S', 'M', 'L', 'XL', '2XL')");
         exec("INSERT INTO d1005 (COL_ID, COL_NAME) VALUES ('01', '红色')");
@@ -74,11 +46,6 @@ protected:
         exec("INSERT INTO d1804 VALUES ('K02', '03')");
     }
 
-    qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
-    // The first column of the first row as text ("" when there is none).
-    QString scalar(const QString& sql) { return scalarOf(*db, sql); }
-    int count(const QString& sql) { return scalar(sql).toInt(); }
-
     // A document list opened on its function code; `fillFilter` fills the filter dialog before
     // OK (nothing: this month as preset).
     template <class List>
@@ -92,14 +59,8 @@ protected:
         });
         auto* list = new List(nullptr);
         list->resize(1200, 600);
-        Trecord rec;
-        rec.UserId = G_UserId;
-        rec.UserName = G_UserName;
-        rec.CkId = G_ckid;
-        rec.CkName = G_CkName;
-        rec.FuncCode = code;
         list->Tag = code;
-        list->InitForm(rec);
+        list->InitForm(record(code));
         return list;
     }
 
@@ -141,29 +102,6 @@ protected:
         }
         e->AdoQry_Main->CheckBrowseMode();
     }
-
-    std::vector<QString> statements(Call::Kind kind) const {
-        std::vector<QString> out;
-        for (const auto& c : calls)
-            if (c.kind == kind) out.push_back(c.sql);
-        return out;
-    }
-    // The last batch handed to ExecSql, with its number and mode.
-    Call lastExec() const {
-        for (auto it = calls.rbegin(); it != calls.rend(); ++it)
-            if (it->kind == Call::Kind::ExecSql) return *it;
-        return {};
-    }
-    QString lastBatch() const {
-        const auto b = statements(Call::Kind::ExecSql);
-        return b.empty() ? QString() : b.back();
-    }
-
-    ScreenTestEnvironment environment;
-    qx::ui::ScopedScriptedSink sink;
-    QTemporaryDir dir;
-    std::shared_ptr<qx::db::Database> db;
-    std::vector<Call> calls;
 };
 
 }  // namespace qx::test
