@@ -141,7 +141,7 @@ std::string trigger(const Flavour& f, const std::string& name, const std::string
     if (f.plpgsql) {
         const bool before = timing.rfind("BEFORE", 0) == 0;
         const std::string result = !before ? "NULL" : timing.find("DELETE") != std::string::npos ? "OLD" : "NEW";
-        std::string function = "CREATE FUNCTION " + name + "() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\n";
+        std::string function = "CREATE OR REPLACE FUNCTION " + name + "() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\n";
         function += when.empty() ? body : "IF " + when + " THEN\n" + body + "END IF;\n";
         function += "RETURN " + result + ";\nEND $qx$;\n";
         return function + "CREATE TRIGGER " + name + " " + timing + " ON " + table + " FOR EACH ROW EXECUTE FUNCTION " + name + "()";
@@ -207,11 +207,11 @@ void addStockTriggers(std::vector<std::string>& out) {
 // below zero is looked at again when it commits (a deferred constraint trigger), so an edit that
 // deletes and re-inserts its lines may pass through a negative value.
 void addPostgresStockTriggers(std::vector<std::string>& out) {
-    out.push_back("CREATE FUNCTION qx_d1802_total() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\nNEW.KC := " +
+    out.push_back("CREATE OR REPLACE FUNCTION qx_d1802_total() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\nNEW.KC := " +
                   sizeSum("NEW.", "K", "coalesce") + ";\nRETURN NEW;\nEND $qx$;\n"
                   "CREATE TRIGGER qx_d1802_total BEFORE INSERT OR UPDATE ON d1802 FOR EACH ROW EXECUTE FUNCTION qx_d1802_total()");
     const std::string negative = joined(kSizes, " OR ", [](int i) { return sized("K", i) + "<0"; });
-    out.push_back(std::string("CREATE FUNCTION qx_d1802_short() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\n") +
+    out.push_back(std::string("CREATE OR REPLACE FUNCTION qx_d1802_short() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\n") +
                   "IF qx_guarded() AND EXISTS (SELECT 1 FROM d1802 WHERE WL_ID=NEW.WL_ID AND CK_ID=NEW.CK_ID AND CHECK_KC=1 AND (" +
                   negative + ")) THEN\nRAISE EXCEPTION USING MESSAGE = '" + kStockShortMessage +
                   "', ERRCODE = 'check_violation', DETAIL = 'd1802 WL_ID=' || NEW.WL_ID || ' CK_ID=' || NEW.CK_ID;\nEND IF;\n"
@@ -231,12 +231,12 @@ void addPostgresStockTriggers(std::vector<std::string>& out) {
 // batch (the engine sets qx.maintenance for its transaction), qx_closed_period raises the
 // closed-period message naming the document as the clerk knows it.
 void addPostgresGuardFunctions(std::vector<std::string>& out) {
-    out.push_back("CREATE FUNCTION qx_guarded() RETURNS boolean LANGUAGE sql STABLE AS "
+    out.push_back("CREATE OR REPLACE FUNCTION qx_guarded() RETURNS boolean LANGUAGE sql STABLE AS "
                   "$qx$SELECT current_setting('qx.maintenance', true) IS DISTINCT FROM 'on'$qx$");
     std::string kinds = "CASE upper(tbl)";
     for (const auto& [table, name] : documentKindNames()) kinds += std::string(" WHEN '") + table + "' THEN '" + name + "'";
     kinds += " ELSE '单据 ' || tbl END";
-    out.push_back("CREATE FUNCTION qx_closed_period(tbl text, noid text, at timestamp, period_end timestamp) RETURNS void "
+    out.push_back("CREATE OR REPLACE FUNCTION qx_closed_period(tbl text, noid text, at timestamp, period_end timestamp) RETURNS void "
                   "LANGUAGE plpgsql AS $qx$\nBEGIN\nRAISE EXCEPTION USING ERRCODE = 'check_violation', MESSAGE = " + kinds +
                   " || ' ' || coalesce(noid, '') || ' 的日期 ' || coalesce(to_char(at, 'YYYY-MM-DD'), '') || ' 属于已结账期间（' || "
                   "coalesce(to_char(period_end, 'YYYY-MM-DD'), '') || ' 之前），不能新增、修改或删除该期间的单据';\nEND $qx$");
