@@ -323,6 +323,23 @@ std::string text(const Totals& t) {
     return out;
 }
 
+// With QXCK_REPORT_PLANS set, every statement of a batch that takes longer than 20 ms is
+// printed with its time and query plan (what to look at when a report is far slower than its
+// hand-written query).
+int tracePlans(unsigned, void*, void* statement, void* nanoseconds) {
+    const double ms = double(*static_cast<sqlite3_int64*>(nanoseconds)) / 1e6;
+    if (ms < 20) return 0;
+    const char* sql = sqlite3_sql(static_cast<sqlite3_stmt*>(statement));
+    std::fprintf(stderr, "  %.1f ms: %s\n", ms, sql);
+    sqlite3_stmt* plan = nullptr;
+    if (sqlite3_prepare_v2(g_handle, (std::string("EXPLAIN QUERY PLAN ") + sql).c_str(), -1, &plan, nullptr) == SQLITE_OK)
+        while (sqlite3_step(plan) == SQLITE_ROW)
+            std::fprintf(stderr, "    %d %d %s\n", sqlite3_column_int(plan, 0), sqlite3_column_int(plan, 1),
+                         reinterpret_cast<const char*>(sqlite3_column_text(plan, 3)));
+    sqlite3_finalize(plan);
+    return 0;
+}
+
 struct Prepared {
     QString funcNo;
     QString batch;
@@ -382,9 +399,11 @@ int main(int argc, char** argv) {
     qx::dataop::setDatabase(g_db);
     qx::ui::setToday(g_today);
 
+    if (std::getenv("QXCK_REPORT_PLANS")) sqlite3_trace_v2(g_handle, SQLITE_TRACE_PROFILE, tracePlans, nullptr);
     std::vector<std::pair<Case, Prepared>> prepared;
     for (const Case& c : cases()) prepared.emplace_back(c, prepare(c));
     qx::ui::setModalHandler(nullptr);
+    sqlite3_trace_v2(g_handle, 0, nullptr, nullptr);
 
     for (const auto& [c, p] : prepared) {
         benchmark::RegisterBenchmark(("report/" + c.name).c_str(), [p = p](benchmark::State& state) {
