@@ -25,6 +25,10 @@ public:
     void bind(int index, const std::string& value) {
         sqlite3_bind_text(st_, index, value.data(), static_cast<int>(value.size()), SQLITE_TRANSIENT);
     }
+    // Text that stays in place until the statement's next step (not copied).
+    void bindKept(int index, const std::string& value) {
+        sqlite3_bind_text(st_, index, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
+    }
     void bind(int index, std::int64_t value) { sqlite3_bind_int64(st_, index, value); }
     void bind(int index, double value) { sqlite3_bind_double(st_, index, value); }
     void bindNull(int index) { sqlite3_bind_null(st_, index); }

@@ -9,12 +9,14 @@
 #include <array>
 #include <cctype>
 #include <map>
+#include <numeric>
 #include <optional>
 #include <string_view>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "db/procedures/ClosingSnapshots.h"
 #include "db/procedures/StockProcedures.h"
 #include "db/procedures/Statement.h"
 #include "db/sqlite/PostingRules.h"
@@ -188,9 +190,12 @@ std::map<std::string, std::string> warehouseNames(sqlite3* db) {
 
 class Builder {
 public:
-    Builder(SqliteDatabase& db, Arguments a) : db_(db.handle()), a_(std::move(a)) {}
+    Builder(SqliteDatabase& db, Arguments a) : database_(db), db_(db.handle()), a_(std::move(a)) {}
 
     ResultSet run() {
+        // The opening of a range that starts in or after a closed month: that month's closing
+        // snapshot plus the movements since it, instead of every movement from the beginning.
+        if (!a_.from.empty()) snapshot_ = latestSnapshotAtOrBefore(database_, a_.from).substr(0, 10);
         std::optional<std::vector<std::string>> only;
         if (!a_.article.empty()) only = articleSkus(db_, a_.article);
         skus_ = loadSkus(db_, only);
@@ -206,9 +211,21 @@ private:
 
     void readOpeningStock(const std::optional<std::vector<std::string>>& only) {
         std::vector<std::string> binds;
-        std::string sql = "SELECT WL_ID, B0, B1, B2, B3, B4, B5, B6, B7, B8, B9 FROM d1802 WHERE 1 = 1";
-        sql += warehouseFilter(a_, "CK_ID", binds);
-        if (only) sql += skuFilter("WL_ID", *only, binds);
+        std::string sql = "SELECT k.WL_ID";
+        if (snapshot_.empty()) {
+            for (int i = 0; i < kSizes; ++i) sql += ", k.B" + std::to_string(i);
+            sql += " FROM d1802 k WHERE 1 = 1";
+        } else {
+            // a stock row the snapshot lacks (made after the close) starts from its opening quantities
+            for (int i = 0; i < kSizes; ++i) {
+                const std::string n = std::to_string(i);
+                sql += ", CASE WHEN s.WL_ID IS NULL THEN k.B" + n + " ELSE s.K" + n + " END";
+            }
+            binds.push_back(snapshot_);
+            sql += " FROM d1802 k LEFT JOIN sys_ck_snapshot s ON s.PERIOD = ?1 AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID WHERE 1 = 1";
+        }
+        sql += warehouseFilter(a_, "k.CK_ID", binds);
+        if (only) sql += skuFilter("k.WL_ID", *only, binds);
         Statement st(db_, sql);
         bindAll(st, binds);
         while (st.step()) {
@@ -233,6 +250,10 @@ private:
             if (!a_.to.empty()) {
                 binds.push_back(a_.to);
                 sql += " AND " + date + " < ?" + std::to_string(binds.size());
+            }
+            if (!snapshot_.empty()) {  // what lies before the snapshot is in it
+                binds.push_back(snapshot_);
+                sql += " AND " + date + " >= ?" + std::to_string(binds.size());
             }
             sql += warehouseFilter(a_, wh, binds);
             if (only) sql += skuFilter("l.WL_ID", *only, binds);
@@ -415,12 +436,18 @@ private:
         col("TOL_OUT_mon", FieldType::Float);
         col("END_KC_mon", FieldType::Float);
 
-        std::sort(rows.begin(), rows.end(), [](const Row& x, const Row& y) {
+        // sorted by position, not by moving the rows (the keys are unique, so the order is too)
+        std::vector<std::size_t> order(rows.size());
+        std::iota(order.begin(), order.end(), std::size_t{0});
+        std::sort(order.begin(), order.end(), [&rows](std::size_t a, std::size_t b) {
+            const Row& x = rows[a];
+            const Row& y = rows[b];
             if (x.wl != y.wl) return x.wl < y.wl;
             return x.mIndex.value_or(-1) < y.mIndex.value_or(-1);
         });
         out.rows.reserve(rows.size());
-        for (auto& r : rows) {
+        for (const std::size_t at : order) {
+            const Row& r = rows[at];
             if (a_.onlyMoved && !r.moved) continue;
             if (!r.any()) continue;
             std::vector<Value> v;
@@ -564,8 +591,10 @@ private:
 
     static Value money(double v) { return Value(static_cast<double>(static_cast<long long>(v * 100 + (v < 0 ? -0.5 : 0.5))) / 100); }
 
+    SqliteDatabase& database_;
     sqlite3* db_;
     Arguments a_;
+    std::string snapshot_;  // the closing snapshot the opening starts from ("" for none)
     std::unordered_map<std::string, Sku> skus_;
     Tally& tally(std::string_view wl) {
         auto it = tally_.find(wl);

@@ -280,6 +280,22 @@ std::string movementStreamView() {
     return "CREATE VIEW V_QX_MOVES AS\n" + body;
 }
 
+// The net quantities of every effective line, per SKU and warehouse: the movement stream
+// without its kinds, so a loss/gain or point-of-sale line is read once, not once per direction.
+std::string netMovements() {
+    std::string body;
+    for (const auto& rule : rules()) {
+        const std::string sign = rule.sign < 0 ? "-" : "";
+        const std::string wh = rule.warehouseOnHead ? std::string("h.") + rule.warehouse : std::string("l.") + rule.warehouse;
+        std::string sql = "SELECT l.WL_ID AS WL_ID, " + wh + " AS CK_ID, ";
+        sql += joined(kSizes, ", ", [&](int i) { return sign + column("l.", rule.quantity, i) + " AS Q" + std::to_string(i); });
+        sql += std::string(" FROM ") + rule.lineTable + " l INNER JOIN " + rule.headTable + " h ON h.NOID = l.NOID WHERE " +
+               std::string(rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : "1 = 1");
+        body += (body.empty() ? "" : " UNION ALL ") + sql;
+    }
+    return body;
+}
+
 std::string checkView() {
     auto recomputed = [](int i) {
         return sized("k.B", i) + " + ISNULL(m.Q" + std::to_string(i) + ", 0)";
@@ -291,7 +307,7 @@ std::string checkView() {
     sql += ", " + joined(kSizes, ", ", [](int i) { return sized("z.M", i) + " AS m" + std::to_string(i); });
     sql += "\nFROM d1802 k\nLEFT JOIN (SELECT WL_ID, CK_ID, " +
            joined(kSizes, ", ", [](int i) { return "SUM(Q" + std::to_string(i) + ") AS Q" + std::to_string(i); }) +
-           " FROM V_QX_MOVES GROUP BY WL_ID, CK_ID) m ON m.WL_ID = k.WL_ID AND m.CK_ID = k.CK_ID\n"
+           " FROM (" + netMovements() + ") n GROUP BY WL_ID, CK_ID) m ON m.WL_ID = k.WL_ID AND m.CK_ID = k.CK_ID\n"
            "LEFT JOIN d1007 w ON w.CK_ID = k.CK_ID\n"
            "LEFT JOIN d1801 s ON s.WL_ID = k.WL_ID\n"
            "LEFT JOIN d1800 st ON st.K_ID = s.K_ID\n"

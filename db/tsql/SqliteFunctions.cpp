@@ -311,6 +311,15 @@ const IntegerKind* integerKind(const std::string& name) {
     return &kinds[3];
 }
 
+// The kind named by a function's argument, read in place: checks run once per value.
+const IntegerKind* integerKind(sqlite3_value* name) {
+    const auto* t = reinterpret_cast<const char*>(sqlite3_value_text(name));
+    if (!t || sqlite3_value_type(name) != SQLITE_TEXT) return integerKind(text(name));
+    static const IntegerKind* const plainInt = integerKind(std::string("int"));
+    if (sqlite3_value_bytes(name) == 3 && t[0] == 'i' && t[1] == 'n' && t[2] == 't') return plainInt;
+    return integerKind(std::string(t, static_cast<std::size_t>(sqlite3_value_bytes(name))));
+}
+
 void overflow(sqlite3_context* context, const IntegerKind& kind) {
     const std::string message = std::string("Arithmetic overflow error converting expression to data type ") + kind.name + ".";
     sqlite3_result_error(context, message.c_str(), -1);
@@ -319,7 +328,7 @@ void overflow(sqlite3_context* context, const IntegerKind& kind) {
 // qx_int(x, kind[, round]): CAST(x AS int/smallint/tinyint/bigint). Text must be an integer
 // ('12.5' is refused), numbers are truncated (rounded for money), the range is checked.
 void intFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
-    const IntegerKind& kind = *integerKind(text(argv[1]));
+    const IntegerKind& kind = *integerKind(argv[1]);
     const bool rounding = argc > 2 && sqlite3_value_int(argv[2]) != 0;
     switch (sqlite3_value_type(argv[0])) {
         case SQLITE_NULL: return sqlite3_result_null(context);
@@ -355,7 +364,7 @@ void intFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
 void checkedFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     const int type = sqlite3_value_type(argv[0]);
     if (type == SQLITE_INTEGER) {
-        const IntegerKind& kind = *integerKind(text(argv[1]));
+        const IntegerKind& kind = *integerKind(argv[1]);
         const long long x = sqlite3_value_int64(argv[0]);
         if (x < kind.low || x > kind.high) return overflow(context, kind);
     } else if (type == SQLITE_FLOAT && std::isinf(sqlite3_value_double(argv[0]))) {

@@ -199,6 +199,8 @@ CREATE TABLE d1809 (
     TM      VARCHAR(40) NULL
 );
 
+-- A style's SKUs: the stock query reaches the stock rows from the styles through it.
+CREATE INDEX IX_d1801_K ON d1801 (K_ID);
 CREATE INDEX IX_d1804_K ON d1804 (K_ID);
 CREATE INDEX IX_d1809_WL ON d1809 (WL_ID, M_INDEX);
 CREATE INDEX IX_d1809_TM ON d1809 (TM);

@@ -86,6 +86,37 @@ TEST_F(ClosingSnapshots, StockBeforeADateIsTheSameWithAndWithoutSnapshots) {
     EXPECT_EQ(procedures::latestSnapshotAtOrBefore(*db, "2026-05-31"), "");
 }
 
+TEST_F(ClosingSnapshots, StockMovementsOpenFromTheSnapshotWithTheSameResultsAsFromEveryMovement) {
+    db->execute(kClose);
+    db->execute(kClose);  // snapshots at June 1st and July 1st
+    // a document of the open month after the snapshots, so the movements since them count too
+    const std::string wl = text(scalar(*db, "SELECT TOP 1 WL_ID FROM d1802 ORDER BY WL_ID"));
+    const std::string ck = text(scalar(*db, "SELECT TOP 1 CK_ID FROM d1802 WHERE WL_ID = '" + wl + "' ORDER BY CK_ID"));
+    db->execute("INSERT INTO D8201 (T, NOID, CK_ID, BDATE, USER_ID) VALUES (1, 'SNAP2', '" + ck + "', '2026-07-03', 'admin');"
+                "INSERT INTO D8201A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0) SELECT 'SNAP2', WL_ID, K_ID, COL_ID, '" + ck +
+                "', 2 FROM d1801 WHERE WL_ID = '" + wl + "'");
+    const std::vector<std::string> calls = {
+        "EXEC SYS_ZM @param3=0,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1",
+        "EXEC SYS_ZM @param3=1,@BDATE='2026-06-10',@EDATE='2026-06-20',@ck_id1='',@param2=1",
+        "EXEC SYS_ZM @param3=2,@BDATE='2026-07-01',@EDATE='2026-08-01',@ck_id1='',@param2=0",
+        "EXEC SYS_ZM @param3=0,@BDATE='2026-07-02',@EDATE='2026-08-01',@ck_id1='" + ck + "',@param2=1,@param1=1",
+        "EXEC SYS_ZM @param=1,@BDATE='2026-06-15',@EDATE='2026-08-01',@wl_id='" + wl + "',@param2=1",
+        "EXEC SYS_ZM @param3=1,@BDATE='2026-05-20',@EDATE='2026-06-20',@ck_id1='',@param2=1",  // starts before any snapshot
+    };
+    std::vector<std::vector<std::vector<db::Value>>> with;
+    for (const auto& call : calls) with.push_back(db->open(call).rows);
+    // the opening is read from the snapshot: a changed snapshot changes it
+    db->execute("UPDATE sys_ck_snapshot SET K0 = K0 + 1000 WHERE PERIOD = '2026-06-01' AND WL_ID = '" + wl + "'");
+    EXPECT_NE(db->open(calls[0]).rows, with[0]);
+    db->execute("DELETE FROM sys_ck_snapshot");
+    for (std::size_t i = 0; i < calls.size(); ++i) {
+        SCOPED_TRACE(calls[i]);
+        const auto without = db->open(calls[i]).rows;
+        EXPECT_FALSE(without.empty());
+        EXPECT_EQ(with[i], without);
+    }
+}
+
 TEST_F(ClosingSnapshots, TheBalanceCheckFromASnapshotListsWhatTheBalanceViewLists) {
     db->execute(kClose);
     db->execute(kClose);

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QLabel>
 
+#include "framework/Screenshot.h"
 #include "period/Frmqxck341.h"
 #include "period/Frmqxck341f.h"
 #include "frame/Dispatch.h"
@@ -57,6 +58,8 @@ TEST_F(OpeningStock, ListsEveryStockRowWithItsStatementOrderedByWarehouseAndStyl
     auto list = openList();
     EXPECT_EQ(list->Caption(), "商品库存期初");
     EXPECT_EQ(lastOpen(), golden("opening-stock-list", {{"rights", ""}})) << "both ticks are set at first: no condition";
+    list->resize(1100, 320);
+    EXPECT_FALSE(qx::saveScreenshot(list.get(), "opening_stock").isEmpty());
 }
 
 TEST_F(OpeningStock, BothTicksListActiveAndInactiveGoods) {

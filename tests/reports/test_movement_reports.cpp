@@ -3,6 +3,7 @@
 // per-size lines and Tab in the detail, and hostile input.
 #include <QKeyEvent>
 
+#include "framework/Screenshot.h"
 #include "reports/Frmqxck252.h"
 #include "reports/Frmqxck253.h"
 #include "reports/Frmqxck254.h"
@@ -159,6 +160,8 @@ TEST_F(MovementReportTest, SummaryPassesTheCostVisibilityAndShowsAmounts) {
     EXPECT_EQ(column(r->AdoQry_Main, "END_KC_mon"), (QStringList{"240", "240"}));
     EXPECT_TRUE(visible(r, "END_KC_mon"));
     EXPECT_EQ(r->DBGridEh->ColumnByField("BeginKc_mon")->Title, "期初结存|成本金额");
+    r->resize(1100, 360);
+    EXPECT_FALSE(qx::saveScreenshot(r, "movement_summary").isEmpty());
     r->close();
     auto* hidden = open<TQXCK253, TQXCK253F>(253, [](TQXCK253F* f) { f->c1->setChecked(true); },
                                             [](TQXCK253* report) { report->ShowCost = false; });
@@ -199,6 +202,8 @@ TEST_F(MovementReportTest, DetailListsMovementsWithBalanceAndBlueSizeLines) {
     TCellParams movement;
     r->DBGridEhGetCellParams(r->DBGridEh, r->DBGridEh->ColumnByField("TYPE_NAME"), movement);
     EXPECT_NE(movement.FontColor, QColor(Qt::blue));
+    r->resize(1100, 360);
+    EXPECT_FALSE(qx::saveScreenshot(r, "movement_detail").isEmpty());
     r->close();
 }
 

@@ -1,6 +1,7 @@
 // The stock distribution (256): its procedure call for each dialog choice, one column per
 // warehouse in key order plus the total, blank cells for zero and missing stock, the warehouse
 // range compared as text, warehouse rights, and hostile input.
+#include "framework/Screenshot.h"
 #include "reports/Frmqxck256.h"
 #include "reports/Frmqxck256f.h"
 #include "tests/reports/ReportFixture.h"
@@ -44,6 +45,8 @@ TEST_F(StockDistributionTest, OneColumnPerWarehouseInKeyOrderThenTheTotal) {
     EXPECT_NE(r->DBGridEh->Columns(3)->Width, 60) << "the brand column keeps its default width";
     EXPECT_EQ(r->DBGridEh->Columns(7)->FontColor, QColor(Qt::blue));
     EXPECT_EQ(r->Lab_Head->text(), "物料资料：");
+    r->resize(900, 320);
+    EXPECT_FALSE(qx::saveScreenshot(r, "stock_distribution").isEmpty());
     r->close();
 }
 
