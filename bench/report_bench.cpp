@@ -6,6 +6,7 @@
 // hand-written query over the same tables; the set-up checks that both give the same totals.
 //   bench_report                       the scale-10 demo shop ($QXCK_BENCH_DB, see BenchShop.h)
 //   QXCK_REPORT_DB=FILE bench_report   a shop made by qxck-demo --lines N, opened read-only
+//   QXCK_REPORT_CASES="204 281"         only these reports
 // "Today" is the shop's last sales day.
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -16,6 +17,7 @@
 #include <QDate>
 #include <QPushButton>
 #include <QRadioButton>
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <functional>
@@ -401,7 +403,14 @@ int main(int argc, char** argv) {
 
     if (std::getenv("QXCK_REPORT_PLANS")) sqlite3_trace_v2(g_handle, SQLITE_TRACE_PROFILE, tracePlans, nullptr);
     std::vector<std::pair<Case, Prepared>> prepared;
-    for (const Case& c : cases()) prepared.emplace_back(c, prepare(c));
+    // QXCK_REPORT_CASES="204 263": only the reports whose names start with one of these codes
+    const QStringList only = QString::fromUtf8(std::getenv("QXCK_REPORT_CASES") ? std::getenv("QXCK_REPORT_CASES") : "")
+                                 .split(' ', Qt::SkipEmptyParts);
+    for (const Case& c : cases()) {
+        const QString name = QString::fromStdString(c.name);
+        if (only.isEmpty() || std::any_of(only.begin(), only.end(), [&](const QString& code) { return name.startsWith(code); }))
+            prepared.emplace_back(c, prepare(c));
+    }
     qx::ui::setModalHandler(nullptr);
     sqlite3_trace_v2(g_handle, 0, nullptr, nullptr);
 
