@@ -28,6 +28,7 @@
 #include "bench/BenchShop.h"
 #include "db/Database.h"
 #include "db/sqlite/SqliteDatabase.h"
+#include "frame/Dispatch.h"
 #include "framework/DataSet.h"
 #include "framework/Frm_Base_Qry.h"
 #include "framework/U_dataop.h"
@@ -139,22 +140,19 @@ struct Case {
     std::function<Totals(const Rows&)> handTotals;
 };
 
+// Opens a report as the host does: the function table's entry for its code, with the signed-in
+// user's record; the screen is then in its unit's screen variable.
 template <class R>
-R* start(int code) {
-    auto* report = new R(nullptr);
+R* start(int code, R** variable) {
     Trecord rec;
     rec.UserId = G_UserId;
-    rec.UserName = G_UserName;
-    rec.CkId = G_ckid;
-    rec.CkName = G_CkName;
     rec.FuncCode = code;
-    report->Tag = code;
-    report->InitForm(rec);
-    return report;
+    qx::frame::dispatch(rec, nullptr);
+    return *variable;
 }
 // A report whose condition dialog (of type F) is filled by `fill` and confirmed by `press`.
 template <class R, class F>
-R* withDialog(int code, std::function<void(F*)> fill, std::function<void(F*)> press) {
+R* withDialog(int code, R** variable, std::function<void(F*)> fill, std::function<void(F*)> press) {
     qx::ui::setModalHandler([fill, press](TFrm_Base* dialog) {
         auto* f = dynamic_cast<F*>(dialog);
         if (!f) return int(mrCancel);
@@ -162,7 +160,7 @@ R* withDialog(int code, std::function<void(F*)> fill, std::function<void(F*)> pr
         press(f);
         return f->ModalResult();
     });
-    return start<R>(code);
+    return start<R>(code, variable);
 }
 template <class F>
 void ok(F* f) {
@@ -187,7 +185,7 @@ std::vector<Case> cases() {
     std::vector<Case> out;
 
     out.push_back({"204 purchase summary, by supplier, this month",
-                   [] { return withDialog<TQXCK201G, TQXCK201GF>(204, {}, byPartner<TQXCK201GF>); },
+                   [] { return withDialog<TQXCK201G, TQXCK201GF>(204, &QXCK201G, {}, byPartner<TQXCK201GF>); },
                    [](const Rows& r) { return sums(r, 2, named({"数量", "金额"})); },
                    "SELECT g.KG_NAME, SUM(x.q), SUM(x.m) FROM ("
                    "SELECT h.KH_GYS_ID AS g, " + q + " AS q, l.MONEY AS m FROM D8101 h JOIN D8101A l ON l.NOID = h.NOID "
@@ -198,7 +196,7 @@ std::vector<Case> cases() {
                    [](const Rows& r) { return sums(r, 2, [](const std::string& n) { return n == "SUM(x.q)" ? 0 : n == "SUM(x.m)" ? 1 : -1; }); }});
 
     out.push_back({"214 sales summary, by customer, this month",
-                   [] { return withDialog<TQXCK211G, TQXCK211GF>(214, {}, byPartner<TQXCK211GF>); },
+                   [] { return withDialog<TQXCK211G, TQXCK211GF>(214, &QXCK211G, {}, byPartner<TQXCK211GF>); },
                    [](const Rows& r) { return sums(r, 3, named({"数量", "金额", "毛利"})); },
                    "SELECT x.c, SUM(x.q) AS q, SUM(x.m) AS m, SUM(x.ly) AS ly FROM ("
                    "SELECT c.KG_NAME AS c, " + q + " AS q, l.SMONEY AS m, l.SMONEY - l.MONEY AS ly FROM D8201 h "
@@ -214,7 +212,7 @@ std::vector<Case> cases() {
                    [](const Rows& r) { return sums(r, 3, named({"q", "m", "ly"})); }});
 
     out.push_back({"263 annual purchases, this year",
-                   [] { return withDialog<TQXCK263, TQXCK263F>(263, {}, ok<TQXCK263F>); },
+                   [] { return withDialog<TQXCK263, TQXCK263F>(263, &QXCK263, {}, ok<TQXCK263F>); },
                    [](const Rows& r) { return sums(r, 1, crossTabColumn, "1920"); },
                    "SELECT strftime('%Y', h.BDATE) || '进', CAST(strftime('%m', h.BDATE) AS INT), SUM(l.MONEY) AS v "
                    "FROM D8101 h JOIN D8101A l ON l.NOID = h.NOID WHERE h.BDATE >= " + yearFrom + " AND h.BDATE < " + to +
@@ -224,7 +222,7 @@ std::vector<Case> cases() {
                    [](const Rows& r) { return sums(r, 1, named({"v"})); }});
 
     out.push_back({"273 annual sales, this year",
-                   [] { return withDialog<TQXCK273, TQXCK273F>(273, {}, ok<TQXCK273F>); },
+                   [] { return withDialog<TQXCK273, TQXCK273F>(273, &QXCK273, {}, ok<TQXCK273F>); },
                    [](const Rows& r) { return sums(r, 1, crossTabColumn, "1920"); },
                    "SELECT strftime('%Y', h.BDATE) || ' 销售', CAST(strftime('%m', h.BDATE) AS INT), SUM(l.SMONEY) AS v "
                    "FROM D8201 h JOIN D8201A l ON l.NOID = h.NOID WHERE h.BDATE >= " + yearFrom + " AND h.BDATE < " + to +
@@ -256,7 +254,7 @@ std::vector<Case> cases() {
         ++section;
     }
     out.push_back({"281 ranking, this month",
-                   [] { return withDialog<TQXCK281, TQXCK281F>(281, {}, ok<TQXCK281F>); },
+                   [] { return withDialog<TQXCK281, TQXCK281F>(281, &QXCK281, {}, ok<TQXCK281F>); },
                    [](const Rows& r) { return sums(r, 10, named({"S1", "S2", "S3", "S4", "S5", "M1", "M2", "M3", "M4", "M5"})); },
                    ranking,
                    [](const Rows& r) {
@@ -271,7 +269,7 @@ std::vector<Case> cases() {
 
     out.push_back({"282 business analysis, daily by warehouse, net quantity sold, this month",
                    [monthStart] {
-                       auto* r = start<TQXCK282>(282);
+                       auto* r = start<TQXCK282>(282, &QXCK282);
                        r->BDATE->SetText(monthStart.toString("yyyy-MM-dd"));
                        r->EDATE->SetText(g_today.toString("yyyy-MM-dd"));
                        r->R1->setChecked(true);
@@ -294,7 +292,7 @@ std::vector<Case> cases() {
     out.push_back({"283 progress, styles per day, last 30 days",
                    [progressFrom] {
                        return withDialog<TQXCK283, TQXCK283F>(
-                           283,
+                           283, &QXCK283,
                            [progressFrom](TQXCK283F* f) {
                                f->BDATE->SetText(progressFrom.toString("yyyy-MM-dd"));
                                f->EDATE->SetText(g_today.toString("yyyy-MM-dd"));
