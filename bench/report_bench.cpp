@@ -69,7 +69,8 @@ QDate g_today;
 // Runs native SQLite text, reading every value of every row (what loading the result costs).
 Rows native(const std::string& sql, bool keep) {
     sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(g_handle, sql.c_str(), -1, &st, nullptr) != SQLITE_OK) die(std::string(sqlite3_errmsg(g_handle)) + "\n" + sql);
+    if (sqlite3_prepare_v2(g_handle, sql.c_str(), -1, &st, nullptr) != SQLITE_OK)
+        die(std::string(sqlite3_errmsg(g_handle)) + "\n" + sql);
     Rows out;
     const int n = sqlite3_column_count(st);
     for (int c = 0; c < n; ++c) out.names.push_back(sqlite3_column_name(st, c));
@@ -77,10 +78,19 @@ Rows native(const std::string& sql, bool keep) {
         std::vector<QVariant> row;
         for (int c = 0; c < n; ++c) {
             switch (sqlite3_column_type(st, c)) {
-            case SQLITE_INTEGER: row.emplace_back(qlonglong(sqlite3_column_int64(st, c))); break;
-            case SQLITE_FLOAT: row.emplace_back(sqlite3_column_double(st, c)); break;
-            case SQLITE_TEXT: row.emplace_back(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, c)))); break;
-            default: row.emplace_back(); break;
+                case SQLITE_INTEGER:
+                    row.emplace_back(qlonglong(sqlite3_column_int64(st, c)));
+                    break;
+                case SQLITE_FLOAT:
+                    row.emplace_back(sqlite3_column_double(st, c));
+                    break;
+                case SQLITE_TEXT:
+                    row.emplace_back(QString::fromUtf8(
+                        reinterpret_cast<const char*>(sqlite3_column_text(st, c))));
+                    break;
+                default:
+                    row.emplace_back();
+                    break;
             }
         }
         if (keep) out.rows.push_back(std::move(row));
@@ -103,7 +113,8 @@ Rows rowsOf(TClientDataSet* ds) {
 
 // Sums of the columns `pick` selects, each group summed apart: pick(name) gives the group
 // index or -1. Rows whose first cell is `skipLabel` (a header row) are left out.
-Totals sums(const Rows& rows, int groups, const std::function<int(const std::string&)>& pick, const QString& skipLabel = {}) {
+Totals sums(const Rows& rows, int groups, const std::function<int(const std::string&)>& pick,
+            const QString& skipLabel = {}) {
     Totals out(groups, 0.0);
     for (const auto& row : rows.rows) {
         if (!skipLabel.isEmpty() && !row.empty() && row[0].toString() == skipLabel) continue;
@@ -117,7 +128,9 @@ Totals sums(const Rows& rows, int groups, const std::function<int(const std::str
 std::function<int(const std::string&)> named(std::vector<std::string> names) {
     return [names](const std::string& n) {
         for (size_t i = 0; i < names.size(); ++i)
-            if (QString::fromStdString(n).compare(QString::fromStdString(names[i]), Qt::CaseInsensitive) == 0) return int(i);
+            if (QString::fromStdString(n).compare(QString::fromStdString(names[i]),
+                                                  Qt::CaseInsensitive) == 0)
+                return int(i);
         return -1;
     };
 }
@@ -129,7 +142,9 @@ int crossTabColumn(const std::string& n) {
     return n.find('|') != std::string::npos ? 0 : -1;
 }
 
-std::string date(const QDate& d) { return d.toString("yyyy-MM-dd").toStdString(); }
+std::string date(const QDate& d) {
+    return d.toString("yyyy-MM-dd").toStdString();
+}
 
 struct Case {
     std::string name;
@@ -178,84 +193,132 @@ const char* kQty = "(l.S0+l.S1+l.S2+l.S3+l.S4+l.S5+l.S6+l.S7+l.S8+l.S9)";
 
 std::vector<Case> cases() {
     const QDate monthStart(g_today.year(), g_today.month(), 1);
-    const std::string from = "'" + date(monthStart) + "'", to = "'" + date(g_today.addDays(1)) + "'";
+    const std::string from = "'" + date(monthStart) + "'",
+                      to = "'" + date(g_today.addDays(1)) + "'";
     const std::string yearFrom = "'" + date(QDate(g_today.year(), 1, 1)) + "'";
     const QDate progressFrom = g_today.addDays(-29);
     const std::string q = kQty;
+    // a head's date in the month, the year, the last 30 days
+    const std::string month = "h.BDATE >= " + from + " AND h.BDATE < " + to;
+    const std::string year = "h.BDATE >= " + yearFrom + " AND h.BDATE < " + to;
+    const std::string days = "h.BDATE >= '" + date(progressFrom) + "' AND h.BDATE < " + to;
     std::vector<Case> out;
 
     out.push_back({"204 purchase summary, by supplier, this month",
-                   [] { return withDialog<TQXCK201G, TQXCK201GF>(204, &QXCK201G, {}, byPartner<TQXCK201GF>); },
-                   [](const Rows& r) { return sums(r, 2, named({"数量", "金额"})); },
+                   [] {
+                       return withDialog<TQXCK201G, TQXCK201GF>(204, &QXCK201G, {},
+                                                                byPartner<TQXCK201GF>);
+                   },
+                   [](const Rows& r) {
+                       return sums(r, 2, named({"数量", "金额"}));
+                   },
                    "SELECT g.KG_NAME, SUM(x.q), SUM(x.m) FROM ("
-                   "SELECT h.KH_GYS_ID AS g, " + q + " AS q, l.MONEY AS m FROM D8101 h JOIN D8101A l ON l.NOID = h.NOID "
-                   "WHERE h.T = 1 AND h.BDATE >= " + from + " AND h.BDATE < " + to +
-                   " UNION ALL SELECT h.KH_GYS_ID, -" + q + ", -l.SMONEY FROM D8102 h JOIN D8102A l ON l.NOID = h.NOID "
-                   "WHERE h.T = 1 AND h.BDATE >= " + from + " AND h.BDATE < " + to +
-                   ") x JOIN D1103 g ON g.KH_GYS_ID = x.g GROUP BY g.KG_NAME",
-                   [](const Rows& r) { return sums(r, 2, [](const std::string& n) { return n == "SUM(x.q)" ? 0 : n == "SUM(x.m)" ? 1 : -1; }); }});
+                   "SELECT h.KH_GYS_ID AS g, " +
+                       q +
+                       " AS q, l.MONEY AS m FROM D8101 h JOIN D8101A l ON l.NOID = h.NOID "
+                       "WHERE h.T = 1 AND " +
+                       month + " UNION ALL SELECT h.KH_GYS_ID, -" + q +
+                       ", -l.SMONEY FROM D8102 h JOIN D8102A l ON l.NOID = h.NOID "
+                       "WHERE h.T = 1 AND " +
+                       month + ") x JOIN D1103 g ON g.KH_GYS_ID = x.g GROUP BY g.KG_NAME",
+                   [](const Rows& r) {
+                       return sums(r, 2, [](const std::string& n) {
+                           return n == "SUM(x.q)" ? 0 : n == "SUM(x.m)" ? 1 : -1;
+                       });
+                   }});
 
     out.push_back({"214 sales summary, by customer, this month",
-                   [] { return withDialog<TQXCK211G, TQXCK211GF>(214, &QXCK211G, {}, byPartner<TQXCK211GF>); },
-                   [](const Rows& r) { return sums(r, 3, named({"数量", "金额", "毛利"})); },
+                   [] {
+                       return withDialog<TQXCK211G, TQXCK211GF>(214, &QXCK211G, {},
+                                                                byPartner<TQXCK211GF>);
+                   },
+                   [](const Rows& r) {
+                       return sums(r, 3, named({"数量", "金额", "毛利"}));
+                   },
                    "SELECT x.c, SUM(x.q) AS q, SUM(x.m) AS m, SUM(x.ly) AS ly FROM ("
-                   "SELECT c.KG_NAME AS c, " + q + " AS q, l.SMONEY AS m, l.SMONEY - l.MONEY AS ly FROM D8201 h "
-                   "JOIN D8201A l ON l.NOID = h.NOID JOIN D1102 c ON c.KH_GYS_ID = h.KH_GYS_ID "
-                   "WHERE h.T = 1 AND h.BDATE >= " + from + " AND h.BDATE < " + to +
-                   " UNION ALL SELECT c.KG_NAME, -" + q + ", -l.SMONEY, l.MONEY - l.SMONEY FROM D8202 h "
-                   "JOIN D8202A l ON l.NOID = h.NOID JOIN D1102 c ON c.KH_GYS_ID = h.KH_GYS_ID "
-                   "WHERE h.T = 1 AND h.BDATE >= " + from + " AND h.BDATE < " + to +
-                   " UNION ALL SELECT v.VIPNAME, " + q + ", l.SMONEY, l.SMONEY - l.MONEY FROM d712 h "
-                   "JOIN d712a l ON l.NOID = h.NOID LEFT JOIN D702 v ON v.VIPID = h.VIPID "
-                   "WHERE h.BDATE >= " + from + " AND h.BDATE < " + to +
-                   ") x GROUP BY x.c",
-                   [](const Rows& r) { return sums(r, 3, named({"q", "m", "ly"})); }});
+                   "SELECT c.KG_NAME AS c, " +
+                       q +
+                       " AS q, l.SMONEY AS m, l.SMONEY - l.MONEY AS ly FROM D8201 h "
+                       "JOIN D8201A l ON l.NOID = h.NOID JOIN D1102 c ON c.KH_GYS_ID = h.KH_GYS_ID "
+                       "WHERE h.T = 1 AND " +
+                       month + " UNION ALL SELECT c.KG_NAME, -" + q +
+                       ", -l.SMONEY, l.MONEY - l.SMONEY FROM D8202 h "
+                       "JOIN D8202A l ON l.NOID = h.NOID JOIN D1102 c ON c.KH_GYS_ID = h.KH_GYS_ID "
+                       "WHERE h.T = 1 AND " +
+                       month + " UNION ALL SELECT v.VIPNAME, " + q +
+                       ", l.SMONEY, l.SMONEY - l.MONEY FROM d712 h "
+                       "JOIN d712a l ON l.NOID = h.NOID LEFT JOIN D702 v ON v.VIPID = h.VIPID "
+                       "WHERE " +
+                       month + ") x GROUP BY x.c",
+                   [](const Rows& r) {
+                       return sums(r, 3, named({"q", "m", "ly"}));
+                   }});
 
     out.push_back({"263 annual purchases, this year",
                    [] { return withDialog<TQXCK263, TQXCK263F>(263, &QXCK263, {}, ok<TQXCK263F>); },
                    [](const Rows& r) { return sums(r, 1, crossTabColumn, "1920"); },
-                   "SELECT strftime('%Y', h.BDATE) || '进', CAST(strftime('%m', h.BDATE) AS INT), SUM(l.MONEY) AS v "
-                   "FROM D8101 h JOIN D8101A l ON l.NOID = h.NOID WHERE h.BDATE >= " + yearFrom + " AND h.BDATE < " + to +
-                   " GROUP BY 1, 2 UNION ALL SELECT strftime('%Y', h.BDATE) || '退', CAST(strftime('%m', h.BDATE) AS INT), "
-                   "-SUM(l.SMONEY) FROM D8102 h JOIN D8102A l ON l.NOID = h.NOID WHERE h.BDATE >= " + yearFrom +
-                   " AND h.BDATE < " + to + " GROUP BY 1, 2",
+                   "SELECT strftime('%Y', h.BDATE) || '进', CAST(strftime('%m', h.BDATE) AS INT), "
+                   "SUM(l.MONEY) AS v "
+                   "FROM D8101 h JOIN D8101A l ON l.NOID = h.NOID WHERE " +
+                       year +
+                       " GROUP BY 1, 2 UNION ALL SELECT strftime('%Y', h.BDATE) || '退', "
+                       "CAST(strftime('%m', h.BDATE) AS INT), "
+                       "-SUM(l.SMONEY) FROM D8102 h JOIN D8102A l ON l.NOID = h.NOID WHERE " +
+                       year + " GROUP BY 1, 2",
                    [](const Rows& r) { return sums(r, 1, named({"v"})); }});
 
     out.push_back({"273 annual sales, this year",
                    [] { return withDialog<TQXCK273, TQXCK273F>(273, &QXCK273, {}, ok<TQXCK273F>); },
                    [](const Rows& r) { return sums(r, 1, crossTabColumn, "1920"); },
-                   "SELECT strftime('%Y', h.BDATE) || ' 销售', CAST(strftime('%m', h.BDATE) AS INT), SUM(l.SMONEY) AS v "
-                   "FROM D8201 h JOIN D8201A l ON l.NOID = h.NOID WHERE h.BDATE >= " + yearFrom + " AND h.BDATE < " + to +
-                   " GROUP BY 1, 2 UNION ALL SELECT strftime('%Y', h.BDATE) || '退换', CAST(strftime('%m', h.BDATE) AS INT), "
-                   "-SUM(l.SMONEY) FROM D8202 h JOIN D8202A l ON l.NOID = h.NOID WHERE h.BDATE >= " + yearFrom +
-                   " AND h.BDATE < " + to + " GROUP BY 1, 2 UNION ALL SELECT strftime('%Y', h.BDATE) || CASE WHEN " + q +
-                   " > 0 THEN ' 销售' ELSE '退换' END, CAST(strftime('%m', h.BDATE) AS INT), SUM(l.SMONEY) FROM d712 h "
-                   "JOIN d712a l ON l.NOID = h.NOID WHERE " + q + " <> 0 AND h.BDATE >= " + yearFrom + " AND h.BDATE < " + to +
-                   " GROUP BY 1, 2",
+                   "SELECT strftime('%Y', h.BDATE) || ' 销售', CAST(strftime('%m', h.BDATE) AS "
+                   "INT), SUM(l.SMONEY) AS v "
+                   "FROM D8201 h JOIN D8201A l ON l.NOID = h.NOID WHERE " +
+                       year +
+                       " GROUP BY 1, 2 UNION ALL SELECT strftime('%Y', h.BDATE) || '退换', "
+                       "CAST(strftime('%m', h.BDATE) AS INT), "
+                       "-SUM(l.SMONEY) FROM D8202 h JOIN D8202A l ON l.NOID = h.NOID WHERE " +
+                       year +
+                       " GROUP BY 1, 2 UNION ALL SELECT strftime('%Y', h.BDATE) || CASE WHEN " + q +
+                       " > 0 THEN ' 销售' ELSE '退换' END, CAST(strftime('%m', h.BDATE) AS INT), "
+                       "SUM(l.SMONEY) FROM d712 h "
+                       "JOIN d712a l ON l.NOID = h.NOID WHERE " +
+                       q + " <> 0 AND " + year + " GROUP BY 1, 2",
                    [](const Rows& r) { return sums(r, 1, named({"v"})); }});
 
     // the ranking's sales sections (styles, warehouses, categories, colours, brands), each
     // numbered by quantity sold; the report also brings stock, slow movers and members
-    const std::string t =
-        "WITH t AS (SELECT h.CK_ID, l.K_ID, " + q + " AS sl, l.SMONEY AS m, s.CLASS_ID, p.PP_NAME AS pp, l.COL_ID "
-        "FROM D8201 h JOIN D8201A l ON l.NOID = h.NOID JOIN D1800 s ON s.K_ID = l.K_ID JOIN D1009 p ON p.PP_ID = s.PP_ID "
-        "WHERE h.T = 1 AND h.BDATE >= " + from + " AND h.BDATE < " + to +
-        " UNION ALL SELECT h.CK_ID, l.K_ID, -" + q + ", -l.SMONEY, s.CLASS_ID, p.PP_NAME, l.COL_ID "
-        "FROM D8202 h JOIN D8202A l ON l.NOID = h.NOID JOIN D1800 s ON s.K_ID = l.K_ID JOIN D1009 p ON p.PP_ID = s.PP_ID "
-        "WHERE h.T = 1 AND h.BDATE >= " + from + " AND h.BDATE < " + to +
-        " UNION ALL SELECT h.CK_ID, w.K_ID, " + q + ", l.SMONEY, s.CLASS_ID, p.PP_NAME, w.COL_ID "
-        "FROM d712 h JOIN d712a l ON l.NOID = h.NOID JOIN D1801 w ON w.WL_ID = l.WL_ID JOIN D1800 s ON s.K_ID = w.K_ID "
-        "JOIN D1009 p ON p.PP_ID = s.PP_ID WHERE h.BDATE >= " + from + " AND h.BDATE < " + to + ") ";
+    const std::string t = "WITH t AS (SELECT h.CK_ID, l.K_ID, " + q +
+                          " AS sl, l.SMONEY AS m, s.CLASS_ID, p.PP_NAME AS pp, l.COL_ID "
+                          "FROM D8201 h JOIN D8201A l ON l.NOID = h.NOID JOIN D1800 s ON s.K_ID = "
+                          "l.K_ID JOIN D1009 p ON p.PP_ID = s.PP_ID "
+                          "WHERE h.T = 1 AND " +
+                          month + " UNION ALL SELECT h.CK_ID, l.K_ID, -" + q +
+                          ", -l.SMONEY, s.CLASS_ID, p.PP_NAME, l.COL_ID "
+                          "FROM D8202 h JOIN D8202A l ON l.NOID = h.NOID JOIN D1800 s ON s.K_ID = "
+                          "l.K_ID JOIN D1009 p ON p.PP_ID = s.PP_ID "
+                          "WHERE h.T = 1 AND " +
+                          month + " UNION ALL SELECT h.CK_ID, w.K_ID, " + q +
+                          ", l.SMONEY, s.CLASS_ID, p.PP_NAME, w.COL_ID "
+                          "FROM d712 h JOIN d712a l ON l.NOID = h.NOID JOIN D1801 w ON w.WL_ID = "
+                          "l.WL_ID JOIN D1800 s ON s.K_ID = w.K_ID "
+                          "JOIN D1009 p ON p.PP_ID = s.PP_ID WHERE " +
+                          month + ") ";
     std::string ranking = t;
     int section = 0;
     for (const char* key : {"K_ID", "CK_ID", "CLASS_ID", "COL_ID", "pp"}) {
-        ranking += std::string(section ? " UNION ALL " : "") + "SELECT " + std::to_string(section) + " AS section, ROW_NUMBER() OVER "
-                   "(ORDER BY SUM(sl) DESC) AS place, " + key + " AS k, SUM(sl) AS sl, SUM(m) AS m FROM t GROUP BY " + key;
+        ranking += std::string(section ? " UNION ALL " : "") + "SELECT " + std::to_string(section) +
+                   " AS section, ROW_NUMBER() OVER "
+                   "(ORDER BY SUM(sl) DESC) AS place, " +
+                   key + " AS k, SUM(sl) AS sl, SUM(m) AS m FROM t GROUP BY " + key;
         ++section;
     }
     out.push_back({"281 ranking, this month",
                    [] { return withDialog<TQXCK281, TQXCK281F>(281, &QXCK281, {}, ok<TQXCK281F>); },
-                   [](const Rows& r) { return sums(r, 10, named({"S1", "S2", "S3", "S4", "S5", "M1", "M2", "M3", "M4", "M5"})); },
+                   [](const Rows& r) {
+                       return sums(
+                           r, 10,
+                           named({"S1", "S2", "S3", "S4", "S5", "M1", "M2", "M3", "M4", "M5"}));
+                   },
                    ranking,
                    [](const Rows& r) {
                        Totals out(10, 0.0);
@@ -267,28 +330,33 @@ std::vector<Case> cases() {
                        return out;
                    }});
 
-    out.push_back({"282 business analysis, daily by warehouse, net quantity sold, this month",
-                   [monthStart] {
-                       auto* r = start<TQXCK282>(282, &QXCK282);
-                       r->BDATE->SetText(monthStart.toString("yyyy-MM-dd"));
-                       r->EDATE->SetText(g_today.toString("yyyy-MM-dd"));
-                       r->R1->setChecked(true);
-                       for (QCheckBox* c : {r->C1, r->C2, r->C3, r->C4, r->C5, r->K1}) c->setChecked(c == r->C1);
-                       r->CB1->setCurrentIndex(0);
-                       r->btn_refresh->click();
-                       return r;
-                   },
-                   [](const Rows& r) { return sums(r, 1, crossTabColumn); },
-                   "SELECT w.CK_NAME, date(h.BDATE), SUM(" + q + ") AS v FROM D8201 h JOIN D8201A l ON l.NOID = h.NOID "
-                   "JOIN D1007 w ON w.CK_ID = h.CK_ID WHERE h.BDATE >= " + from + " AND h.BDATE < " + to +
-                   " GROUP BY 1, 2 UNION ALL SELECT w.CK_NAME, date(h.BDATE), -SUM(" + q + ") FROM D8202 h JOIN D8202A l ON "
-                   "l.NOID = h.NOID JOIN D1007 w ON w.CK_ID = h.CK_ID WHERE h.BDATE >= " + from + " AND h.BDATE < " + to +
-                   " GROUP BY 1, 2 UNION ALL SELECT w.CK_NAME, date(h.BDATE), SUM(" + q + ") FROM d712 h JOIN d712a l ON "
-                   "l.NOID = h.NOID JOIN D1801 s ON s.WL_ID = l.WL_ID JOIN D1007 w ON w.CK_ID = h.CK_ID WHERE h.BDATE >= " + from +
-                   " AND h.BDATE < " + to + " GROUP BY 1, 2",
-                   [](const Rows& r) { return sums(r, 1, named({"v"})); }});
+    out.push_back(
+        {"282 business analysis, daily by warehouse, net quantity sold, this month",
+         [monthStart] {
+             auto* r = start<TQXCK282>(282, &QXCK282);
+             r->BDATE->SetText(monthStart.toString("yyyy-MM-dd"));
+             r->EDATE->SetText(g_today.toString("yyyy-MM-dd"));
+             r->R1->setChecked(true);
+             for (QCheckBox* c : {r->C1, r->C2, r->C3, r->C4, r->C5, r->K1})
+                 c->setChecked(c == r->C1);
+             r->CB1->setCurrentIndex(0);
+             r->btn_refresh->click();
+             return r;
+         },
+         [](const Rows& r) { return sums(r, 1, crossTabColumn); },
+         "SELECT w.CK_NAME, date(h.BDATE), SUM(" + q +
+             ") AS v FROM D8201 h JOIN D8201A l ON l.NOID = h.NOID "
+             "JOIN D1007 w ON w.CK_ID = h.CK_ID WHERE " +
+             month + " GROUP BY 1, 2 UNION ALL SELECT w.CK_NAME, date(h.BDATE), -SUM(" + q +
+             ") FROM D8202 h JOIN D8202A l ON "
+             "l.NOID = h.NOID JOIN D1007 w ON w.CK_ID = h.CK_ID WHERE " +
+             month + " GROUP BY 1, 2 UNION ALL SELECT w.CK_NAME, date(h.BDATE), SUM(" + q +
+             ") FROM d712 h JOIN d712a l ON "
+             "l.NOID = h.NOID JOIN D1801 s ON s.WL_ID = l.WL_ID JOIN D1007 w ON w.CK_ID = h.CK_ID "
+             "WHERE " +
+             month + " GROUP BY 1, 2",
+         [](const Rows& r) { return sums(r, 1, named({"v"})); }});
 
-    const std::string pfrom = "'" + date(progressFrom) + "'";
     out.push_back({"283 progress, styles per day, last 30 days",
                    [progressFrom] {
                        return withDialog<TQXCK283, TQXCK283F>(
@@ -300,13 +368,19 @@ std::vector<Case> cases() {
                            ok<TQXCK283F>);
                    },
                    [](const Rows& r) { return sums(r, 1, crossTabColumn); },
-                   "SELECT x.K_ID, x.d, SUM(x.q) AS v FROM (SELECT l.K_ID, date(h.BDATE) AS d, " + q + " AS q FROM D8201 h "
-                   "JOIN D8201A l ON l.NOID = h.NOID WHERE h.BDATE >= " + pfrom + " AND h.BDATE < " + to +
-                   " UNION ALL SELECT l.K_ID, date(h.BDATE), -" + q + " FROM D8202 h JOIN D8202A l ON l.NOID = h.NOID "
-                   "WHERE h.BDATE >= " + pfrom + " AND h.BDATE < " + to +
-                   " UNION ALL SELECT w.K_ID, date(h.BDATE), " + q + " FROM d712 h JOIN d712a l ON l.NOID = h.NOID "
-                   "JOIN D1801 w ON w.WL_ID = l.WL_ID WHERE h.BDATE >= " + pfrom + " AND h.BDATE < " + to +
-                   ") x WHERE x.K_ID IN (SELECT K_ID FROM D1801 s JOIN D1802 k ON k.WL_ID = s.WL_ID) GROUP BY 1, 2",
+                   "SELECT x.K_ID, x.d, SUM(x.q) AS v FROM (SELECT l.K_ID, date(h.BDATE) AS d, " +
+                       q +
+                       " AS q FROM D8201 h "
+                       "JOIN D8201A l ON l.NOID = h.NOID WHERE " +
+                       days + " UNION ALL SELECT l.K_ID, date(h.BDATE), -" + q +
+                       " FROM D8202 h JOIN D8202A l ON l.NOID = h.NOID "
+                       "WHERE " +
+                       days + " UNION ALL SELECT w.K_ID, date(h.BDATE), " + q +
+                       " FROM d712 h JOIN d712a l ON l.NOID = h.NOID "
+                       "JOIN D1801 w ON w.WL_ID = l.WL_ID WHERE " +
+                       days +
+                       ") x WHERE x.K_ID IN (SELECT K_ID FROM D1801 s JOIN D1802 k ON k.WL_ID = "
+                       "s.WL_ID) GROUP BY 1, 2",
                    [](const Rows& r) { return sums(r, 1, named({"v"})); }});
     return out;
 }
@@ -332,9 +406,11 @@ int tracePlans(unsigned, void*, void* statement, void* nanoseconds) {
     const char* sql = sqlite3_sql(static_cast<sqlite3_stmt*>(statement));
     std::fprintf(stderr, "  %.1f ms: %s\n", ms, sql);
     sqlite3_stmt* plan = nullptr;
-    if (sqlite3_prepare_v2(g_handle, (std::string("EXPLAIN QUERY PLAN ") + sql).c_str(), -1, &plan, nullptr) == SQLITE_OK)
+    if (sqlite3_prepare_v2(g_handle, (std::string("EXPLAIN QUERY PLAN ") + sql).c_str(), -1, &plan,
+                           nullptr) == SQLITE_OK)
         while (sqlite3_step(plan) == SQLITE_ROW)
-            std::fprintf(stderr, "    %d %d %s\n", sqlite3_column_int(plan, 0), sqlite3_column_int(plan, 1),
+            std::fprintf(stderr, "    %d %d %s\n", sqlite3_column_int(plan, 0),
+                         sqlite3_column_int(plan, 1),
                          reinterpret_cast<const char*>(sqlite3_column_text(plan, 3)));
     sqlite3_finalize(plan);
     return 0;
@@ -355,8 +431,10 @@ Prepared prepare(const Case& c) {
     const Totals reportTotals = c.reportTotals(rowsOf(report->AdoQry_Main));
     const Totals handTotals = c.handTotals(native(c.hand, true));
     if (!same(reportTotals, handTotals))
-        die(c.name + ": the totals differ\n  report:       " + text(reportTotals) + "\n  hand-written: " + text(handTotals));
-    std::fprintf(stderr, "%s: %d rows, totals %s\n", c.name.c_str(), p.rows, text(reportTotals).c_str());
+        die(c.name + ": the totals differ\n  report:       " + text(reportTotals) +
+            "\n  hand-written: " + text(handTotals));
+    std::fprintf(stderr, "%s: %d rows, totals %s\n", c.name.c_str(), p.rows,
+                 text(reportTotals).c_str());
     delete report;
     return p;
 }
@@ -385,12 +463,15 @@ int main(int argc, char** argv) {
         g_today = QDate::fromString(last.rows.at(0).at(0).toString().left(10), "yyyy-MM-dd");
         if (!g_today.isValid()) die("the shop has no sales");
     }
-    const Rows lines = native("SELECT (SELECT COUNT(*) FROM D8101A) + (SELECT COUNT(*) FROM D8102A) + (SELECT COUNT(*) FROM D8201A) + "
-                              "(SELECT COUNT(*) FROM D8202A) + (SELECT COUNT(*) FROM d8301A) + (SELECT COUNT(*) FROM D8303A) + "
-                              "(SELECT COUNT(*) FROM d712a)",
-                              true);
-    std::fprintf(stderr, "%s: %lld document lines, today %s\n", path.c_str(), lines.rows.at(0).at(0).toLongLong(),
-                 date(g_today).c_str());
+    const Rows lines = native(
+        "SELECT (SELECT COUNT(*) FROM D8101A) + (SELECT COUNT(*) FROM D8102A) + (SELECT COUNT(*) "
+        "FROM D8201A) + "
+        "(SELECT COUNT(*) FROM D8202A) + (SELECT COUNT(*) FROM d8301A) + (SELECT COUNT(*) FROM "
+        "D8303A) + "
+        "(SELECT COUNT(*) FROM d712a)",
+        true);
+    std::fprintf(stderr, "%s: %lld document lines, today %s\n", path.c_str(),
+                 lines.rows.at(0).at(0).toLongLong(), date(g_today).c_str());
 
     ResetGlobals();
     G_UserId = "U1";
@@ -399,30 +480,42 @@ int main(int argc, char** argv) {
     qx::dataop::setDatabase(g_db);
     qx::ui::setToday(g_today);
 
-    if (std::getenv("QXCK_REPORT_PLANS")) sqlite3_trace_v2(g_handle, SQLITE_TRACE_PROFILE, tracePlans, nullptr);
+    if (std::getenv("QXCK_REPORT_PLANS"))
+        sqlite3_trace_v2(g_handle, SQLITE_TRACE_PROFILE, tracePlans, nullptr);
     std::vector<std::pair<Case, Prepared>> prepared;
     // QXCK_REPORT_CASES="204 263": only the reports whose names start with one of these codes
-    const QStringList only = QString::fromUtf8(std::getenv("QXCK_REPORT_CASES") ? std::getenv("QXCK_REPORT_CASES") : "")
-                                 .split(' ', Qt::SkipEmptyParts);
+    const QStringList only =
+        QString::fromUtf8(std::getenv("QXCK_REPORT_CASES") ? std::getenv("QXCK_REPORT_CASES") : "")
+            .split(' ', Qt::SkipEmptyParts);
     for (const Case& c : cases()) {
         const QString name = QString::fromStdString(c.name);
-        if (only.isEmpty() || std::any_of(only.begin(), only.end(), [&](const QString& code) { return name.startsWith(code); }))
+        if (only.isEmpty() || std::any_of(only.begin(), only.end(), [&](const QString& code) {
+                return name.startsWith(code);
+            }))
             prepared.emplace_back(c, prepare(c));
     }
     qx::ui::setModalHandler(nullptr);
     sqlite3_trace_v2(g_handle, 0, nullptr, nullptr);
 
     for (const auto& [c, p] : prepared) {
-        benchmark::RegisterBenchmark(("report/" + c.name).c_str(), [p = p](benchmark::State& state) {
-            TClientDataSet ds;
-            for (auto _ : state) opensql(&ds, p.funcNo, p.batch, 0, 0, {}, {}, false, "1");
-            state.counters["rows"] = ds.RecordCount();
-        })->Unit(benchmark::kMillisecond)->UseRealTime();
-        benchmark::RegisterBenchmark(("hand/" + c.name).c_str(), [hand = c.hand](benchmark::State& state) {
-            size_t rows = 0;
-            for (auto _ : state) rows = native(hand, true).rows.size();
-            state.counters["rows"] = double(rows);
-        })->Unit(benchmark::kMillisecond)->UseRealTime();
+        benchmark::RegisterBenchmark(("report/" + c.name).c_str(),
+                                     [p = p](benchmark::State& state) {
+                                         TClientDataSet ds;
+                                         for (auto _ : state)
+                                             opensql(&ds, p.funcNo, p.batch, 0, 0, {}, {}, false,
+                                                     "1");
+                                         state.counters["rows"] = ds.RecordCount();
+                                     })
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime();
+        benchmark::RegisterBenchmark(("hand/" + c.name).c_str(),
+                                     [hand = c.hand](benchmark::State& state) {
+                                         size_t rows = 0;
+                                         for (auto _ : state) rows = native(hand, true).rows.size();
+                                         state.counters["rows"] = double(rows);
+                                     })
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime();
     }
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
