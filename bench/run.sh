@@ -68,5 +68,20 @@ for b in json.load(open(sys.argv[1]))["benchmarks"]:
     print(f"Scanning into a count sheet: {b['real_time']:.2f} {b['time_unit']} per scan (wall), {int(b['lines'])} lines")
 PY
 
+# The business reports beside their hand-written queries: the scale-10 shop, or the large shop
+# named by $QXCK_REPORT_DB (made by qxck-demo --lines N, opened read-only).
+run bench_report report 0.1
+python3 - "$out/report.json" <<'PY'
+import json, sys
+rows = {b["name"]: b for b in json.load(open(sys.argv[1]))["benchmarks"]}
+print("Business reports beside their hand-written queries (CPU ms):")
+for name, b in rows.items():
+    if name.startswith("report/"):
+        case = name[len("report/"):]
+        h = rows["hand/" + case]
+        ms = lambda x: x["cpu_time"] * {"ns": 1e-6, "us": 1e-3, "ms": 1.0, "s": 1e3}[x["time_unit"]]
+        print(f"  {case.replace('/real_time', ''):<72} report {ms(b):8.1f}   hand-written {ms(h):8.1f}   ratio {ms(b)/ms(h):5.2f}")
+PY
+
 echo "Stock reports beside their floors (bench_stock, wall-clock ms, median of 3):"
 "$bin/bench_stock" --lines "${QXCK_BENCH_LINES:-1000000}"
