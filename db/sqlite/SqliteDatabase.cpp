@@ -100,18 +100,25 @@ Value valueAt(sqlite3_stmt* stmt, int i) {
     }
 }
 
-// Expression columns have no declared type: take it from the first value that is not NULL.
+// Expression columns have no declared type: take it from their values. The first value that is
+// not NULL decides between text and number; a number column is Float as soon as one value has a
+// fraction, so that a first row's whole 0 (a block that has no amount) does not make an
+// amount column integer.
 void typeUntypedColumns(ResultSet& result) {
     for (std::size_t c = 0; c < result.columns.size(); ++c) {
         auto& column = result.columns[c];
         if (column.type != FieldType::Unknown) continue;
         for (const auto& row : result.rows) {
             const Value& v = row[c];
-            if (std::holds_alternative<std::int64_t>(v)) column.type = FieldType::Integer;
-            else if (std::holds_alternative<double>(v)) column.type = FieldType::Float;
-            else if (std::holds_alternative<std::string>(v)) column.type = FieldType::Text;
-            else continue;
-            break;
+            if (std::holds_alternative<std::string>(v)) {
+                if (column.type == FieldType::Unknown) column.type = FieldType::Text;
+                if (column.type == FieldType::Text) break;
+            } else if (std::holds_alternative<double>(v)) {
+                column.type = FieldType::Float;
+                break;
+            } else if (std::holds_alternative<std::int64_t>(v)) {
+                column.type = FieldType::Integer;
+            }
         }
     }
 }

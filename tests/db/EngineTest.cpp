@@ -57,6 +57,21 @@ TEST_F(Engine, ResultColumnsAreTypedFromTheSchemaAndFromValues) {
     EXPECT_DOUBLE_EQ(std::get<double>(r.rows[0][3]), 12.5);
 }
 
+// A report's blocks are united: the first block may carry a whole 0 where the later ones carry
+// amounts with cents; the column is a number column with fractions, not an integer one.
+TEST_F(Engine, AnExpressionColumnWithAnyFractionIsFloatWhateverItsFirstValue) {
+    auto r = db.open("SELECT K, LY FROM (SELECT 1 AS K, 0 AS LY UNION ALL SELECT 2, NULL UNION ALL SELECT 3, 12.5 "
+                     "UNION ALL SELECT 4, 7) T ORDER BY K");
+    ASSERT_EQ(r.rows.size(), 4u);
+    EXPECT_EQ(r.columns[0].type, db::FieldType::Integer);
+    EXPECT_EQ(r.columns[1].type, db::FieldType::Float);
+    EXPECT_DOUBLE_EQ(std::get<double>(r.rows[2][1]), 12.5);
+    // whole numbers only stay an integer column, text stays text
+    auto whole = db.open("SELECT 0 AS A, 'x' AS B UNION ALL SELECT 7, 'y'");
+    EXPECT_EQ(whole.columns[0].type, db::FieldType::Integer);
+    EXPECT_EQ(whole.columns[1].type, db::FieldType::Text);
+}
+
 TEST_F(Engine, SysMRunsTheStatementItIsHanded) {
     auto r = db.open("exec SYS_M @param=1,@sqltext=' SELECT * FROM (SELECT K_ID, WL_NAME FROM D1800 WHERE K_ID=''K1'' "
                      "UNION ALL SELECT K_ID, WL_NAME FROM D1800 WHERE K_ID=''K2'') TMP order by K_ID '");
