@@ -1,5 +1,6 @@
 #include "framework/DBGridEh.h"
 
+#include <cmath>
 #include <QAbstractTableModel>
 #include <QApplication>
 #include <QClipboard>
@@ -397,6 +398,9 @@ double TColumnEh::GetSumValue() const {
         if (ok) sum += d;
     }
     if (Footer.ValueType == fvtAvg) return n ? sum / n : 0;
+    // Amounts keep at most four places; a sum of many of them carries binary noise in the last
+    // digits (217478.39999999) that a footer must not show.
+    if (std::fabs(sum) < 1e9) sum = std::round(sum * 1e6) / 1e6;
     return sum;
 }
 

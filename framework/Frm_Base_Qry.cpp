@@ -90,6 +90,8 @@ void TFrm_Base_Qry::UpdateChart() {
         ChartSplitter->addWidget(ChartPane);
         ChartSplitter->setStretchFactor(0, 3);
         ChartSplitter->setStretchFactor(1, 2);
+        // three fifths for the grid, two for the chart, whatever the grid's many columns ask for
+        ChartSplitter->setSizes({3000, 2000});
         // The chart follows the selection at once, and the rows and column titles (which a
         // report may still set after GetData) once the screen is back in its event loop.
         auto follow = [this] { redrawChart(); };

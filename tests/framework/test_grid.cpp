@@ -69,6 +69,22 @@ TEST_F(FrameworkGridTest, FootersSumTheirColumns) {
     EXPECT_EQ(grid.FooterTexts().last(), "105.25");
 }
 
+// Amounts with cents add up with binary noise (0.1 + 0.2 is 0.30000000000000004); the footer
+// shows the sum a clerk would write, not the noise.
+TEST_F(FrameworkGridTest, AFooterSumOfCentsShowsNoBinaryNoise) {
+    TClientDataSet cents;
+    cents.LoadFromResult(table({"K_ID", "SMONEY"}, {{s("K"), 0.1}, {s("K"), 0.2}, {s("K"), 217478.1}}));
+    TDBGridEh g;
+    g.SetDataSet(&cents);
+    g.ColumnByField("SMONEY")->Footer.ValueType = fvtSum;
+    g.ColumnsChanged();
+    EXPECT_EQ(g.GetSumValue("SMONEY"), 217478.4) << "exactly the nearest double, not 217478.40000000002";
+    EXPECT_EQ(g.FooterTexts().last(), "217478.4");
+    cents.Last();
+    cents.Delete();
+    EXPECT_EQ(g.GetSumValue("SMONEY"), 0.3);
+}
+
 TEST_F(FrameworkGridTest, DisplayFormatShapesNumbers) {
     grid.ColumnByField("SMONEY")->DisplayFormat = "0.00";
     grid.ColumnsChanged();
