@@ -151,11 +151,11 @@ void TFrm_AnnualReport::ShowColumns() {
     for (int i = 0; i < fields.size(); ++i)
         if (TColumnEh* c = g->ColumnByField(fields[i])) {
             c->Title = titles[i];
-            c->Width = 68;
+            c->Width = 84;  // a month of a busy shop: 235288.45
         }
     if (TColumnEh* c = g->ColumnByField("total")) {
         c->Title = "本年合计";
-        c->Width = 90;
+        c->Width = 104;
         c->FontColor = Qt::blue;
     }
     g->ColumnsChanged();
