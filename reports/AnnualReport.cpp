@@ -152,10 +152,12 @@ void TFrm_AnnualReport::ShowColumns() {
         if (TColumnEh* c = g->ColumnByField(fields[i])) {
             c->Title = titles[i];
             c->Width = 84;  // a month of a busy shop: 235288.45
+            c->DisplayFormat = "0.00";  // amounts, to the cent
         }
     if (TColumnEh* c = g->ColumnByField("total")) {
         c->Title = "本年合计";
         c->Width = 104;
+        c->DisplayFormat = "0.00";
         c->FontColor = Qt::blue;
     }
     g->ColumnsChanged();
