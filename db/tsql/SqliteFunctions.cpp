@@ -211,7 +211,9 @@ void stuffFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     const long long start = sqlite3_value_int64(argv[1]), length = sqlite3_value_int64(argv[2]);
     if (start < 1 || start > static_cast<long long>(chars.size()) || length < 0) return sqlite3_result_null(context);
     const auto from = static_cast<std::size_t>(start - 1);
-    const auto to = static_cast<std::size_t>(std::min<long long>(start - 1 + length, static_cast<long long>(chars.size())));
+    // a length past the end (up to the largest integer) deletes to the end, without overflowing
+    const long long left = static_cast<long long>(chars.size()) - (start - 1);
+    const auto to = static_cast<std::size_t>(start - 1 + std::min(length, left));
     result(context, s.substr(0, byteAt(chars, s, from)) + (isNull(argv[3]) ? std::string() : text(argv[3])) + s.substr(byteAt(chars, s, to)));
 }
 
