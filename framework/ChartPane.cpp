@@ -41,7 +41,7 @@ QString labelOf(const TClientDataSet* ds, const QString& labelField, int row) {
     return text.isEmpty() ? QObject::tr("(空)") : text;
 }
 
-// The visible columns the chart plots, in the spec's order.
+// The visible columns the chart plots, in the order its description lists them.
 QList<TColumnEh*> valueColumns(const ChartSpec& spec, const TDBGridEh* grid) {
     QList<TColumnEh*> out;
     if (spec.valueFields.isEmpty()) {

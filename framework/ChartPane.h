@@ -38,7 +38,7 @@ struct ChartData {
     bool isEmpty() const { return categories.isEmpty() || series.isEmpty(); }
 };
 
-// What the spec draws from the grid: its visible value columns, its rows and its selection.
+// What a chart description draws from the grid: its visible value columns, its rows and its selection.
 QX_FRAMEWORK_EXPORT ChartData chartData(const ChartSpec& spec, const TDBGridEh* grid);
 // A new chart of the data (the caller owns it).
 QX_FRAMEWORK_EXPORT QChart* buildChart(const ChartSpec& spec, const ChartData& data, const QString& title);

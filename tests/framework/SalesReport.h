@@ -1,7 +1,7 @@
 #pragma once
 // A small report on a real SQLite database for the print, export and chart tests: sales by
 // article with two-level column titles ("本期入库数量|进货"), sum footers, a cost column hidden
-// unless ShowCost, and a chart described by whatever spec the test gives it.
+// unless ShowCost, and a chart described as the test asks.
 #include <gtest/gtest.h>
 
 #include <QAction>
