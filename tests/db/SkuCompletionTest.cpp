@@ -121,6 +121,22 @@ INSTANTIATE_TEST_SUITE_P(Engines, SkuCompletion, ::testing::ValuesIn(engines()),
 
 // ---- a shop made before lines completed their SKU rows ------------------------------------------
 
+// Lines whose SKUs have no row, written while the shop has no completion: K107 twice, K108.
+std::string linesWithoutSkuRows() {
+    return line("D8201A", "S1", "K107", "K1", "07") + ";" + line("D8203A", "O1", "K107", "K1", "07") + ";" +
+           line("D8203A", "O1", "K108", "K1", "08");
+}
+
+// The shop once this build opened it: the rows those lines lacked are there, and a new line
+// completes its own.
+void expectUpgraded(db::Database& db) {
+    EXPECT_EQ(count(db, "d1801", "WL_ID='K107' AND K_ID='K1' AND COL_ID='07'"), 1);
+    EXPECT_EQ(count(db, "d1801", "WL_ID='K108' AND K_ID='K1' AND COL_ID='08'"), 1);
+    db.execute(line("D8202A", "T1", "K109", "K1", "09"));
+    EXPECT_EQ(count(db, "d1801", "WL_ID='K109'"), 1) << "the triggers are there";
+    EXPECT_EQ(count(db, "d1801"), 11);
+}
+
 TEST(SkuCompletionUpgrade, AnOlderShopFileGetsTheTriggersAndTheRowsItsLinesLack) {
     TempDir dir;
     const std::string file = dir.file("old.db");
@@ -133,16 +149,11 @@ TEST(SkuCompletionUpgrade, AnOlderShopFileGetsTheTriggersAndTheRowsItsLinesLack)
         auto db = db::openSqlite(file);
         auto& sqlite = dynamic_cast<db::SqliteDatabase&>(*db);
         for (const auto& completion : db::posting::skuCompletions()) sqlite.runNative("DROP TRIGGER " + completion.triggerName);
-        db->execute(line("D8201A", "S1", "K107", "K1", "07") + ";" + line("D8203A", "O1", "K107", "K1", "07") + ";" +
-                    line("D8203A", "O1", "K108", "K1", "08"));
+        db->execute(linesWithoutSkuRows());
         ASSERT_EQ(count(*db, "d1801", "WL_ID='K107'"), 0);
     }
-    auto db = db::openSqlite(file);
-    EXPECT_EQ(count(*db, "d1801", "WL_ID='K107' AND K_ID='K1' AND COL_ID='07'"), 1);
-    EXPECT_EQ(count(*db, "d1801", "WL_ID='K108' AND K_ID='K1' AND COL_ID='08'"), 1);
-    db->execute(line("D8202A", "T1", "K109", "K1", "09"));
-    EXPECT_EQ(count(*db, "d1801", "WL_ID='K109'"), 1) << "the triggers are there";
-    EXPECT_EQ(count(*db, "d1801"), 11);
+    expectUpgraded(*db::openSqlite(file));
+    EXPECT_EQ(count(*db::openSqlite(file), "d1801"), 11) << "opening it again changes nothing";
 }
 
 TEST(SkuCompletionUpgrade, AnOlderShopOnAServerGetsTheTriggersAndTheRowsItsLinesLack) {
@@ -155,19 +166,11 @@ TEST(SkuCompletionUpgrade, AnOlderShopOnAServerGetsTheTriggersAndTheRowsItsLines
         seedSmallShop(old);
         for (const auto& completion : db::posting::skuCompletions())
             old.runNative("DROP TRIGGER " + completion.triggerName + " ON " + completion.lineTable);
-        old.execute(line("D8201A", "S1", "K107", "K1", "07") + ";" + line("D8203A", "O1", "K107", "K1", "07") + ";" +
-                    line("D8203A", "O1", "K108", "K1", "08"));
+        old.execute(linesWithoutSkuRows());
         ASSERT_EQ(count(old, "d1801", "WL_ID='K107'"), 0);
     }
-    auto db = db::openDatabase(uri);
-    EXPECT_EQ(count(*db, "d1801", "WL_ID='K107' AND K_ID='K1' AND COL_ID='07'"), 1);
-    EXPECT_EQ(count(*db, "d1801", "WL_ID='K108' AND K_ID='K1' AND COL_ID='08'"), 1);
-    db->execute(line("D8202A", "T1", "K109", "K1", "09"));
-    EXPECT_EQ(count(*db, "d1801", "WL_ID='K109'"), 1) << "the triggers are there";
-    EXPECT_EQ(count(*db, "d1801"), 11);
-    // Opening it again changes nothing.
-    db = db::openDatabase(uri);
-    EXPECT_EQ(count(*db, "d1801"), 11);
+    expectUpgraded(*db::openDatabase(uri));
+    EXPECT_EQ(count(*db::openDatabase(uri), "d1801"), 11) << "opening it again changes nothing";
 }
 
 // ---- the generated text ----------------------------------------------------------------------

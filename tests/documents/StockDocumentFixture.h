@@ -147,6 +147,18 @@ protected:
         l->Act_Edit->trigger();
         return l->entry();
     }
+    // The head of a trading document's entry with its captions and lengths: the number, the
+    // partner and the salesperson as the kind names them, then warehouse, delivery, payment
+    // method and note.
+    static void expectTradingHeadCaptions(Entry& e, const char* number, const char* partner, const char* salesperson) {
+        expectHeadCaptions(e, {{e.Edit1, number, 12},
+                               {e.KH_GYS_ID, partner, 10},
+                               {e.CK_ID, "仓    库", 4},
+                               {e.YW_ID, salesperson, 4},
+                               {e.SEND_ID, "送货方式", 2},
+                               {e.JY_ID, "结算方式", 2},
+                               {e.NOTE, "备    注", 100}});
+    }
     double value(Entry* e, const char* field) {
         return e->AdoQry_Main->FieldByName(field)->AsFloat();
     }

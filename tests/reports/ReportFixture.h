@@ -136,14 +136,8 @@ protected:
         auto* report = new R(nullptr);
         if (before) before(report);
         report->resize(1100, 600);
-        Trecord rec;
-        rec.UserId = G_UserId;
-        rec.UserName = G_UserName;
-        rec.CkId = G_ckid;
-        rec.CkName = G_CkName;
-        rec.FuncCode = code;
         report->Tag = code;
-        report->InitForm(rec);
+        report->InitForm(record(code));
         return report;
     }
     template <class F>
