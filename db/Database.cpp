@@ -20,6 +20,8 @@ std::unique_ptr<Database> openDatabase(const std::string& location, bool create)
     if (!db->hasShop()) {
         if (!create) throw Error(location + " is not a shop database (no tables)");
         db->createShop();
+    } else {
+        db->upgradeShop();
     }
     return db;
 }

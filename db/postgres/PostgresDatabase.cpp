@@ -9,6 +9,7 @@
 
 #include <libpq-fe.h>
 
+#include <cctype>
 #include <cstdlib>
 #include <optional>
 #include <vector>
@@ -375,6 +376,27 @@ void PostgresDatabase::createShop() {
 
 bool PostgresDatabase::hasShop() {
     return !runNative("SELECT 1 FROM pg_trigger WHERE tgname = 'qx_d1802_total' AND tgrelid = to_regclass('d1802')").rows.empty();
+}
+
+void PostgresDatabase::upgradeShop() {
+    std::vector<const posting::SkuCompletion*> missing;
+    for (const auto& completion : posting::skuCompletions()) {
+        std::string name = completion.triggerName;
+        for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        if (runNative("SELECT 1 FROM pg_trigger WHERE tgname = '" + name + "'").rows.empty()) missing.push_back(&completion);
+    }
+    if (missing.empty()) return;
+    runNative("BEGIN");
+    try {
+        for (const auto* completion : missing) {
+            runNative(completion->postgresTrigger);
+            runNative(completion->backfill);
+        }
+        runNative("COMMIT");
+    } catch (...) {
+        rollback();
+        throw;
+    }
 }
 
 void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions& options) { runBatch(tsqlBatch, options.maintenance); }

@@ -45,6 +45,11 @@ public:
     // Does the database hold a shop (its tables and the posting triggers)?
     bool hasShop();
 
+    // Brings a shop made by an earlier build up to this one, in one transaction: the triggers
+    // that complete the SKU row of every document line inserted, and the SKU rows its existing
+    // lines lack. Nothing when the shop has them.
+    void upgradeShop();
+
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
     ResultSet runNative(const std::string& sql);
 

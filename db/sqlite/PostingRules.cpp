@@ -5,6 +5,7 @@
 #pragma GCC diagnostic ignored "-Wrestrict"
 #endif
 
+#include <cctype>
 #include <string>
 #include <string_view>
 
@@ -311,6 +312,40 @@ void addPostingDateGuards(const Flavour& f, const PostingRule& rule, std::vector
                           "qx_guarded() AND " + head + " < " + end + " AND (" + lineChanged + ")", refuse("OLD.NOID", head)));
 }
 
+// ---- SKU rows -----------------------------------------------------------------------------
+
+bool sameTable(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i]))) return false;
+    return true;
+}
+
+// The document line tables whose lines name their style and colour, each once: the posting
+// rules' in their order, then the other documents' (orders, stocktaking); not a table of a rule
+// whose lines carry the SKU code alone (the point-of-sale lines).
+std::vector<std::string> styledLineTables() {
+    std::vector<std::string> out;
+    auto add = [&](const char* table) {
+        for (const auto& rule : rules())
+            if (!rule.lineHasStyle && sameTable(rule.lineTable, table)) return;
+        for (const auto& known : out)
+            if (sameTable(known, table)) return;
+        out.emplace_back(table);
+    };
+    for (const auto& rule : rules()) add(rule.lineTable);
+    for (const auto& doc : documentTables()) add(doc.lineTable);
+    return out;
+}
+
+// The d1801 row of the line row `row` when it has none, as a document save adds it (the line's
+// WL_ID, K_ID, COL_ID). The conflict clause keeps two terminals adding the same new SKU at once
+// from failing the later one.
+std::string completeSku(const std::string& row) {
+    return "INSERT INTO d1801 (WL_ID, K_ID, COL_ID) SELECT " + row + ".WL_ID, " + row + ".K_ID, " + row +
+           ".COL_ID WHERE NOT EXISTS (SELECT 1 FROM d1801 s WHERE s.WL_ID=" + row + ".WL_ID) ON CONFLICT (WL_ID) DO NOTHING;\n";
+}
+
 // ---- T-SQL view texts ------------------------------------------------------------------------
 
 std::string movementSelect(const PostingRule& rule, const MovementKind& kind, int part) {
@@ -436,12 +471,28 @@ const std::vector<DocumentTables>& documentTables() {
     return table;
 }
 
+const std::vector<SkuCompletion>& skuCompletions() {
+    static const std::vector<SkuCompletion> table = [] {
+        std::vector<SkuCompletion> out;
+        for (const auto& lines : styledLineTables()) {
+            const std::string name = "qx_sku_" + lines;
+            out.push_back({lines, name, trigger(kSqlite, name, "AFTER INSERT", lines, "", completeSku("NEW")),
+                           trigger(kPostgres, name, "AFTER INSERT", lines, "", completeSku("NEW")),
+                           "INSERT INTO d1801 (WL_ID, K_ID, COL_ID) SELECT l.WL_ID, min(l.K_ID), min(l.COL_ID) FROM " + lines +
+                               " l WHERE NOT EXISTS (SELECT 1 FROM d1801 s WHERE s.WL_ID=l.WL_ID) GROUP BY l.WL_ID"});
+        }
+        return out;
+    }();
+    return table;
+}
+
 std::vector<std::string> sqliteTriggerStatements() {
     std::vector<std::string> out;
     addStockTriggers(out);
     for (const auto& rule : rules()) addPostingTriggers(kSqlite, rule, out);
     for (const auto& doc : documentTables()) addDocumentTriggers(kSqlite, doc, out);
     for (const auto& rule : rules()) addPostingDateGuards(kSqlite, rule, out);
+    for (const auto& completion : skuCompletions()) out.push_back(completion.sqliteTrigger);
     return out;
 }
 
@@ -452,6 +503,7 @@ std::vector<std::string> postgresTriggerStatements() {
     for (const auto& rule : rules()) addPostingTriggers(kPostgres, rule, out);
     for (const auto& doc : documentTables()) addDocumentTriggers(kPostgres, doc, out);
     for (const auto& rule : rules()) addPostingDateGuards(kPostgres, rule, out);
+    for (const auto& completion : skuCompletions()) out.push_back(completion.postgresTrigger);
     return out;
 }
 

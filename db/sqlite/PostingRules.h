@@ -51,16 +51,31 @@ const std::vector<DocumentTables>& documentTables();
 // the closed-period message.
 const std::vector<std::pair<const char*, const char*>>& documentKindNames();
 
-// SQLite statements creating the posting triggers, the d1802 total and shortage triggers and
-// the closed-period guards. They call the connection functions qx_guarded(),
-// qx_stock_short(wl_id, ck_id) and qx_closed_period(table, noid, date, end).
+// SQLite statements creating the posting triggers, the d1802 total and shortage triggers, the
+// closed-period guards and, last, the SKU row completion. They call the connection functions
+// qx_guarded(), qx_stock_short(wl_id, ck_id) and qx_closed_period(table, noid, date, end).
 std::vector<std::string> sqliteTriggerStatements();
 
 // The same objects on PostgreSQL, from the same rules: PL/pgSQL trigger functions and their
 // triggers, KC kept by a BEFORE trigger, the negative-stock check deferred to the commit, and the
 // guard functions qx_guarded() (off while the transaction's qx.maintenance is 'on') and
-// qx_closed_period(). Unquoted names: PostgreSQL folds them to lower case as the dialect does.
+// qx_closed_period(), and the SKU row completion. Unquoted names: PostgreSQL folds them to lower
+// case as the dialect does.
 std::vector<std::string> postgresTriggerStatements();
+
+// The SKU row of every document line: a line inserted into a document line table whose lines
+// name their style and colour (every one but the point-of-sale lines, which carry the SKU code
+// alone) adds its missing d1801 row (WL_ID, K_ID, COL_ID from the line, as a document save does)
+// and leaves an existing one untouched. Lists join their lines to d1801, so a line without its
+// SKU row would not be shown, and saving the document again would drop it.
+struct SkuCompletion {
+    std::string lineTable;        // "D8201A"
+    std::string triggerName;      // "qx_sku_D8201A"
+    std::string sqliteTrigger;    // CREATE TRIGGER ... (SQLite)
+    std::string postgresTrigger;  // CREATE OR REPLACE FUNCTION ...; CREATE TRIGGER ... (PostgreSQL)
+    std::string backfill;         // adds the rows the table's existing lines lack (either engine)
+};
+const std::vector<SkuCompletion>& skuCompletions();
 
 // T-SQL CREATE VIEW texts, run through the translator after the tables exist:
 // V_QX_MOVES (movement stream) and V_CHECKKC (recomputed stock beside the stored stock).

@@ -177,6 +177,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
             createSchema();
         }
         for (const auto& statement : procedures::closingSnapshotStatements()) runNative(statement);
+        addSkuCompletion();
     } catch (...) {
         for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
         cache_.clear();
@@ -225,6 +226,23 @@ void SqliteDatabase::createSchema() {
     for (const auto& file : seedRows()) runWithinTransaction(file.text);
     for (const auto& trigger : posting::sqliteTriggerStatements()) runNative(trigger);
     runNative("PRAGMA user_version=" + std::to_string(kSchemaVersion));
+    transaction.commit();
+}
+
+// A shop made before document lines completed their SKU rows gets the triggers, and the SKU rows
+// its existing lines lack, once: in one transaction with the first open by this build.
+void SqliteDatabase::addSkuCompletion() {
+    std::vector<const posting::SkuCompletion*> missing;
+    for (const auto& completion : posting::skuCompletions())
+        if (stepNative("SELECT 1 FROM sqlite_master WHERE type='trigger' AND name='" + completion.triggerName + "'", true, nullptr)
+                .rows.empty())
+            missing.push_back(&completion);
+    if (missing.empty()) return;
+    Transaction transaction(*this, true);
+    for (const auto* completion : missing) {
+        runNative(completion->sqliteTrigger);
+        runNative(completion->backfill);
+    }
     transaction.commit();
 }
 

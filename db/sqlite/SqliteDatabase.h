@@ -71,6 +71,7 @@ private:
     void configureConnection();
     void createSchema();
     bool hasSchema();
+    void addSkuCompletion();
     ResultSet runStatement(const tsql::Statement& statement, bool& produced);
     ResultSet stepNative(const std::string& sql, bool collect, const tsql::Statement* origin);
     sqlite3_stmt* prepare(const std::string& sql, const tsql::Statement* origin);

@@ -24,9 +24,9 @@ protected:
              "VALUES (1, 'R0301', 'G01', '01', '2026-03-01', '1', '', '01', '1', 'U1', '')");
         for (const char* sku : {"K0101", "K0102", "K0203"}) {
             const QString s = sku;
+            exec("INSERT INTO D1801 VALUES ('" + s + "','" + s.left(3) + "','" + s.mid(3) + "')");
             exec("INSERT INTO D8101A VALUES ('R0301','" + s + "','" + s.left(3) + "','" + s.mid(3) +
                  "','01',10,10,10,10,10,0,0,0,0,0,10,500,'')");
-            exec("INSERT INTO D1801 VALUES ('" + s + "','" + s.left(3) + "','" + s.mid(3) + "')");
         }
     }
 

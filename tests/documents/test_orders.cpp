@@ -55,10 +55,16 @@ TEST_F(OrderTest, TheListHasNoCounterpartyNorApproval) {
 
 TEST_F(OrderTest, ALineWhoseSkuRowDoesNotExistYetIsStillListed) {
     order("DD1", "01");
+    ASSERT_EQ(count("SELECT COUNT(*) FROM D1801 WHERE WL_ID='K0202'"), 0);
     exec("INSERT INTO D8203A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0, DJ, MONEY, NOTE) VALUES "
          "('DD1','K0202','K02','02','01',1,80,80,'')");
-    ASSERT_EQ(count("SELECT COUNT(*) FROM D1801 WHERE WL_ID='K0202'"), 0);
+    // The database completes the SKU row of the line, so lists joining d1801 show it too.
+    EXPECT_EQ(dump("SELECT WL_ID, K_ID, COL_ID FROM D1801 WHERE WL_ID='K0202'"), QStringList{"K0202|K02|02"});
     TQXCK213* l = orderList();
+    l->RefreshDetail();
+    EXPECT_EQ(l->AdoQry_Detail->RecordCount(), 2);
+    // The order's own lines do not go through d1801: without the row the line is still listed.
+    exec("DELETE FROM D1801 WHERE WL_ID='K0202'");
     l->RefreshDetail();
     EXPECT_EQ(l->AdoQry_Detail->RecordCount(), 2);
     delete l;

@@ -30,8 +30,8 @@ protected:
         PurchaseTest::SetUp();
         addReceipt("R0305", "2026-03-05", "01", 1);
         exec("UPDATE D8101 SET SEND_ID='2', NOTE='首批', EDATE='2026-03-07 10:00:00' WHERE NOID='R0305'");
-        exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,0,0,10,30,'')");
         exec("INSERT INTO D1801 VALUES ('K0101','K01','01')");
+        exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,0,0,10,30,'')");
         calls.clear();
     }
     // The list on the receipts of March, positioned on R0305.

@@ -10,8 +10,8 @@ protected:
         PurchaseTest::SetUp();
         G_SKSTR = "1";
         addReceipt("R0305", "2026-03-05", "01", 1);
-        exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,0,0,10,30,'')");
         exec("INSERT INTO D1801 VALUES ('K0101','K01','01')");
+        exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,0,0,10,30,'')");
     }
     qx::test::GoldenStatements golden{"documents/golden/Frmqxck201_1.sql"};
 };

@@ -262,8 +262,8 @@ protected:
         PurchaseTest::SetUp();
         exec("UPDATE d1006 SET M8='48', M9='50' WHERE M_ID='01'");
         addReceipt("R0305", "2026-03-05", "01", 1);
-        exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,4,5,10,120,'')");
         exec("INSERT INTO D1801 VALUES ('K0101','K01','01')");
+        exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,4,5,10,120,'')");
     }
 };
 

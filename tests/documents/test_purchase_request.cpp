@@ -129,10 +129,10 @@ TEST_F(PurchaseRequestTest, ATypicalRequestOnTheDemoShop) {
 TEST_F(PurchaseRequestTest, ScreenshotsOfTheListAndOfAReceiptWithThreeLines) {
     addReceipt("R0305", "2026-03-05", "01", 1);
     addReceipt("R0306", "2026-03-06", "02", 0, "G02");
-    exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,3,1,0,0,0,0,0,0,10,70,'')");
-    exec("INSERT INTO D8101A VALUES ('R0305','K0203','K02','03','01',0,2,2,0,0,0,0,0,0,0,20,80,'')");
     exec("INSERT INTO D1801 VALUES ('K0101','K01','01')");
     exec("INSERT INTO D1801 VALUES ('K0203','K02','03')");
+    exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,3,1,0,0,0,0,0,0,10,70,'')");
+    exec("INSERT INTO D8101A VALUES ('R0305','K0203','K02','03','01',0,2,2,0,0,0,0,0,0,0,20,80,'')");
     G_SK = 1;
     QWidget mainForm;
     TQXCK201* list = openThroughEntry(&mainForm, [](TQXCK201F* f) { f->KH_ID->setText(""); });

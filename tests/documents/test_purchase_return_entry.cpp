@@ -15,14 +15,9 @@ class PurchaseReturnEntryTest : public qx::test::KindScreensTest<TQXCK202, 202> 
 protected:
     void SetUp() override {
         KindScreensTest::SetUp();
-        existing = "P0305";
-        lineTable = "D8102A";
-        setCost("K01", "25");
-        setCost("K02", "40");
-        addHead("D8102", "P0305", "2026-03-05", "01", 1, "G01", "首批退货");
-        exec("UPDATE D8102 SET EDATE='2026-03-07 10:00:00' WHERE NOID='P0305'");
-        addReturnLine("D8102A", "P0305", "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "10", "30");
-        calls.clear();
+        existingDocument("D8102", "P0305", "G01", "首批退货", [this] {
+            addReturnLine("D8102A", "P0305", "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "10", "30");
+        });
     }
     qx::test::GoldenStatements golden{"documents/golden/Frmqxck202_1.sql"};
 };
@@ -43,13 +38,7 @@ TEST_F(PurchaseReturnEntryTest, ANewReturnHasReturnPricesNoDeliveryNoteAndNoBarc
 
 TEST_F(PurchaseReturnEntryTest, HeadControlsHaveTheirCaptionsAndLengths) {
     TQXCK202_1 e(nullptr);
-    expectHeadCaptions(e, {{e.Edit1, "退货单号", 12},
-                           {e.KH_GYS_ID, "供 应 商", 10},
-                           {e.CK_ID, "仓    库", 4},
-                           {e.SEND_ID, "送货方式", 2},
-                           {e.YW_ID, "采 购 员", 4},
-                           {e.JY_ID, "结算方式", 2},
-                           {e.NOTE, "备    注", 100}});
+    expectTradingHeadCaptions(e, "退货单号", "供 应 商", "采 购 员");
     EXPECT_EQ(e.WarehouseEdit, e.CK_ID);
     EXPECT_EQ(e.PartnerEdit, e.KH_GYS_ID);
     EXPECT_EQ(e.LineSourceField, "NOID");
@@ -154,38 +143,15 @@ TEST_F(PurchaseReturnEntryTest, ALineTypedByHandHasNoOrderNumber) {
 // ---- the save batch
 
 TEST_F(PurchaseReturnEntryTest, AddSendsItsBatch) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = add(l);
-    fillHead(e, "G01");
-    addLine(e, "K01", "02", {"3", "1"}, "12");
-    const QString noid = e->Edit1->text();
-    e->Act_Save->trigger();
-    EXPECT_TRUE(qx::test::sameStatements(golden.text("Add", {{"number", noid}}), lastBatch()));
-    EXPECT_EQ(lastExec().noid, noid);
-    EXPECT_EQ(lastExec().mode, "Add");
-    delete l;
+    expectAddSends(golden, "G01", "退货", [this](TQXCK202_1* e) { addLine(e, "K01", "02", {"3", "1"}, "12"); });
 }
 
 TEST_F(PurchaseReturnEntryTest, CopyAddSendsAnInsertBatchUnderTheNewNumber) {
-    TQXCK202* l = list();
-    l->Act_CopyAdd->trigger();
-    TQXCK202_1* e = l->entry();
-    const QString noid = e->Edit1->text();
-    e->Act_Save->trigger();
-    EXPECT_TRUE(qx::test::sameStatements(golden.text("CopyAdd", {{"number", noid}}), lastBatch()));
-    EXPECT_EQ(lastExec().mode, "CopyAdd");
-    EXPECT_EQ(lines(noid), 1);
-    delete l;
+    EXPECT_EQ(lines(expectCopyAddSends(golden)), 1);
 }
 
 TEST_F(PurchaseReturnEntryTest, EditSendsTheUpdateWithTheLinesReplaced) {
-    TQXCK202* l = list();
-    TQXCK202_1* e = edit(l);
-    addLine(e, "K02", "03", {"", "2"}, "50");
-    e->Act_Save->trigger();
-    EXPECT_TRUE(qx::test::sameStatements(golden.text("Edit"), lastBatch()));
-    EXPECT_EQ(lastExec().mode, "Edit");
-    delete l;
+    expectEditSends(golden, [this](TQXCK202_1* e) { addLine(e, "K02", "03", {"", "2"}, "50"); });
 }
 
 // ---- what the database holds

@@ -26,8 +26,8 @@ protected:
     void SetUp() override {
         PurchaseTest::SetUp();
         addReceipt("R0305", "2026-03-05", "01", 1);
-        exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,0,0,10,30,'')");
         exec("INSERT INTO D1801 VALUES ('K0101','K01','01')");
+        exec("INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,0,0,10,30,'')");
         exec("UPDATE d1800 SET TMI=1 WHERE K_ID='K01'");
         exec("INSERT INTO d1809 VALUES ('K0101','0','K01','6900000000011')");
         exec("INSERT INTO d1809 VALUES ('K0101','1','K01','6900000000028')");

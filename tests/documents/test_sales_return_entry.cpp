@@ -15,14 +15,9 @@ class SalesReturnEntryTest : public qx::test::KindScreensTest<TQXCK212, 212> {
 protected:
     void SetUp() override {
         KindScreensTest::SetUp();
-        existing = "T0305";
-        lineTable = "D8202A";
-        setCost("K01", "25");
-        setCost("K02", "40");
-        addHead("D8202", "T0305", "2026-03-05", "01", 1, "C01", "尺码不合");
-        exec("UPDATE D8202 SET EDATE='2026-03-07 10:00:00' WHERE NOID='T0305'");
-        addReturnLine("D8202A", "T0305", "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "90", "270");
-        calls.clear();
+        existingDocument("D8202", "T0305", "C01", "尺码不合", [this] {
+            addReturnLine("D8202A", "T0305", "K01", "01", "01", "1,2,0,0,0,0,0,0,0,0", "90", "270");
+        });
     }
     qx::test::GoldenStatements golden{"documents/golden/Frmqxck212_1.sql"};
 };
@@ -42,13 +37,7 @@ TEST_F(SalesReturnEntryTest, ANewReturnHasReturnPricesAndNoTagPriceOrDiscount) {
 
 TEST_F(SalesReturnEntryTest, HeadControlsHaveTheirCaptionsAndLengths) {
     TQXCK212_1 e(nullptr);
-    expectHeadCaptions(e, {{e.Edit1, "退货单号", 12},
-                           {e.KH_GYS_ID, "客    户", 10},
-                           {e.CK_ID, "仓    库", 4},
-                           {e.YW_ID, "业 务 员", 4},
-                           {e.SEND_ID, "送货方式", 2},
-                           {e.JY_ID, "结算方式", 2},
-                           {e.NOTE, "备    注", 100}});
+    expectTradingHeadCaptions(e, "退货单号", "客    户", "业 务 员");
     EXPECT_EQ(e.PartnerLink->Table().toLower(), "d1102");
 }
 
@@ -126,36 +115,13 @@ TEST_F(SalesReturnEntryTest, TheTotalIsTheFooterOfTheColumnTitledTotalWhateverIt
 // ---- the save batch
 
 TEST_F(SalesReturnEntryTest, AddSendsItsBatch) {
-    TQXCK212* l = list();
-    TQXCK212_1* e = add(l);
-    fillHead(e, "C01");
-    addLine(e, "K01", "02", {"3", "1"}, "80");
-    const QString noid = e->Edit1->text();
-    e->Act_Save->trigger();
-    EXPECT_TRUE(qx::test::sameStatements(golden.text("Add", {{"number", noid}}), lastBatch()));
-    EXPECT_EQ(lastExec().mode, "Add");
-    delete l;
+    expectAddSends(golden, "C01", "退货", [this](TQXCK212_1* e) { addLine(e, "K01", "02", {"3", "1"}, "80"); });
 }
 
-TEST_F(SalesReturnEntryTest, CopyAddSendsAnInsertBatchUnderTheNewNumber) {
-    TQXCK212* l = list();
-    l->Act_CopyAdd->trigger();
-    TQXCK212_1* e = l->entry();
-    const QString noid = e->Edit1->text();
-    EXPECT_NE(noid, "T0305");
-    EXPECT_EQ(e->EDATE->text(), "");
-    e->Act_Save->trigger();
-    EXPECT_TRUE(qx::test::sameStatements(golden.text("CopyAdd", {{"number", noid}}), lastBatch()));
-    delete l;
-}
+TEST_F(SalesReturnEntryTest, CopyAddSendsAnInsertBatchUnderTheNewNumber) { expectCopyAddSends(golden); }
 
 TEST_F(SalesReturnEntryTest, EditSendsTheUpdateWithTheLinesReplaced) {
-    TQXCK212* l = list();
-    TQXCK212_1* e = edit(l);
-    addLine(e, "K02", "03", {"1"}, "150");
-    e->Act_Save->trigger();
-    EXPECT_TRUE(qx::test::sameStatements(golden.text("Edit"), lastBatch()));
-    delete l;
+    expectEditSends(golden, [this](TQXCK212_1* e) { addLine(e, "K02", "03", {"1"}, "150"); });
 }
 
 // ---- what the database holds

@@ -19,8 +19,7 @@
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
 #include "tests/support/RecordedCalls.h"
-
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+#include "tests/support/ShopDatabaseTest.h"
 
 namespace qx::test {
 
@@ -49,42 +48,24 @@ inline QString golden(const QString& name, const QMap<QString, QString>& values 
     return text;
 }
 
-class PeriodTest : public ::testing::Test {
+class PeriodTest : public ShopDatabaseTest {
 protected:
     void SetUp() override {
-        ResetGlobals();
-        G_UserId = "U1";
-        G_UserName = "王经理";
+        ShopDatabaseTest::SetUp();
+        G_ckid = "";  // the period screens run without a signed-in warehouse
         G_CM = 3;
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
-        seedShop();
-        qx::dataop::setDatabase(db);
-        qx::dataop::setObserver([this](const Call& c) { recorded.record(c); });
-        qx::ui::setScreenPresenter([](TFrm_Base* screen) { screen->show(); });
         qx::ui::setModalHandler([this](TFrm_Base* dialog) {
             modalDialogs.push_back(dialog->objectName());
             if (onModal) return onModal(dialog);
             return int(mrCancel);
         });
     }
-    void TearDown() override {
-        qx::ui::setModalHandler(nullptr);
-        qx::ui::setScreenPresenter(nullptr);
-        qx::dataop::setObserver({});
-        qx::dataop::setDatabase(nullptr);
-        ResetGlobals();
-    }
-
-    void exec(const QString& sql) { db->execute(sql.toStdString()); }
     // Writes stock rows directly, as only maintenance may.
-    void maintain(const QString& sql) { db->execute(sql.toStdString(), qx::db::ExecOptions{true}); }
+    void maintain(const QString& sql) { execMaintenance(sql); }
 
-    void seedShop() {
+    void seed() override {
         exec("INSERT INTO sys_co (CO, PARAM, CK_END_DATE) VALUES ('测试服饰', '', '2026-03-15')");
-        exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U1', '王经理')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('01', '总仓')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('02', '东门店')");
-        exec("INSERT INTO sys_user_ck VALUES ('U1', '01', 1)");
+        seedUserAndWarehouses(*db);
         exec("INSERT INTO d1103 (KH_GYS_ID, KG_NAME) VALUES ('G01', '华美制衣')");
         exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3) VALUES ('01', '服装', 'S', 'M', 'L', '')");
         exec("INSERT INTO d1005 (COL_ID, COL_NAME) VALUES ('01', '红色')");
@@ -114,16 +95,8 @@ protected:
              sku.left(3) + "', '" + sku.mid(3) + "', '" + warehouse + "', " + QString::number(qty) + ")");
     }
 
-    QString scalar(const QString& sql) { return scalarText(*db, sql); }
     QString periodEnd() { return scalar("SELECT CK_END_DATE FROM sys_co").left(10); }
-    std::vector<QString> statements(Call::Kind kind) const { return recorded.statements(kind); }
-    Call lastExec() const { return recorded.lastExec(); }
 
-    qx::ui::ScopedScriptedSink sink;
-    QTemporaryDir dir;
-    std::shared_ptr<qx::db::Database> db;
-    RecordedCalls recorded;
-    std::vector<Call>& calls = recorded.calls;
     QStringList modalDialogs;
     std::function<int(TFrm_Base*)> onModal;
 };

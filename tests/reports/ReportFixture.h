@@ -25,12 +25,9 @@
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
 #include "tests/support/ScreenTestEnvironment.h"
-
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+#include "tests/support/ShopDatabaseTest.h"
 
 namespace qx::test {
-
-using qx::dataop::Call;
 
 // Golden statements: "-- name" on a line of its own, then the statement up to the next "-- "
 // line (line breaks inside a statement are not part of it; a statement is one line).
@@ -52,22 +49,14 @@ inline QMap<QString, QString> goldenStatements(const QString& file) {
     return out;
 }
 
-class ReportTest : public ::testing::Test {
+class ReportTest : public ShopDatabaseTest {
 protected:
     void SetUp() override {
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
-        seedShop();
-        environment.install(db, &calls);
-        G_UserName = "王经理";
-        G_ckid = "01";
+        ShopDatabaseTest::SetUp();
         G_CkName = "总仓";
         G_CoName = "报表测试" + QString::number(reinterpret_cast<quintptr>(this));
         G_CM = 9;
     }
-    void TearDown() override { environment.restore(); }
-
-    void exec(const QString& sql) { db->execute(sql.toStdString()); }
-    void maintain(const QString& sql) { db->execute(sql.toStdString(), qx::db::ExecOptions{true}); }
 
     // Grouping items of a summary in sys_GROUP: title, expression, class ("S" summed), the preset
     // letters that include it. The custom combination is the second item and the summed ones.
@@ -92,13 +81,10 @@ protected:
         }
     }
 
-    void seedShop() {
+    void seed() override {
         exec("INSERT INTO sys_co (CO, PARAM) VALUES ('测试服饰', '')");
-        exec("INSERT INTO sys_user (USER_ID, USER_NAME) VALUES ('U1', '王经理')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('01', '总仓')");
-        exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('02', '东门店')");
+        seedUserAndWarehouses(*db);
         exec("INSERT INTO d1007 (CK_ID, CK_NAME) VALUES ('AB01', '仓AB')");
-        exec("INSERT INTO sys_user_ck VALUES ('U1', '01', 1)");
         exec("INSERT INTO d1009 (PP_ID, PP_NAME) VALUES ('P1', '雅牌')");
         exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2) VALUES ('A', '服装', 'S', 'M', 'L')");
         exec("INSERT INTO d1006 (M_ID, M_NAME, M0, M1, M2, M3) VALUES ('B', '裤装', '28', '29', '30', '31')");
@@ -116,7 +102,7 @@ protected:
     void openingStock(const QString& sku, const QString& warehouse, const QList<int>& sizes) {
         QString b;
         for (int i = 0; i < 10; ++i) b += "," + QString::number(i < sizes.size() ? sizes[i] : 0);
-        maintain("INSERT INTO d1802 (WL_ID, CK_ID, BDATE, B0,B1,B2,B3,B4,B5,B6,B7,B8,B9, CHECK_KC) VALUES ('" + sku + "','" +
+        execMaintenance("INSERT INTO d1802 (WL_ID, CK_ID, BDATE, B0,B1,B2,B3,B4,B5,B6,B7,B8,B9, CHECK_KC) VALUES ('" + sku + "','" +
                  warehouse + "','2026-01-01'" + b + ",0);update d1802 set k0=b0,k1=b1,k2=b2,k3=b3,k4=b4,k5=b5,k6=b6,k7=b7,"
                  "k8=b8,k9=b9");
     }
@@ -130,8 +116,6 @@ protected:
         exec("INSERT INTO " + head + "A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S0,S1,S2,S3,S4,S5,S6,S7,S8,S9) VALUES ('" + noid +
              "','" + sku + "','" + sku.left(3) + "','" + sku.mid(3) + "','" + warehouse + "'" + s + ")");
     }
-
-    qx::db::ResultSet query(const QString& sql) { return db->open(sql.toStdString()); }
 
     // Opens a report: `fill` sets the dialog (of type F) before OK; answers every other dialog
     // with Cancel. The report has run its statement when this returns.
@@ -152,14 +136,8 @@ protected:
         auto* report = new R(nullptr);
         if (before) before(report);
         report->resize(1100, 600);
-        Trecord rec;
-        rec.UserId = G_UserId;
-        rec.UserName = G_UserName;
-        rec.CkId = G_ckid;
-        rec.CkName = G_CkName;
-        rec.FuncCode = code;
         report->Tag = code;
-        report->InitForm(rec);
+        report->InitForm(record(code));
         return report;
     }
     template <class F>
@@ -238,12 +216,6 @@ protected:
         EXPECT_TRUE(!file.isEmpty() && QFile::exists(file)) << name.toStdString();
     }
 
-    std::vector<QString> statements(Call::Kind kind = Call::Kind::OpenSql) const {
-        std::vector<QString> out;
-        for (const auto& c : calls)
-            if (c.kind == kind) out.push_back(c.sql);
-        return out;
-    }
     QString lastStatement() const {
         const auto s = statements();
         return s.empty() ? QString() : s.back();
@@ -255,12 +227,6 @@ protected:
         for (int r = 0; r < ds->RecordCount(); ++r) out << ds->CellValue(r, ds->FieldIndex(field)).toString();
         return out;
     }
-
-    qx::test::ScreenTestEnvironment environment;
-    qx::ui::ScopedScriptedSink sink;
-    QTemporaryDir dir;
-    std::shared_ptr<qx::db::Database> db;
-    std::vector<Call> calls;
 };
 
 }  // namespace qx::test

@@ -265,7 +265,7 @@ TEST_F(ProgressReportTest, TheChartDrawsALinePerStyleOverTheDays) {
 
 TEST_F(ProgressReportTest, AScreenshotOfTheProgress) {
     // a fortnight of daily sales of the trousers, from a larger stock
-    maintain("UPDATE d1802 SET B0=B0+30, K0=K0+30 WHERE WL_ID='K0201'");
+    execMaintenance("UPDATE d1802 SET B0=B0+30, K0=K0+30 WHERE WL_ID='K0201'");
     for (int day = 3; day <= 16; ++day)
         document("D8201", "X" + QString::number(day), "01", QString("2026-03-%1").arg(day, 2, 10, QChar('0')), "K0201",
                  {day % 3, 1});

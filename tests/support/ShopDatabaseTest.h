@@ -68,8 +68,8 @@ protected:
     // Every row of a query as "a|b|c" lines (a database's content compared as text).
     QStringList dump(const QString& sql) { return rowsOf(*db, sql); }
 
-    // The statements of one kind of call, in order.
-    std::vector<QString> statements(Call::Kind kind) const { return statementsOf(calls, kind); }
+    // The statements of one kind of call (queries unless told), in order.
+    std::vector<QString> statements(Call::Kind kind = Call::Kind::OpenSql) const { return statementsOf(calls, kind); }
     std::vector<Call> execs() const {
         std::vector<Call> out;
         for (const auto& c : calls)

@@ -51,8 +51,8 @@ TEST_P(DocumentRequests, PurchaseReceiptsAndASaleMoveStockAsTheScreensSendThem) 
 
     // An earlier receipt edited with a second line: its lines are rewritten whole.
     db->execute("INSERT INTO D8101(T,NOID,KH_GYS_ID,CK_ID,BDATE,USER_ID,NOTE) VALUES ('1','R0305','G01','01','2026-03-05','U1','');"
-                "INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,0,0,10,30,'');"
-                "INSERT INTO D1801 VALUES ('K0101','K01','01');");
+                "INSERT INTO D1801 VALUES ('K0101','K01','01');"
+                "INSERT INTO D8101A VALUES ('R0305','K0101','K01','01','01',1,2,0,0,0,0,0,0,0,0,10,30,'');");
     EXPECT_EQ(stock(*db, "K0101", "01"), sizes({1, 2}));
     db->execute(batch(purchase, "Edit"));
     EXPECT_EQ(stock(*db, "K0101", "01"), sizes({1, 2})) << "the unchanged line moves nothing";
