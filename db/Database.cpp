@@ -21,6 +21,7 @@ std::unique_ptr<Database> openDatabase(const std::string& location, bool create)
         if (!create) throw Error(location + " is not a shop database (no tables)");
         db->createShop();
     }
+    db->ensureClosingSnapshots();  // a shop made before the snapshots existed gets them
     return db;
 }
 
