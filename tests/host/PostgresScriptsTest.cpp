@@ -46,4 +46,27 @@ TEST(PostgresScripts, DocumentScriptsPrintTheSameOnAServerAsOnAFile) {
     }
 }
 
+// The stock reports (the stock query and its drill-down, the stock distribution's cross-tab, the
+// movement classification, summary and detail through SYS_ZM) and the month-end close (balance
+// check, cost recalculation, close with its snapshot, the next month's summary with cost amounts
+// read from it, reopen) print the same on a server as on a file.
+TEST(PostgresScripts, StockReportsAndTheMonthEndClosePrintTheSameOnAServerAsOnAFile) {
+    QX_REQUIRE_POSTGRES(server);
+    QTemporaryDir dir;
+    const QString file = dir.filePath("demo.db");
+    const QString uri = QString::fromStdString(server->freshDatabase());
+    const qx::demo::Options options{.endDate = "2026-06-29"};
+    qx::demo::createDemoDatabase(file.toStdString(), options);
+    qx::demo::createDemoDatabase(uri.toStdString(), options);
+    for (const char* script : {"scripts/examples/stock_reports.qxs", "scripts/examples/month_end.qxs"}) {
+        SCOPED_TRACE(script);
+        const ScriptRun onFile = runScript(file, script);
+        const ScriptRun onServer = runScript(uri, script);
+        EXPECT_EQ(onFile.exitCode, 0) << onFile.out.toStdString();
+        EXPECT_EQ(onServer.exitCode, 0) << onServer.out.toStdString();
+        EXPECT_GT(onServer.out.count('\n'), 1000) << "the script printed the reports' rows";
+        EXPECT_EQ(onServer.out.toStdString(), onFile.out.toStdString());
+    }
+}
+
 }  // namespace
