@@ -286,12 +286,7 @@ ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool&
     if (statement.procedure) {
         // The procedures of the one registry, inside this batch's transaction.
         produced = true;
-        try {
-            return callProcedure(*this, *statement.procedure);
-        } catch (const Error& e) {
-            if (!e.statement().empty()) throw;
-            throw Error(e.what(), statement.text, statement.line, statement.column);
-        }
+        return callProcedure(*this, statement);
     }
     const auto sqls = tsql::emitPostgres(statement, *catalog_);
     // The server names result columns by their folded names; give them back as written.

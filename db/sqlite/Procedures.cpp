@@ -67,6 +67,15 @@ ResultSet callProcedure(ProcedureSession& db, const tsql::ProcedureCall& call) {
     return procedure(db, call);
 }
 
+ResultSet callProcedure(ProcedureSession& session, const tsql::Statement& statement) {
+    try {
+        return callProcedure(session, *statement.procedure);
+    } catch (const Error& e) {
+        if (!e.statement().empty()) throw;
+        throw Error(e.what(), statement.text, statement.line, statement.column);
+    }
+}
+
 std::optional<std::string> procedureArgument(const tsql::ProcedureCall& call, std::string_view name) {
     const std::string wanted = upper(name);
     for (const auto& argument : call.arguments)

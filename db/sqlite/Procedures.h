@@ -25,6 +25,10 @@ bool procedureExists(std::string_view name);
 // Runs a call; an unknown name throws Error("unknown procedure: NAME").
 ResultSet callProcedure(ProcedureSession& session, const tsql::ProcedureCall& call);
 
+// Runs the EXEC statement of a batch: an error without a statement of its own names the EXEC
+// statement, its line and column.
+ResultSet callProcedure(ProcedureSession& session, const tsql::Statement& statement);
+
 // The value of a named argument (case-insensitive, without '@'), if the call passes it.
 std::optional<std::string> procedureArgument(const tsql::ProcedureCall& call, std::string_view name);
 
