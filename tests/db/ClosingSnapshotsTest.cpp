@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 
 #include "DbTestSupport.h"
@@ -142,6 +143,30 @@ TEST_P(ClosingSnapshots, ADocumentOfTheOpenMonthAfterTheSnapshotCountsFromIt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Engines, ClosingSnapshots, ::testing::ValuesIn(engines()), engineTestName);
+
+// The same shop closed on both engines keeps the same snapshot, row for row.
+TEST(ClosingSnapshotsOnBothEngines, TheSameShopKeepsTheSameSnapshot) {
+    TempDir dir;
+    auto file = demoShopDatabase("sqlite", dir);
+    auto server = demoShopDatabase("postgresql", dir);
+    if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+    const std::string rows = "SELECT PERIOD, WL_ID, CK_ID, K0, K1, K2, K3, K4, K5, K6, K7, K8, K9, QTY, MONEY FROM sys_ck_snapshot";
+    std::vector<std::vector<std::vector<db::Value>>> snapshots;
+    for (db::Database* db : {file.get(), server.get()}) {
+        db->execute("UPDATE d1800 SET DJ = 12.35 WHERE K_ID IN (SELECT TOP 5 K_ID FROM d1800 ORDER BY K_ID)");
+        db->execute(kClose);
+        auto r = db->open(rows);
+        for (auto& row : r.rows) {
+            row[0] = text(row[0]).substr(0, 10);
+            const auto* money = std::get_if<double>(&row.back());
+            row.back() = std::round((money ? *money : static_cast<double>(integer(row.back()))) * 100) / 100;  // to the cent
+            for (std::size_t i = 3; i + 1 < row.size(); ++i) row[i] = integer(row[i]);
+        }
+        snapshots.push_back(sortedRows(std::move(r)));
+    }
+    EXPECT_GT(snapshots[0].size(), 100u);
+    EXPECT_EQ(snapshots[0], snapshots[1]);
+}
 
 }  // namespace
 }  // namespace qx::dbtest

@@ -248,6 +248,25 @@ TEST_P(StockMovements, ArticleMatchesSkuStyleOrBarcode) {
     EXPECT_EQ(sum("K1'' OR ''1''=''1"), 0) << "quotes in the article are part of the value";
 }
 
+// A style of more SKUs than a list of placeholders takes: its SKUs go to the server as one bound
+// JSON array, with quotes and backslashes in the codes kept as they are.
+TEST_P(StockMovements, AStyleOfManySkusIsReadThroughOneBoundList) {
+    std::string batch;
+    for (int i = 0; i < 230; ++i) batch += "INSERT INTO D1801 VALUES ('K1X" + std::to_string(i) + "','K1','01');";
+    batch += "INSERT INTO D1801 VALUES ('K1\\\"Q','K1','02');";
+    db.execute(batch);
+    db.execute(document("purchase", "R1", 1, "ZC", "2026-03-05", "K1X7", sizes({5})));
+    db.execute(document("purchase", "R2", 1, "ZC", "2026-03-06", "K1\\\"Q", sizes({0, 2})));
+    db.execute(document("purchase", "R3", 1, "ZC", "2026-03-05", "K201", sizes({1})));
+    auto r = call(db, "EXEC SYS_ZM @param3=0,@BDATE='2026-03-01',@EDATE='2026-04-01',@ck_id1='',@wl_id='K1'");
+    ASSERT_EQ(r.size(), 2u) << "one row per size moved, nothing of K2";
+    EXPECT_EQ(r.str(0, "wl_id"), "K1X7");
+    EXPECT_EQ(r.num(0, "IN6"), 5);
+    EXPECT_EQ(r.str(1, "wl_id"), "K1\\\"Q");
+    EXPECT_EQ(r.num(1, "M_INDEX"), 1);
+    EXPECT_EQ(r.num(1, "IN6"), 2);
+}
+
 TEST_P(StockMovements, OnlyMovedArticlesWithParam1) {
     openingStock(db, "K001", "ZC", sizes({3}));
     db.execute(document("purchase", "R1", 1, "ZC", "2026-03-05", "K101", sizes({5})));
