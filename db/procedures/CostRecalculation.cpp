@@ -186,6 +186,7 @@ public:
     }
 
     ResultSet run() {
+        lockTheValuedTables();
         loadStyles();
         loadOpenings();
         scanMovements();
@@ -196,6 +197,16 @@ public:
     }
 
 private:
+    // Lines are written back by the row they were read from: no other terminal changes the
+    // documents, the styles or the opening stock until the run commits.
+    void lockTheValuedTables() {
+        std::set<std::string> tables{"d1800", "d1801", "d1802"};
+        for (const auto& rule : posting::rules()) tables.insert({rule.headTable, rule.lineTable});
+        std::string list;
+        for (const auto& table : tables) list += (list.empty() ? "" : ", ") + table;
+        if (const std::string lock = db_.dialect().lockForRewrite(list); !lock.empty()) db_.executeNative(lock);
+    }
+
     const Style& styleOf(const std::string& id) {
         auto it = styles_.find(id);
         if (it != styles_.end()) return it->second;

@@ -11,6 +11,7 @@ std::string sqliteRowId(const std::string& alias) { return alias + ".rowid"; }
 std::string sqliteIsRow(const std::string& placeholder) { return "rowid=" + placeholder; }
 std::string sqliteDay(const std::string& date) { return "substr(" + date + ",1,10)"; }
 std::string sqliteJsonTexts(const std::string& placeholder) { return "SELECT value FROM json_each(" + placeholder + ")"; }
+std::string sqliteLock(const std::string&) { return {}; }
 
 // PostgreSQL: the line tables have no key, so a row is named by its physical place (ctid: block
 // and item), which stays valid within the transaction until the row itself is updated; packed
@@ -26,18 +27,20 @@ std::string postgresDayStart(const std::string& date) { return "date_trunc('day'
 std::string postgresJsonTexts(const std::string& placeholder) {
     return "SELECT json_array_elements_text(CAST(" + placeholder + " AS json))";
 }
+// Readers go on; writers (and a second such routine: the mode conflicts with itself) wait.
+std::string postgresLock(const std::string& tables) { return "LOCK TABLE " + tables + " IN SHARE ROW EXCLUSIVE MODE"; }
 
 }  // namespace
 
 const Dialect& sqliteDialect() {
     // A day's text compares before every instant of that day ("2026-03-01" < "2026-03-01 00:00:00").
-    static const Dialect dialect{"ifnull", "max", "temp.", false, false, sqliteRowId, sqliteIsRow, sqliteDay, sqliteDay, sqliteJsonTexts};
+    static const Dialect dialect{"ifnull", "max", "temp.", false, false, sqliteRowId, sqliteIsRow, sqliteDay, sqliteDay, sqliteJsonTexts, sqliteLock};
     return dialect;
 }
 
 const Dialect& postgresDialect() {
     static const Dialect dialect{"coalesce", "greatest", "pg_temp.", true, true, postgresRowId, postgresIsRow, postgresDay,
-                                 postgresDayStart, postgresJsonTexts};
+                                 postgresDayStart, postgresJsonTexts, postgresLock};
     return dialect;
 }
 

@@ -33,6 +33,11 @@ struct Dialect {
     // A row source of one text column named value: the items of a JSON array of texts bound at
     // the placeholder.
     std::string (*jsonTexts)(const std::string& placeholder);
+    // The statement keeping other connections from writing the tables (comma-separated) until
+    // the transaction ends, while it reads them to write back what it read; "" where the
+    // engine's write transaction already excludes them (SQLite: one writer, and a read snapshot
+    // older than another's commit cannot write).
+    std::string (*lockForRewrite)(const std::string& tables);
 };
 
 const Dialect& sqliteDialect();

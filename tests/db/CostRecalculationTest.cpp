@@ -265,5 +265,29 @@ TEST_P(CostRecalculationRun, UnapprovedDocumentsAreNotValued) {
 
 INSTANTIATE_TEST_SUITE_P(Engines, CostRecalculationRun, ::testing::ValuesIn(engines()), engineTestName);
 
+// On a server the lines are written back by the row they were read from: until the run commits,
+// another terminal's document waits instead of changing what is being valued.
+TEST(CostRecalculationOnAServer, AnotherTerminalsDocumentWaitsUntilTheRunCommits) {
+    QX_REQUIRE_POSTGRES(server);
+    const std::string uri = server->freshDatabase();
+    db::PostgresDatabase first(uri);
+    first.createShop();
+    seedSmallShop(first);
+    first.execute(sql({'R', "R1", "2026-05-01", "K101", 10, 20}));
+    db::PostgresDatabase second(uri);
+    second.runNative("SET lock_timeout = '300ms'");
+    first.runNative("BEGIN");
+    first.runWithinTransaction("EXEC SYS_CBKS");
+    try {
+        second.execute(sql({'S', "S1", "2026-05-03", "K101", 5}));
+        ADD_FAILURE() << "a sale was saved while the recalculation was running";
+    } catch (const db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find("lock"), std::string::npos) << e.what();
+    }
+    first.runNative("COMMIT");
+    EXPECT_NO_THROW(second.execute(sql({'S', "S1", "2026-05-03", "K101", 5})));
+    EXPECT_EQ(count(second, "D8201A", "NOID='S1'"), 1);
+}
+
 }  // namespace
 }  // namespace qx::dbtest
