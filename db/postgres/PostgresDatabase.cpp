@@ -259,6 +259,7 @@ void PostgresDatabase::fail(const pg_result* result, const std::string& sql, con
 }
 
 ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement* origin) {
+    untouched_ = false;
     Result result{PQexec(conn_, sql.c_str())};
     const auto status = PQresultStatus(result.r);
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY) fail(result.r, sql, origin);
@@ -329,6 +330,7 @@ ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenanc
         runNative("BEGIN");
         try {
             if (maintenance) runNative("SELECT set_config('qx.maintenance', 'on', true)");
+            untouched_ = !maintenance;
             ResultSet last = runStatements(tsqlBatch);
             runNative("COMMIT");
             return last;
@@ -413,6 +415,10 @@ void PostgresDatabase::ensureClosingSnapshots() {
         rollback();
         throw;
     }
+}
+
+void PostgresDatabase::readOneSnapshot() {
+    if (untouched_) runNative("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ");
 }
 
 bool PostgresDatabase::setGuardsOff(bool off) {
@@ -529,6 +535,7 @@ private:
     }
 
     void start() {
+        db_.untouched_ = false;
         std::vector<const char*> values;
         values.reserve(values_.size());
         for (const auto& v : values_) values.push_back(v ? v->c_str() : nullptr);

@@ -59,6 +59,9 @@ public:
     void executeNative(const std::string& sql) override { runNative(sql); }
     const procedures::Dialect& dialect() const override { return procedures::postgresDialect(); }
     bool setGuardsOff(bool off) override;
+    // A batch that starts with a procedure reads one snapshot (REPEATABLE READ); once the
+    // transaction has run a statement its level can no longer change and this does nothing.
+    void readOneSnapshot() override;
     std::unique_ptr<procedures::NativeStatement> prepareNative(const std::string& sql) override;
 
 private:
@@ -77,6 +80,7 @@ private:
     pg_conn* conn_ = nullptr;
     std::string location_;
     std::string lastState_;  // SQLSTATE of the last failed statement
+    bool untouched_ = false;  // a batch's transaction that has run no statement yet
     std::unique_ptr<tsql::Catalog> catalog_;
 };
 

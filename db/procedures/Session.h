@@ -78,6 +78,11 @@ public:
     // Turns both guards (negative stock, closed periods) off or on for the running transaction;
     // returns whether they were off. For routines rewriting derived columns only.
     virtual bool setGuardsOff(bool off) = 0;
+    // Makes every later statement of the transaction read the database as it is now (one
+    // snapshot), where the engine can still do so: a report of several statements then never
+    // counts half of a document another terminal commits meanwhile. SQLite's transaction reads
+    // one state already.
+    virtual void readOneSnapshot() {}
     // SQLite: the connection, for statements prepared directly. nullptr on other engines.
     virtual sqlite3* sqliteHandle() const { return nullptr; }
     // Other engines: a statement of their own.

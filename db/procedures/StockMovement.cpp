@@ -191,6 +191,7 @@ public:
     Builder(ProcedureSession& db, Arguments a) : db_(db), a_(std::move(a)) {}
 
     ResultSet run() {
+        db_.readOneSnapshot();  // the opening and every kind of movement from the same state
         // The opening of a range that starts in or after a closed month: that month's closing
         // snapshot plus the movements since it, instead of every movement from the beginning.
         if (!a_.from.empty()) snapshot_ = latestSnapshotInTransaction(db_, a_.from).substr(0, 10);

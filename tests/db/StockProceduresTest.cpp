@@ -5,6 +5,8 @@
 #include <map>
 
 #include "DbTestSupport.h"
+#include "db/procedures/Statement.h"
+#include "db/sqlite/Procedures.h"
 
 namespace qx::dbtest {
 namespace {
@@ -398,6 +400,25 @@ TEST_P(StockMovementsDemo, ClosingAtTodayIsTheBookStock) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Engines, StockMovementsDemo, ::testing::ValuesIn(engines()), engineTestName);
+
+// On a server a batch that starts with a procedure reads one snapshot: another terminal's
+// document committed while the report reads is counted wholly or not at all.
+TEST(StockProceduresOnAServer, ABatchStartingWithAProcedureReadsOneSnapshot) {
+    Shop shop{"postgresql"};
+    QX_REQUIRE_ENGINE(shop);
+    db::registerProcedure("QX_TEST_ISOLATION", [](db::ProcedureSession& session, const qx::tsql::ProcedureCall&) {
+        session.readOneSnapshot();
+        db::procedures::Statement st(session, "SELECT current_setting('transaction_isolation')");
+        db::ResultSet out;
+        out.columns.push_back({"level", db::FieldType::Text, 0});
+        while (st.step()) out.rows.push_back({db::Value(st.text(0))});
+        return out;
+    });
+    EXPECT_EQ(text(scalar(*shop.db, "EXEC QX_TEST_ISOLATION")), "repeatable read");
+    EXPECT_EQ(text(scalar(*shop.db, "SELECT 1 AS one; EXEC QX_TEST_ISOLATION")), "read committed")
+        << "a transaction that has read already keeps its level";
+    EXPECT_EQ(text(scalar(*shop.db, "EXEC QX_TEST_ISOLATION")), "repeatable read") << "the next batch starts afresh";
+}
 
 // ---- cross-tabs -------------------------------------------------------------------------------
 
