@@ -178,7 +178,7 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
     db.executeNative(std::string("DROP TABLE IF EXISTS ") + d.tempSchema + table);
     std::string create = "CREATE TEMP TABLE " + table + " (" + quoteName(d, names[0]) + " VARCHAR(100) COLLATE QX";
     for (std::size_t i = 1; i < names.size(); ++i)
-        create += ", " + quoteName(d, names[i]) + (integral ? " INT" : " FLOAT");
+        create += ", " + quoteName(d, names[i]) + (integral ? " BIGINT" : " FLOAT");  // a server's INT stops at 2^31
     db.executeNative(create + ")");
     {
         std::string insert = std::string("INSERT INTO ") + d.tempSchema + table + " VALUES (?1";

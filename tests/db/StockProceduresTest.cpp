@@ -512,6 +512,16 @@ TEST_P(CrossTabs, ASecondPivotOfAnotherShapeGetsItsOwnColumns) {
     EXPECT_EQ(wide.rs.columns[1].name, "MD1-一店");
 }
 
+TEST_P(CrossTabs, SumsBeyondTheIntegerRangeKeepTheirValueWithExtraColumns) {
+    const std::string src = "SELECT ''K1'' AS wl_id, ''X'' AS k, 2000000000 AS v UNION ALL SELECT ''K1'', ''X'', 2000000000";
+    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v',@selectstr=',D1800.WL_NAME',"
+                      "@innerstr='INNER JOIN D1800 ON D1800.K_ID=D.WL_ID'");
+    ASSERT_EQ(r.size(), 1u);
+    EXPECT_EQ(r.num(0, "X"), 4000000000LL);
+    EXPECT_EQ(r.num(0, "total"), 4000000000LL);
+    EXPECT_EQ(r.str(0, "WL_NAME"), "款一");
+}
+
 TEST_P(CrossTabs, AnEmptyRowSourceGivesTheKeyAndTotalOnly) {
     auto r = call(db, "EXEC SYS_JX @param1='SELECT K_ID AS wl_id, K_ID AS ck_name, 0 AS kc FROM d1800 WHERE 1=0',@param2='wl_id',"
                       "@param3='ck_name',@param4='kc'");
