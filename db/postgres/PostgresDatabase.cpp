@@ -407,14 +407,10 @@ bool PostgresDatabase::maySummariseStocktake(std::string_view warehouse) {
 
 void PostgresDatabase::ensureClosingSnapshots() {
     if (!runNative("SELECT 1 FROM pg_trigger WHERE tgname = 'qx_snapshot_reopen' AND tgrelid = to_regclass('sys_co')").rows.empty()) return;
-    runNative("BEGIN");
-    try {
-        for (const auto& statement : procedures::closingSnapshotStatements(procedures::postgresDialect())) runNative(statement);
-        runNative("COMMIT");
-    } catch (...) {
-        rollback();
-        throw;
-    }
+    // One text of several statements: the server runs it as one transaction.
+    std::string statements;
+    for (const auto& statement : procedures::closingSnapshotStatements(procedures::postgresDialect())) statements += statement + ";\n";
+    runNative(statements);
 }
 
 void PostgresDatabase::readOneSnapshot() {
