@@ -17,30 +17,14 @@
 #include <string>
 #include <vector>
 
+#include "bench/Timing.h"
 #include "db/sqlite/SqliteDatabase.h"
 #include "db/tools/BulkShop.h"
 
 namespace {
 
-// Median wall clock and median processor time of the runs, in ms: on a shared machine the
-// wall clock includes the waits for a processor, the processor time does not.
-struct Timing {
-    double wall = 0, cpu = 0;
-};
-
-Timing millis(const std::function<void()>& body, int runs = 3) {
-    std::vector<double> walls, cpus;
-    for (int i = 0; i < runs; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        const std::clock_t cpuStart = std::clock();
-        body();
-        cpus.push_back(1000.0 * static_cast<double>(std::clock() - cpuStart) / CLOCKS_PER_SEC);
-        walls.push_back(std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
-    }
-    std::sort(walls.begin(), walls.end());
-    std::sort(cpus.begin(), cpus.end());
-    return {walls[walls.size() / 2], cpus[cpus.size() / 2]};
-}
+using qx::bench::millis;
+using qx::bench::Timing;
 
 // Runs native SQLite text and steps through every row (the floor's cost of reading them).
 long long native(sqlite3* db, const std::string& sql) {

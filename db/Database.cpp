@@ -23,6 +23,7 @@ std::unique_ptr<Database> openDatabase(const std::string& location, bool create)
     } else {
         db->upgradeShop();
     }
+    db->ensureClosingSnapshots();  // a shop made before the snapshots existed gets them
     return db;
 }
 

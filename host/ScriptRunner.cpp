@@ -23,6 +23,7 @@
 #include <QTest>
 #include <QTextEdit>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <stdexcept>
 
@@ -253,6 +254,8 @@ void ScriptRunner::execute(const ScriptCommand& command) {
         click(args);
     else if (verb == "key")
         key(args);
+    else if (verb == "dblclick")
+        doubleClick(args);
     else if (verb == "answer")
         answer(args);
     else if (verb == "grid")
@@ -476,6 +479,20 @@ void ScriptRunner::key(const QStringList& args) {
     }
     const QKeyCombination combination = sequence[0];
     QTest::keyClick(target, combination.key(), combination.keyboardModifiers());
+}
+
+// A double click on the current row of the current grid (or of the grid named), as the mouse
+// gives it: a report opens its detail of that row.
+void ScriptRunner::doubleClick(const QStringList& args) {
+    requireArgs(args, 0, 1, "dblclick [GRID]");
+    TDBGridEh* grid = args.isEmpty() ? currentGrid() : qobject_cast<TDBGridEh*>(findObject(args[0]));
+    if (!grid) fail(QString("no grid '%1' on %2").arg(args.value(0), describe(currentScreen())));
+    TClientDataSet* ds = grid->DataSet();
+    if (!ds || !ds->Active() || ds->IsEmpty()) fail(QString("grid %1 shows no rows").arg(grid->objectName()));
+    QModelIndex index = grid->currentIndex();
+    if (!index.isValid() || index.row() != ds->RecNo() - 1) index = grid->model()->index(ds->RecNo() - 1, std::max(0, index.column()));
+    grid->scrollTo(index);
+    QTest::mouseDClick(grid->viewport(), Qt::LeftButton, Qt::NoModifier, grid->visualRect(index).center());
 }
 
 void ScriptRunner::answer(const QStringList& args) {

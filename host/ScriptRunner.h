@@ -75,6 +75,7 @@ private:
     void setChecked(const QStringList& args, bool checked);
     void click(const QStringList& args);
     void key(const QStringList& args);
+    void doubleClick(const QStringList& args);
     void answer(const QStringList& args);
     void selectGrid(const QStringList& args);
     void gridCommand(const QString& verb, const QStringList& args);

@@ -9,10 +9,14 @@
 
 #include <libpq-fe.h>
 
+#include <atomic>
 #include <cctype>
+#include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <vector>
+
+#include "db/procedures/ClosingSnapshots.h"
 
 namespace qx::db {
 namespace {
@@ -240,23 +244,26 @@ PostgresDatabase::~PostgresDatabase() {
 
 ResultSet PostgresDatabase::runNative(const std::string& sql) { return runSql(sql, nullptr); }
 
+void PostgresDatabase::fail(const pg_result* result, const std::string& sql, const tsql::Statement* origin) {
+    const char* state = PQresultErrorField(result, PG_DIAG_SQLSTATE);
+    lastState_ = state ? state : "";
+    std::string message = messageOf(result, conn_);
+    if (PQstatus(conn_) == CONNECTION_BAD) {
+        // Killed by the server's administrator, a restart or the network: the server keeps
+        // nothing of a transaction that did not commit.
+        std::string reason = message;
+        while (!reason.empty() && (reason.back() == '\n' || reason.back() == ' ')) reason.pop_back();
+        message = "the connection to the database server was lost; nothing of the unfinished batch was kept (" + reason + ")";
+    }
+    if (origin) throw Error(asWritten(message, origin->text), origin->text, origin->line, origin->column);
+    throw Error(message, sql);
+}
+
 ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement* origin) {
+    untouched_ = false;
     Result result{PQexec(conn_, sql.c_str())};
     const auto status = PQresultStatus(result.r);
-    if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY) {
-        const char* state = PQresultErrorField(result.r, PG_DIAG_SQLSTATE);
-        lastState_ = state ? state : "";
-        std::string message = messageOf(result.r, conn_);
-        if (PQstatus(conn_) == CONNECTION_BAD) {
-            // Killed by the server's administrator, a restart or the network: the server keeps
-            // nothing of a transaction that did not commit.
-            std::string reason = message;
-            while (!reason.empty() && (reason.back() == '\n' || reason.back() == ' ')) reason.pop_back();
-            message = "the connection to the database server was lost; nothing of the unfinished batch was kept (" + reason + ")";
-        }
-        if (origin) throw Error(asWritten(message, origin->text), origin->text, origin->line, origin->column);
-        throw Error(message, sql);
-    }
+    if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY) fail(result.r, sql, origin);
     ResultSet set;
     if (status != PGRES_TUPLES_OK) return set;
     const int columns = PQnfields(result.r);
@@ -279,16 +286,9 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
 
 ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool& produced) {
     if (statement.procedure) {
-        const std::string& name = statement.procedure->name;
-        // SYS_M @sqltext='<T-SQL>': the text it is handed, in the same transaction.
-        if (sameName(name, "SYS_M")) {
-            const auto text = procedureArgument(*statement.procedure, "sqltext");
-            if (!text) throw Error("SYS_M needs the argument @sqltext", statement.text, statement.line, statement.column);
-            produced = true;
-            return runStatements(*text);
-        }
-        throw Error(procedureExists(name) ? "procedure " + name + " is not available on PostgreSQL yet" : "unknown procedure: " + name,
-                    statement.text, statement.line, statement.column);
+        // The procedures of the one registry, inside this batch's transaction.
+        produced = true;
+        return callProcedure(*this, statement);
     }
     const auto sqls = tsql::emitPostgres(statement, *catalog_);
     // The server names result columns by their folded names; give them back as written.
@@ -331,6 +331,7 @@ ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenanc
         runNative("BEGIN");
         try {
             if (maintenance) runNative("SELECT set_config('qx.maintenance', 'on', true)");
+            untouched_ = !maintenance;
             ResultSet last = runStatements(tsqlBatch);
             runNative("COMMIT");
             return last;
@@ -367,6 +368,7 @@ void PostgresDatabase::createShop() {
         for (const auto& view : posting::tsqlViewStatements()) runStatements(view);
         for (const auto& file : viewDefinitions()) runStatements(file.text);
         for (const auto& trigger : posting::postgresTriggerStatements()) runNative(trigger);
+        for (const auto& statement : procedures::closingSnapshotStatements(procedures::postgresDialect())) runNative(statement);
         runNative("COMMIT");
     } catch (...) {
         rollback();
@@ -423,6 +425,203 @@ bool PostgresDatabase::maySummariseStocktake(std::string_view warehouse) {
     Result result{PQexecParams(conn_, sql, 1, nullptr, params, nullptr, nullptr, 0)};
     if (PQresultStatus(result.r) != PGRES_TUPLES_OK) throw Error(messageOf(result.r, conn_));
     return std::strtoll(PQgetvalue(result.r, 0, 0), nullptr, 10) == 0;
+}
+
+void PostgresDatabase::ensureClosingSnapshots() {
+    if (!runNative("SELECT 1 FROM pg_trigger WHERE tgname = 'qx_snapshot_reopen' AND tgrelid = to_regclass('sys_co')").rows.empty()) return;
+    // One text of several statements: the server runs it as one transaction.
+    std::string statements;
+    for (const auto& statement : procedures::closingSnapshotStatements(procedures::postgresDialect())) statements += statement + ";\n";
+    runNative(statements);
+}
+
+void PostgresDatabase::readOneSnapshot() {
+    if (untouched_) runNative("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ");
+}
+
+bool PostgresDatabase::setGuardsOff(bool off) {
+    const ResultSet r = runNative("SELECT current_setting('qx.maintenance', true)");
+    const bool previous = !r.rows.empty() && std::holds_alternative<std::string>(r.rows[0][0]) &&
+                          std::get<std::string>(r.rows[0][0]) == "on";
+    runNative(std::string("SELECT set_config('qx.maintenance', '") + (off ? "on" : "off") + "', true)");
+    return previous;
+}
+
+// "?1", "?2" … (and bare "?", numbered in order) as PostgreSQL's "$1", "$2" …; quoted texts and
+// names are left as they are.
+std::string postgresPlaceholders(const std::string& sql) {
+    std::string out;
+    out.reserve(sql.size() + 8);
+    int next = 0;
+    char quote = 0;
+    for (std::size_t i = 0; i < sql.size(); ++i) {
+        const char c = sql[i];
+        if (quote) {
+            if (c == quote) quote = 0;
+            out += c;
+        } else if (c == '\'' || c == '"') {
+            quote = c;
+            out += c;
+        } else if (c == '?') {
+            std::size_t end = i + 1;
+            while (end < sql.size() && sql[end] >= '0' && sql[end] <= '9') ++end;
+            out += '$';
+            out += end > i + 1 ? sql.substr(i + 1, end - i - 1) : std::to_string(++next);
+            i = end - 1;
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
+// A procedure's statement on the server, inside the batch's transaction. A query is read through
+// a cursor of its own in slices (a report over a million lines never sits in memory whole); any
+// other statement is prepared once and executed with each set of bound values. Values go as text
+// and the server types them by where they stand.
+class PostgresStatement final : public procedures::NativeStatement {
+public:
+    PostgresStatement(PostgresDatabase& db, const std::string& sql) : db_(db), sql_(postgresPlaceholders(sql)) {
+        static std::atomic<long long> counter{0};
+        name_ = "qx_procedure_" + std::to_string(++counter);
+        std::size_t first = sql_.find_first_not_of(" \t\r\n(");
+        std::string head = first == std::string::npos ? std::string() : sql_.substr(first, 6);
+        for (auto& c : head) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        query_ = head == "SELECT" || head.rfind("WITH", 0) == 0;
+    }
+    ~PostgresStatement() override {
+        finish();
+        if (prepared_ && PQtransactionStatus(db_.conn_) == PQTRANS_INTRANS) Result done{PQexec(db_.conn_, ("DEALLOCATE " + name_).c_str())};
+    }
+
+    void bind(int index, std::string_view value) override { slot(index) = std::string(value); }
+    void bind(int index, std::int64_t value) override { slot(index) = std::to_string(value); }
+    void bind(int index, double value) override {
+        char text[32];
+        std::snprintf(text, sizeof text, "%.17g", value);
+        slot(index) = text;
+    }
+    void bindNull(int index) override { slot(index).reset(); }
+
+    bool step() override {
+        if (!started_) {
+            start();
+            started_ = true;
+            if (!query_) return false;
+        }
+        if (!query_) return false;
+        if (++row_ < rows_) return true;
+        if (exhausted_) return false;
+        fetch();
+        return row_ < rows_;
+    }
+
+    void reset(bool keepBindings) override {
+        finish();
+        started_ = false;
+        if (!keepBindings) values_.clear();
+    }
+
+    std::string_view view(int column) const override {
+        if (PQgetisnull(result_, row_, column)) return {};
+        return {PQgetvalue(result_, row_, column), static_cast<std::size_t>(PQgetlength(result_, row_, column))};
+    }
+    std::int64_t integer(int column) const override {
+        if (PQgetisnull(result_, row_, column)) return 0;
+        const char* text = PQgetvalue(result_, row_, column);
+        if (PQftype(result_, column) == kBool) return text[0] == 't' ? 1 : 0;
+        char* end = nullptr;
+        const long long value = std::strtoll(text, &end, 10);
+        if (*end == '.' || *end == 'e' || *end == 'E') return static_cast<std::int64_t>(std::strtod(text, nullptr));
+        return value;
+    }
+    double real(int column) const override {
+        if (PQgetisnull(result_, row_, column)) return 0;
+        const char* text = PQgetvalue(result_, row_, column);
+        if (PQftype(result_, column) == kBool) return text[0] == 't' ? 1 : 0;
+        return std::strtod(text, nullptr);
+    }
+    bool isNull(int column) const override { return PQgetisnull(result_, row_, column) != 0; }
+
+private:
+    static constexpr int kSlice = 8192;
+
+    std::optional<std::string>& slot(int index) {
+        if (index < 1) throw Error("procedure statement: parameter " + std::to_string(index), sql_);
+        if (values_.size() < static_cast<std::size_t>(index)) values_.resize(static_cast<std::size_t>(index));
+        return values_[static_cast<std::size_t>(index - 1)];
+    }
+
+    void start() {
+        db_.untouched_ = false;
+        std::vector<const char*> values;
+        values.reserve(values_.size());
+        for (const auto& v : values_) values.push_back(v ? v->c_str() : nullptr);
+        const int count = static_cast<int>(values.size());
+        if (query_) {
+            const std::string declare = "DECLARE " + name_ + " NO SCROLL CURSOR FOR " + sql_;
+            Result r{PQexecParams(db_.conn_, declare.c_str(), count, nullptr, values.data(), nullptr, nullptr, 0)};
+            if (PQresultStatus(r.r) != PGRES_COMMAND_OK) db_.fail(r.r, sql_, nullptr);
+            open_ = true;
+            exhausted_ = false;
+            rows_ = 0;
+            row_ = -1;
+            return;
+        }
+        if (!prepared_) {
+            Result r{PQprepare(db_.conn_, name_.c_str(), sql_.c_str(), 0, nullptr)};
+            if (PQresultStatus(r.r) != PGRES_COMMAND_OK) db_.fail(r.r, sql_, nullptr);
+            prepared_ = true;
+        }
+        Result r{PQexecPrepared(db_.conn_, name_.c_str(), count, values.data(), nullptr, nullptr, 0)};
+        const auto status = PQresultStatus(r.r);
+        if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) db_.fail(r.r, sql_, nullptr);
+    }
+
+    void fetch() {
+        clearResult();
+        result_ = PQexec(db_.conn_, ("FETCH " + std::to_string(kSlice) + " FROM " + name_).c_str());
+        if (PQresultStatus(result_) != PGRES_TUPLES_OK) {
+            Result failed{result_};
+            result_ = nullptr;
+            rows_ = 0;
+            db_.fail(failed.r, sql_, nullptr);
+        }
+        rows_ = PQntuples(result_);
+        row_ = 0;
+        if (rows_ < kSlice) exhausted_ = true;
+    }
+
+    void clearResult() {
+        if (result_) PQclear(result_);
+        result_ = nullptr;
+    }
+
+    // Closes the cursor (quietly: in a failed transaction the rollback closes it).
+    void finish() {
+        clearResult();
+        rows_ = 0;
+        row_ = -1;
+        if (open_ && PQtransactionStatus(db_.conn_) == PQTRANS_INTRANS) Result done{PQexec(db_.conn_, ("CLOSE " + name_).c_str())};
+        open_ = false;
+    }
+
+    PostgresDatabase& db_;
+    std::string sql_;
+    std::string name_;
+    bool query_ = false;
+    bool prepared_ = false;
+    bool started_ = false;
+    bool open_ = false;
+    bool exhausted_ = false;
+    std::vector<std::optional<std::string>> values_;
+    PGresult* result_ = nullptr;
+    int rows_ = 0;
+    int row_ = -1;
+};
+
+std::unique_ptr<procedures::NativeStatement> PostgresDatabase::prepareNative(const std::string& sql) {
+    return std::make_unique<PostgresStatement>(*this, sql);
 }
 
 std::unique_ptr<Database> openPostgres(const std::string& connection) { return std::make_unique<PostgresDatabase>(connection); }

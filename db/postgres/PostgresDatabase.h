@@ -7,13 +7,15 @@
 #include <string_view>
 
 #include "db/Database.h"
+#include "db/procedures/Session.h"
 #include "db/tsql/Translator.h"
 
 struct pg_conn;
+struct pg_result;
 
 namespace qx::db {
 
-class PostgresDatabase final : public Database {
+class PostgresDatabase final : public Database, public ProcedureSession {
 public:
     // Connects by a libpq connection string: a URI ("postgresql://user@host:port/shop",
     // "postgresql:///shop?host=/run/folder") or "key=value" pairs. Creates the text collation the
@@ -53,7 +55,22 @@ public:
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
     ResultSet runNative(const std::string& sql);
 
+    // Adds the month-closing snapshot table and its triggers to a shop made before they existed.
+    void ensureClosingSnapshots();
+
+    // What the procedures behind EXEC see of the connection (db/procedures/Session.h): the
+    // running batch's transaction; statements with bound values read through a cursor.
+    ResultSet runWithinTransaction(std::string_view tsqlBatch) override { return runStatements(tsqlBatch); }
+    void executeNative(const std::string& sql) override { runNative(sql); }
+    const procedures::Dialect& dialect() const override { return procedures::postgresDialect(); }
+    bool setGuardsOff(bool off) override;
+    // A batch that starts with a procedure reads one snapshot (REPEATABLE READ); once the
+    // transaction has run a statement its level can no longer change and this does nothing.
+    void readOneSnapshot() override;
+    std::unique_ptr<procedures::NativeStatement> prepareNative(const std::string& sql) override;
+
 private:
+    friend class PostgresStatement;
     void installRuntime();
     void configureSession();
     void reconnectIfLost();
@@ -62,10 +79,13 @@ private:
     ResultSet runStatements(std::string_view tsqlBatch);
     ResultSet runStatement(const tsql::Statement& statement, bool& produced);
     ResultSet runSql(const std::string& sql, const tsql::Statement* origin);
+    // Throws the server's error for a failed statement (remembering its SQLSTATE).
+    [[noreturn]] void fail(const pg_result* result, const std::string& sql, const tsql::Statement* origin);
 
     pg_conn* conn_ = nullptr;
     std::string location_;
     std::string lastState_;  // SQLSTATE of the last failed statement
+    bool untouched_ = false;  // a batch's transaction that has run no statement yet
     std::unique_ptr<tsql::Catalog> catalog_;
 };
 

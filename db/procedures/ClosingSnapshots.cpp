@@ -7,6 +7,8 @@
 
 #include <string>
 
+#include "db/procedures/Statement.h"
+
 namespace qx::db::procedures {
 namespace {
 
@@ -44,34 +46,58 @@ std::string text(const Value& v) {
     return {};
 }
 
-// The stock per SKU and warehouse before the date `at` (an SQLite expression), from the opening
-// quantities and the movement stream.
-std::string closingSelect(const std::string& at) {
-    return "SELECT " + at + ", k.WL_ID, k.CK_ID, " + list("k.B# + ifnull(m.Q#,0)") + ", " + sum("k.B# + ifnull(m.Q#,0)") + ", " +
-           sum("k.B# + ifnull(m.Q#,0)") + " * ifnull(st.DJ,0) FROM d1802 k LEFT JOIN (SELECT WL_ID, CK_ID, " + list("sum(Q#) AS Q#") +
-           " FROM V_QX_MOVES WHERE BDATE < " + at + " GROUP BY WL_ID, CK_ID) m ON m.WL_ID = k.WL_ID AND m.CK_ID = k.CK_ID " +
+// The stock per SKU and warehouse before the day of the date `at` (an expression of the dialect),
+// from the opening quantities and the movement stream.
+std::string closingSelect(const Dialect& d, const std::string& at) {
+    const std::string ifNull = d.ifNull;
+    const std::string quantity = "k.B# + " + ifNull + "(m.Q#,0)";
+    return "SELECT " + d.day(at) + ", k.WL_ID, k.CK_ID, " + list(quantity) + ", " + sum(quantity) + ", " + sum(quantity) + " * " + ifNull +
+           "(st.DJ,0) FROM d1802 k LEFT JOIN (SELECT WL_ID, CK_ID, " + list("sum(Q#) AS Q#") + " FROM V_QX_MOVES WHERE BDATE < " +
+           d.dayStart(at) + " GROUP BY WL_ID, CK_ID) m ON m.WL_ID = k.WL_ID AND m.CK_ID = k.CK_ID " +
            "LEFT JOIN d1801 s ON s.WL_ID = k.WL_ID LEFT JOIN d1800 st ON st.K_ID = s.K_ID";
+}
+
+// A row trigger on sys_co after CK_END_DATE changes: on SQLite a trigger with its WHEN and body,
+// on PostgreSQL a PL/pgSQL function of the same name holding both, and the trigger calling it.
+std::vector<std::string> coTrigger(const Dialect& d, const std::string& name, const std::string& when, const std::string& body) {
+    if (!d.triggerFunctions)
+        return {"CREATE TRIGGER IF NOT EXISTS " + name + " AFTER UPDATE OF CK_END_DATE ON sys_co WHEN " + when + "\nBEGIN\n" + body +
+                "END"};
+    return {"CREATE OR REPLACE FUNCTION " + name + "() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\nIF " + when + " THEN\n" +
+                body + "END IF;\nRETURN NULL;\nEND\n$qx$",
+            "CREATE OR REPLACE TRIGGER " + name + " AFTER UPDATE OF CK_END_DATE ON sys_co FOR EACH ROW EXECUTE FUNCTION " + name + "()"};
 }
 
 }  // namespace
 
-std::vector<std::string> closingSnapshotStatements() {
-    return {
+std::vector<std::string> closingSnapshotStatements() { return closingSnapshotStatements(sqliteDialect()); }
+
+std::vector<std::string> closingSnapshotStatements(const Dialect& d) {
+    // A close (the open month moves forward) stores the stock at the new date; a reopen drops
+    // what lies after the new date.
+    std::vector<std::string> out{
         "CREATE TABLE IF NOT EXISTS sys_ck_snapshot (PERIOD VARCHAR(10) COLLATE QX NOT NULL, WL_ID VARCHAR(21) COLLATE QX NOT NULL, "
-            "CK_ID VARCHAR(4) COLLATE QX NOT NULL, " +
-            list("K# INT NOT NULL DEFAULT 0") + ", QTY INT NOT NULL DEFAULT 0, MONEY DECIMAL(18,2) NOT NULL DEFAULT 0, " +
-            "PRIMARY KEY (PERIOD, WL_ID, CK_ID))",
-        // A close (the open month moves forward) stores the stock at the new date; a reopen drops
-        // what lies after the new date.
-        "CREATE TRIGGER IF NOT EXISTS qx_snapshot_close AFTER UPDATE OF CK_END_DATE ON sys_co "
-        "WHEN NEW.CK_END_DATE IS NOT NULL AND (OLD.CK_END_DATE IS NULL OR NEW.CK_END_DATE > OLD.CK_END_DATE)\nBEGIN\n"
-        "DELETE FROM sys_ck_snapshot WHERE PERIOD >= substr(NEW.CK_END_DATE, 1, 10);\n"
-        "INSERT INTO sys_ck_snapshot (PERIOD, WL_ID, CK_ID, " + list("K#") + ", QTY, MONEY) " + closingSelect("substr(NEW.CK_END_DATE, 1, 10)") +
-            ";\nEND",
-        "CREATE TRIGGER IF NOT EXISTS qx_snapshot_reopen AFTER UPDATE OF CK_END_DATE ON sys_co "
-        "WHEN OLD.CK_END_DATE IS NOT NULL AND (NEW.CK_END_DATE IS NULL OR NEW.CK_END_DATE < OLD.CK_END_DATE)\nBEGIN\n"
-        "DELETE FROM sys_ck_snapshot WHERE NEW.CK_END_DATE IS NULL OR PERIOD > substr(NEW.CK_END_DATE, 1, 10);\nEND",
-    };
+        "CK_ID VARCHAR(4) COLLATE QX NOT NULL, " +
+        list("K# INT NOT NULL DEFAULT 0") + ", QTY INT NOT NULL DEFAULT 0, MONEY DECIMAL(18,2) NOT NULL DEFAULT 0, " +
+        "PRIMARY KEY (PERIOD, WL_ID, CK_ID))"};
+    const std::string day = d.day("NEW.CK_END_DATE");
+    for (auto& statement : coTrigger(d, "qx_snapshot_close",
+                                     "NEW.CK_END_DATE IS NOT NULL AND (OLD.CK_END_DATE IS NULL OR NEW.CK_END_DATE > OLD.CK_END_DATE)",
+                                     "DELETE FROM sys_ck_snapshot WHERE PERIOD >= " + day + ";\n" +
+                                         "INSERT INTO sys_ck_snapshot (PERIOD, WL_ID, CK_ID, " + list("K#") + ", QTY, MONEY) " +
+                                         closingSelect(d, "NEW.CK_END_DATE") + ";\n"))
+        out.push_back(std::move(statement));
+    for (auto& statement : coTrigger(d, "qx_snapshot_reopen",
+                                     "OLD.CK_END_DATE IS NOT NULL AND (NEW.CK_END_DATE IS NULL OR NEW.CK_END_DATE < OLD.CK_END_DATE)",
+                                     "DELETE FROM sys_ck_snapshot WHERE NEW.CK_END_DATE IS NULL OR PERIOD > " + day + ";\n"))
+        out.push_back(std::move(statement));
+    return out;
+}
+
+std::string latestSnapshotInTransaction(ProcedureSession& session, const std::string& date) {
+    Statement st(session, "SELECT MAX(PERIOD) FROM sys_ck_snapshot WHERE PERIOD <= ?1");
+    st.bind(1, date);
+    return st.step() ? st.text(0) : std::string();
 }
 
 std::string latestSnapshotAtOrBefore(db::Database& db, const std::string& date) {

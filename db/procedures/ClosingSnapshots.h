@@ -9,16 +9,16 @@
 #include <vector>
 
 #include "db/Database.h"
-
-namespace qx::db {
-class SqliteDatabase;
-}
+#include "db/procedures/Session.h"
 
 namespace qx::db::procedures {
 
 // SQLite statements creating the table and the trigger on sys_co (idempotent: run on every
 // connection, so shop files made before snapshots existed get them too).
 std::vector<std::string> closingSnapshotStatements();
+// The same objects in another engine's SQL, from the same text (on PostgreSQL: a PL/pgSQL
+// function per trigger).
+std::vector<std::string> closingSnapshotStatements(const Dialect& dialect);
 
 // The T-SQL query of the stock per SKU and warehouse before `date` ("YYYY-MM-DD"): columns
 // WL_ID, CK_ID, Q0..Q9. Read from the latest snapshot at or before `date` plus the movements
@@ -32,5 +32,7 @@ std::string balanceFromSnapshotQuery(db::Database& db);
 
 // The latest snapshot date at or before `date` ("" when none).
 std::string latestSnapshotAtOrBefore(db::Database& db, const std::string& date);
+// The same inside a procedure (the calling batch's transaction).
+std::string latestSnapshotInTransaction(ProcedureSession& session, const std::string& date);
 
 }  // namespace qx::db::procedures

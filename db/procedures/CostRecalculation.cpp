@@ -1,7 +1,5 @@
 #include "db/procedures/CostRecalculation.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -13,8 +11,8 @@
 #include <vector>
 
 #include "db/Progress.h"
+#include "db/procedures/Statement.h"
 #include "db/sqlite/PostingRules.h"
-#include "db/sqlite/SqliteDatabase.h"
 
 namespace qx::db::procedures {
 namespace {
@@ -70,65 +68,26 @@ struct LineUpdate {
     double dj, money;
 };
 
-// A prepared native statement, finalised when it goes.
-class Statement {
-public:
-    Statement(sqlite3* db, const std::string& sql) : db_(db) {
-        if (sqlite3_prepare_v2(db, sql.c_str(), -1, &stmt_, nullptr) != SQLITE_OK)
-            throw Error(std::string("SYS_CBKS: ") + sqlite3_errmsg(db), sql);
-    }
-    ~Statement() { sqlite3_finalize(stmt_); }
-    Statement(const Statement&) = delete;
-    Statement& operator=(const Statement&) = delete;
-    // true while rows come; throws on an error (a cancel included).
-    bool step() {
-        const int rc = sqlite3_step(stmt_);
-        if (rc == SQLITE_ROW) return true;
-        if (rc == SQLITE_DONE) return false;
-        if ((rc & 0xff) == SQLITE_INTERRUPT) throw Error(kCancelledMessage);
-        throw Error(std::string("SYS_CBKS: ") + sqlite3_errmsg(db_));
-    }
-    void run() {
-        while (step()) {
-        }
-        sqlite3_reset(stmt_);
-    }
-    void reset() { sqlite3_reset(stmt_); }
-    std::string text(int i) const {
-        const auto* t = reinterpret_cast<const char*>(sqlite3_column_text(stmt_, i));
-        return t ? t : "";
-    }
-    long long integer(int i) const { return sqlite3_column_int64(stmt_, i); }
-    double real(int i) const { return sqlite3_column_double(stmt_, i); }
-    void bind(int i, double v) { sqlite3_bind_double(stmt_, i, v); }
-    void bind(int i, std::int64_t v) { sqlite3_bind_int64(stmt_, i, v); }
-    void bind(int i, const std::string& v) { sqlite3_bind_text(stmt_, i, v.c_str(), -1, SQLITE_TRANSIENT); }
-
-private:
-    sqlite3* db_;
-    sqlite3_stmt* stmt_ = nullptr;
-};
-
-std::string sizeExpression(const char* quantity, int sign, bool in) {
+std::string sizeExpression(const Dialect& d, const char* quantity, int sign, bool in) {
     // Sum over the sizes of the part moving in (or out): max(±sign × S_i, 0).
     std::string out = "(";
     const int factor = in ? sign : -sign;
     for (int i = 0; i < kSizes; ++i) {
         if (i) out += "+";
-        out += std::string("max(") + (factor < 0 ? "-" : "") + "ifnull(l." + quantity + std::to_string(i) + ",0),0)";
+        out += std::string(d.greatest) + "(" + (factor < 0 ? "-" : "") + d.ifNull + "(l." + quantity + std::to_string(i) + ",0),0)";
     }
     return out + ")";
 }
 
-std::string lineTotalExpression(const char* quantity) {
+std::string lineTotalExpression(const Dialect& d, const char* quantity) {
     std::string out = "(";
-    for (int i = 0; i < kSizes; ++i) out += std::string(i ? "+" : "") + "ifnull(l." + quantity + std::to_string(i) + ",0)";
+    for (int i = 0; i < kSizes; ++i) out += std::string(i ? "+" : "") + d.ifNull + "(l." + quantity + std::to_string(i) + ",0)";
     return out + ")";
 }
 
 // Every effective line of every posting rule, in style order:
 // rule, rowid, style, day, date, number, in, out, price, DJ, MONEY, line total.
-std::string movementQuery() {
+std::string movementQuery(const Dialect& d) {
     const auto& rules = posting::rules();
     std::string sql;
     for (std::size_t r = 0; r < rules.size(); ++r) {
@@ -136,12 +95,13 @@ std::string movementQuery() {
         const bool costColumns = rule.priceColumn != nullptr;
         const std::string date = std::string("h.") + rule.dateColumn;
         if (!sql.empty()) sql += "\nUNION ALL\n";
-        sql += "SELECT " + std::to_string(r) + ", l.rowid, " + (rule.lineHasStyle ? "l.K_ID" : "s.K_ID") + ", substr(" +
-               date + ",1,10), " + date + ", l.NOID, " + sizeExpression(rule.quantity, rule.sign, true) + ", " +
-               sizeExpression(rule.quantity, rule.sign, false) + ", " +
-               (costColumns ? std::string("ifnull(l.") + rule.priceColumn + ",0), ifnull(l.DJ,0), ifnull(l.MONEY,0)"
+        const std::string ifNull = d.ifNull;
+        sql += "SELECT " + std::to_string(r) + ", " + d.rowId("l") + ", " + (rule.lineHasStyle ? "l.K_ID" : "s.K_ID") + ", " +
+               d.day(date) + ", " + date + ", l.NOID, " + sizeExpression(d, rule.quantity, rule.sign, true) + ", " +
+               sizeExpression(d, rule.quantity, rule.sign, false) + ", " +
+               (costColumns ? ifNull + "(l." + rule.priceColumn + ",0), " + ifNull + "(l.DJ,0), " + ifNull + "(l.MONEY,0)"
                             : std::string("0, 0, 0")) +
-               ", " + lineTotalExpression(rule.quantity) + " FROM " + rule.lineTable + " l INNER JOIN " + rule.headTable +
+               ", " + lineTotalExpression(d, rule.quantity) + " FROM " + rule.lineTable + " l INNER JOIN " + rule.headTable +
                " h ON h.NOID = l.NOID";
         if (!rule.lineHasStyle) sql += " LEFT JOIN d1801 s ON s.WL_ID = l.WL_ID";
         sql += " WHERE " + (rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : std::string("1 = 1"));
@@ -218,7 +178,7 @@ private:
 
 class Recalculation {
 public:
-    explicit Recalculation(SqliteDatabase& db) : db_(db), handle_(db.handle()) {
+    explicit Recalculation(ProcedureSession& db) : db_(db), ifNull_(db.dialect().ifNull) {
         result_.columns = {{"K_ID", FieldType::Text, 17},    {"WL_NAME", FieldType::Text, 80}, {"noid", FieldType::Text, 12},
                            {"BDATE", FieldType::DateTime, 0}, {"mytype", FieldType::Integer, 0}, {"C", FieldType::Text, 9},
                            {"in1", FieldType::Float, 0},      {"in_mon", FieldType::Float, 0}, {"ou1", FieldType::Float, 0},
@@ -226,6 +186,7 @@ public:
     }
 
     ResultSet run() {
+        lockTheValuedTables();
         loadStyles();
         loadOpenings();
         scanMovements();
@@ -236,6 +197,16 @@ public:
     }
 
 private:
+    // Lines are written back by the row they were read from: no other terminal changes the
+    // documents, the styles or the opening stock until the run commits.
+    void lockTheValuedTables() {
+        std::set<std::string> tables{"d1800", "d1801", "d1802"};
+        for (const auto& rule : posting::rules()) tables.insert({rule.headTable, rule.lineTable});
+        std::string list;
+        for (const auto& table : tables) list += (list.empty() ? "" : ", ") + table;
+        if (const std::string lock = db_.dialect().lockForRewrite(list); !lock.empty()) db_.executeNative(lock);
+    }
+
     const Style& styleOf(const std::string& id) {
         auto it = styles_.find(id);
         if (it != styles_.end()) return it->second;
@@ -243,7 +214,8 @@ private:
     }
 
     void loadStyles() {
-        Statement q(handle_, "SELECT K_ID, ifnull(WL_NAME,''), ifnull(CGJ,0), ifnull(DJ,0), ifnull(MONEY,0) FROM d1800");
+        Statement q(db_, "SELECT K_ID, " + ifNull_ + "(WL_NAME,''), " + ifNull_ + "(CGJ,0), " + ifNull_ + "(DJ,0), " + ifNull_ +
+                             "(MONEY,0) FROM d1800");
         while (q.step()) styles_[q.text(0)] = Style{q.text(1), q.real(2), q.real(3), q.real(4)};
     }
 
@@ -251,15 +223,15 @@ private:
         std::string qty = "(";
         for (int i = 0; i < kSizes; ++i) qty += std::string(i ? "+" : "") + "k.B" + std::to_string(i);
         qty += ")";
-        Statement q(handle_, "SELECT s.K_ID, sum(" + qty + "), sum(CASE WHEN ifnull(k.BEGIN_MONEY,0)<>0 THEN k.BEGIN_MONEY ELSE " +
-                                 "ifnull(k.BEGIN_DJ,0)*" + qty + " END) FROM d1802 k INNER JOIN d1801 s ON s.WL_ID = k.WL_ID " +
+        Statement q(db_, "SELECT s.K_ID, sum(" + qty + "), sum(CASE WHEN " + ifNull_ + "(k.BEGIN_MONEY,0)<>0 THEN k.BEGIN_MONEY ELSE " +
+                             ifNull_ + "(k.BEGIN_DJ,0)*" + qty + " END) FROM d1802 k INNER JOIN d1801 s ON s.WL_ID = k.WL_ID " +
                                  "GROUP BY s.K_ID");
         while (q.step())
             if (q.integer(1) != 0 || q.real(2) != 0) openings_[q.text(0)] = Opening{q.integer(1), q.real(2)};
     }
 
     void scanMovements() {
-        Statement q(handle_, movementQuery());
+        Statement q(db_, movementQuery(db_.dialect()));
         std::vector<Movement> style;
         std::string current;
         bool any = false;
@@ -362,7 +334,7 @@ private:
     void write() {
         // Asked at least once per run, before anything is written.
         if (!progressContinues()) throw Error(kCancelledMessage);
-        SqliteDatabase::GuardsSuspended suspended(db_);
+        GuardsOff suspended(db_);
         const auto& rules = posting::rules();
         std::map<int, std::unique_ptr<Statement>> byRule;
         long long written = 0;
@@ -370,15 +342,15 @@ private:
             auto& stmt = byRule[u.rule];
             if (!stmt)
                 stmt = std::make_unique<Statement>(
-                    handle_, std::string("UPDATE ") + rules[static_cast<std::size_t>(u.rule)].lineTable +
-                                 " SET DJ=?1, MONEY=?2 WHERE rowid=?3");
+                    db_, std::string("UPDATE ") + rules[static_cast<std::size_t>(u.rule)].lineTable +
+                             " SET DJ=?1, MONEY=?2 WHERE " + db_.dialect().isRow("?3"));
             stmt->bind(1, u.dj);
             stmt->bind(2, u.money);
             stmt->bind(3, u.rowid);
             stmt->run();
             if (++written % kProgressEvery == 0 && !progressContinues()) throw Error(kCancelledMessage);
         }
-        Statement style(handle_, "UPDATE d1800 SET DJ=?1, MONEY=?2 WHERE K_ID=?3");
+        Statement style(db_, "UPDATE d1800 SET DJ=?1, MONEY=?2 WHERE K_ID=?3");
         for (const auto& [id, dj, money] : styleUpdates_) {
             style.bind(1, dj);
             style.bind(2, money);
@@ -387,8 +359,8 @@ private:
         }
     }
 
-    SqliteDatabase& db_;
-    sqlite3* handle_;
+    ProcedureSession& db_;
+    const std::string ifNull_;
     std::map<std::string, Style> styles_;
     std::map<std::string, Opening> openings_;
     std::set<std::string> done_;
@@ -399,6 +371,6 @@ private:
 
 }  // namespace
 
-ResultSet recalculateCosts(SqliteDatabase& db, const tsql::ProcedureCall&) { return Recalculation(db).run(); }
+ResultSet recalculateCosts(ProcedureSession& db, const tsql::ProcedureCall&) { return Recalculation(db).run(); }
 
 }  // namespace qx::db::procedures

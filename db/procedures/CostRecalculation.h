@@ -5,17 +5,14 @@
 // movements after which a style's running stock was below zero. The contract is in README.md
 // beside this file.
 #include "db/Database.h"
+#include "db/procedures/Session.h"
 #include "db/tsql/Translator.h"
-
-namespace qx::db {
-class SqliteDatabase;
-}
 
 namespace qx::db::procedures {
 
 // EXEC SYS_CBKS (no arguments). Runs inside the caller's transaction: a failure or a cancel
 // (see db/Progress.h) leaves nothing written.
-ResultSet recalculateCosts(SqliteDatabase& db, const tsql::ProcedureCall& call);
+ResultSet recalculateCosts(ProcedureSession& db, const tsql::ProcedureCall& call);
 
 // The columns of the negative-stock rows, in order.
 inline constexpr const char* kNegativeStockColumns[] = {"K_ID", "WL_NAME", "noid", "BDATE", "mytype", "C",

@@ -2,8 +2,6 @@
 // result has one row per row key and one column per column key (numeric order when every key
 // is a number, text order otherwise), NULL where the source has nothing, and a `total`. Extra
 // columns and joins (@selectstr, @innerstr) are applied to the pivot under the alias D.
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
@@ -18,7 +16,6 @@
 #include "db/procedures/Statement.h"
 #include "db/procedures/StockProcedures.h"
 #include "db/sqlite/Procedures.h"
-#include "db/sqlite/SqliteDatabase.h"
 
 namespace qx::db::procedures {
 namespace {
@@ -62,20 +59,11 @@ std::size_t columnIndex(const ResultSet& rs, const std::string& name, std::size_
     return fallback;
 }
 
-std::string quoteIdentifier(const std::string& name) {
-    std::string out = "\"";
-    for (char c : name) {
-        if (c == '"') out += '"';
-        out += c;
-    }
-    return out + "\"";
-}
-
 struct Cell {
     double sum = 0;
 };
 
-ResultSet pivot(SqliteDatabase& db, const tsql::ProcedureCall& call, bool headerRows) {
+ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool headerRows) {
     auto arg = [&](const char* name) {
         auto v = procedureArgument(call, name);
         return v ? *v : std::string();
@@ -179,7 +167,7 @@ ResultSet pivot(SqliteDatabase& db, const tsql::ProcedureCall& call, bool header
 
     // With extra columns or joins: the pivot goes into a temp table D and the caller's texts run
     // against it through the translator.
-    sqlite3* h = db.handle();
+    const Dialect& d = db.dialect();
     // The table is named after its columns: statements prepared for one shape of pivot are
     // cached by their text and must never meet another shape under the same name.
     std::string shape = integral ? "i" : "f";
@@ -187,15 +175,15 @@ ResultSet pivot(SqliteDatabase& db, const tsql::ProcedureCall& call, bool header
     char suffix[17];
     std::snprintf(suffix, sizeof suffix, "%016zx", std::hash<std::string>{}(shape));
     const std::string table = std::string("qx_crosstab_") + suffix;
-    db.runNative("DROP TABLE IF EXISTS temp." + table);
-    std::string create = "CREATE TEMP TABLE " + table + " (" + quoteIdentifier(names[0]) + " VARCHAR(100) COLLATE QX";
+    db.executeNative(std::string("DROP TABLE IF EXISTS ") + d.tempSchema + table);
+    std::string create = "CREATE TEMP TABLE " + table + " (" + quoteName(d, names[0]) + " VARCHAR(100) COLLATE QX";
     for (std::size_t i = 1; i < names.size(); ++i)
-        create += ", " + quoteIdentifier(names[i]) + (integral ? " INT" : " FLOAT");
-    db.runNative(create + ")");
+        create += ", " + quoteName(d, names[i]) + (integral ? " BIGINT" : " FLOAT");  // a server's INT stops at 2^31
+    db.executeNative(create + ")");
     {
-        std::string insert = "INSERT INTO temp." + table + " VALUES (?1";
+        std::string insert = std::string("INSERT INTO ") + d.tempSchema + table + " VALUES (?1";
         for (std::size_t i = 1; i < names.size(); ++i) insert += ",?" + std::to_string(i + 1);
-        Statement st(h, insert + ")");
+        Statement st(db, insert + ")");
         for (const auto& [row, byKey] : cells) {
             st.bind(1, row);
             double total = 0;
@@ -226,10 +214,18 @@ ResultSet pivot(SqliteDatabase& db, const tsql::ProcedureCall& call, bool header
     try {
         out = db.runWithinTransaction(query);
     } catch (...) {
-        db.runNative("DROP TABLE IF EXISTS temp." + table);
+        try {
+            db.executeNative(std::string("DROP TABLE IF EXISTS ") + d.tempSchema + table);
+        } catch (...) {  // a failed transaction: the caller rolls back, the table goes with it
+        }
         throw;
     }
-    db.runNative("DROP TABLE IF EXISTS temp." + table);
+    db.executeNative(std::string("DROP TABLE IF EXISTS ") + d.tempSchema + table);
+    // The pivot's own columns named as the keys are written (an engine folding names gives
+    // them back in lower case).
+    for (auto& column : out.columns)
+        for (const auto& name : names)
+            if (lower(column.name) == lower(name)) column.name = name;
     return out;
 }
 
@@ -240,8 +236,8 @@ bool flagValue(const std::string& text) {
     return t == "1" || t == "true" || t == "y" || t == "yes";
 }
 
-ResultSet crossTab(SqliteDatabase& db, const tsql::ProcedureCall& call) { return pivot(db, call, false); }
+ResultSet crossTab(ProcedureSession& db, const tsql::ProcedureCall& call) { return pivot(db, call, false); }
 
-ResultSet crossTabWithHeaders(SqliteDatabase& db, const tsql::ProcedureCall& call) { return pivot(db, call, true); }
+ResultSet crossTabWithHeaders(ProcedureSession& db, const tsql::ProcedureCall& call) { return pivot(db, call, true); }
 
 }  // namespace qx::db::procedures

@@ -3,8 +3,6 @@
 // define (the rules V_QX_MOVES is made of: every effective document line, signed, with its kind)
 // and the opening stock columns B0..B9 of d1802, and accumulates in C++: one pass over the
 // lines, no temp tables.
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -21,7 +19,6 @@
 #include "db/procedures/Statement.h"
 #include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Procedures.h"
-#include "db/sqlite/SqliteDatabase.h"
 
 namespace qx::db::procedures {
 namespace {
@@ -125,12 +122,13 @@ template <class T>
 using TextMap = std::unordered_map<std::string, T, TextHash, std::equal_to<>>;
 
 // " AND column IN (...)" for a list of SKUs: bound placeholders for a short list (the
-// planner takes the per-article indexes through the movement view), json_each for a long one.
-std::string skuFilter(const std::string& column, const std::vector<std::string>& skus, std::vector<std::string>& binds) {
-    if (skus.empty()) return " AND 0";
+// planner takes the per-article indexes through the movement view), a JSON array for a long one.
+std::string skuFilter(const Dialect& d, const std::string& column, const std::vector<std::string>& skus,
+                      std::vector<std::string>& binds) {
+    if (skus.empty()) return " AND 1 = 0";
     if (skus.size() > 200) {
         binds.push_back(jsonArray(skus));
-        return " AND " + column + " IN (SELECT value FROM json_each(?" + std::to_string(binds.size()) + "))";
+        return " AND " + column + " IN (" + d.jsonTexts("?" + std::to_string(binds.size())) + ")";
     }
     std::string sql = " AND " + column + " IN (";
     for (std::size_t i = 0; i < skus.size(); ++i) {
@@ -140,7 +138,7 @@ std::string skuFilter(const std::string& column, const std::vector<std::string>&
     return sql + ")";
 }
 
-std::unordered_map<std::string, Sku> loadSkus(sqlite3* db, const std::optional<std::vector<std::string>>& only) {
+std::unordered_map<std::string, Sku> loadSkus(ProcedureSession& db, const std::optional<std::vector<std::string>>& only) {
     std::string sql =
         "SELECT s.WL_ID, s.K_ID, s.COL_ID, c.COL_NAME, st.WL_NAME, p.PP_NAME, st.DW_NAME, st.CLASS_ID, cl.CLASS_NAME, "
         "z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, z.M8, z.M9, st.DJ "
@@ -148,7 +146,7 @@ std::unordered_map<std::string, Sku> loadSkus(sqlite3* db, const std::optional<s
         "LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
         "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
     std::vector<std::string> binds;
-    if (only) sql += " WHERE 1 = 1" + skuFilter("s.WL_ID", *only, binds);
+    if (only) sql += " WHERE 1 = 1" + skuFilter(db.dialect(), "s.WL_ID", *only, binds);
     Statement st(db, sql);
     for (std::size_t i = 0; i < binds.size(); ++i) st.bind(static_cast<int>(i + 1), binds[i]);
     std::unordered_map<std::string, Sku> out;
@@ -171,7 +169,7 @@ std::unordered_map<std::string, Sku> loadSkus(sqlite3* db, const std::optional<s
 }
 
 // The SKUs an article text names: an SKU, a style's SKUs, or the SKU of a barcode.
-std::vector<std::string> articleSkus(sqlite3* db, const std::string& article) {
+std::vector<std::string> articleSkus(ProcedureSession& db, const std::string& article) {
     Statement st(db,
                  "SELECT WL_ID FROM d1801 WHERE WL_ID = ?1 OR K_ID = ?1 "
                  "UNION SELECT WL_ID FROM d1809 WHERE TM = ?1");
@@ -181,7 +179,7 @@ std::vector<std::string> articleSkus(sqlite3* db, const std::string& article) {
     return out;
 }
 
-std::map<std::string, std::string> warehouseNames(sqlite3* db) {
+std::map<std::string, std::string> warehouseNames(ProcedureSession& db) {
     Statement st(db, "SELECT CK_ID, CK_NAME FROM d1007");
     std::map<std::string, std::string> out;
     while (st.step()) out[st.text(0)] = st.text(1);
@@ -190,12 +188,13 @@ std::map<std::string, std::string> warehouseNames(sqlite3* db) {
 
 class Builder {
 public:
-    Builder(SqliteDatabase& db, Arguments a) : database_(db), db_(db.handle()), a_(std::move(a)) {}
+    Builder(ProcedureSession& db, Arguments a) : db_(db), a_(std::move(a)) {}
 
     ResultSet run() {
+        db_.readOneSnapshot();  // the opening and every kind of movement from the same state
         // The opening of a range that starts in or after a closed month: that month's closing
         // snapshot plus the movements since it, instead of every movement from the beginning.
-        if (!a_.from.empty()) snapshot_ = latestSnapshotAtOrBefore(database_, a_.from).substr(0, 10);
+        if (!a_.from.empty()) snapshot_ = latestSnapshotInTransaction(db_, a_.from).substr(0, 10);
         std::optional<std::vector<std::string>> only;
         if (!a_.article.empty()) only = articleSkus(db_, a_.article);
         skus_ = loadSkus(db_, only);
@@ -225,7 +224,7 @@ private:
             sql += " FROM d1802 k LEFT JOIN sys_ck_snapshot s ON s.PERIOD = ?1 AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID WHERE 1 = 1";
         }
         sql += warehouseFilter(a_, "k.CK_ID", binds);
-        if (only) sql += skuFilter("k.WL_ID", *only, binds);
+        if (only) sql += skuFilter(db_.dialect(), "k.WL_ID", *only, binds);
         Statement st(db_, sql);
         bindAll(st, binds);
         while (st.step()) {
@@ -256,7 +255,7 @@ private:
                 sql += " AND " + date + " >= ?" + std::to_string(binds.size());
             }
             sql += warehouseFilter(a_, wh, binds);
-            if (only) sql += skuFilter("l.WL_ID", *only, binds);
+            if (only) sql += skuFilter(db_.dialect(), "l.WL_ID", *only, binds);
             Statement st(db_, sql);
             bindAll(st, binds);
             while (st.step()) {
@@ -591,8 +590,7 @@ private:
 
     static Value money(double v) { return Value(static_cast<double>(static_cast<long long>(v * 100 + (v < 0 ? -0.5 : 0.5))) / 100); }
 
-    SqliteDatabase& database_;
-    sqlite3* db_;
+    ProcedureSession& db_;
     Arguments a_;
     std::string snapshot_;  // the closing snapshot the opening starts from ("" for none)
     std::unordered_map<std::string, Sku> skus_;
@@ -607,7 +605,7 @@ private:
 
 }  // namespace
 
-ResultSet stockMovements(SqliteDatabase& db, const tsql::ProcedureCall& call) {
+ResultSet stockMovements(ProcedureSession& db, const tsql::ProcedureCall& call) {
     return Builder(db, readArguments(call)).run();
 }
 

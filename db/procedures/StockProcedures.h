@@ -4,17 +4,15 @@
 // and the cross-tabs SYS_JX and SYS_JD. Their contract is written down in
 // db/procedures/README.md.
 #include "db/Database.h"
+#include "db/procedures/Session.h"
 #include "db/tsql/Translator.h"
 
 namespace qx::db {
-
-class SqliteDatabase;
-
 namespace procedures {
 
-ResultSet stockMovements(SqliteDatabase& db, const tsql::ProcedureCall& call);  // SYS_ZM
-ResultSet crossTab(SqliteDatabase& db, const tsql::ProcedureCall& call);        // SYS_JX
-ResultSet crossTabWithHeaders(SqliteDatabase& db, const tsql::ProcedureCall& call);  // SYS_JD
+ResultSet stockMovements(ProcedureSession& db, const tsql::ProcedureCall& call);  // SYS_ZM
+ResultSet crossTab(ProcedureSession& db, const tsql::ProcedureCall& call);        // SYS_JX
+ResultSet crossTabWithHeaders(ProcedureSession& db, const tsql::ProcedureCall& call);  // SYS_JD
 
 // A flag argument as the module writes it: "1", "True", "true", "Y" mean yes.
 bool flagValue(const std::string& text);

@@ -7,7 +7,6 @@
 
 #include "db/procedures/CostRecalculation.h"
 #include "db/procedures/StockProcedures.h"
-#include "db/sqlite/SqliteDatabase.h"
 
 namespace qx::db {
 namespace {
@@ -19,7 +18,7 @@ std::string upper(std::string_view text) {
 }
 
 // SYS_M @param=1, @sqltext='<T-SQL>': runs the text it is handed and returns its rows.
-ResultSet runSqlText(SqliteDatabase& db, const tsql::ProcedureCall& call) {
+ResultSet runSqlText(ProcedureSession& db, const tsql::ProcedureCall& call) {
     auto text = procedureArgument(call, "sqltext");
     if (!text) throw Error("SYS_M needs the argument @sqltext");
     return db.runWithinTransaction(*text);
@@ -56,7 +55,7 @@ bool procedureExists(std::string_view name) {
     return r.procedures.count(upper(name)) > 0;
 }
 
-ResultSet callProcedure(SqliteDatabase& db, const tsql::ProcedureCall& call) {
+ResultSet callProcedure(ProcedureSession& db, const tsql::ProcedureCall& call) {
     Procedure procedure;
     {
         auto& r = registry();
@@ -66,6 +65,15 @@ ResultSet callProcedure(SqliteDatabase& db, const tsql::ProcedureCall& call) {
         procedure = it->second;
     }
     return procedure(db, call);
+}
+
+ResultSet callProcedure(ProcedureSession& session, const tsql::Statement& statement) {
+    try {
+        return callProcedure(session, *statement.procedure);
+    } catch (const Error& e) {
+        if (!e.statement().empty()) throw;
+        throw Error(e.what(), statement.text, statement.line, statement.column);
+    }
 }
 
 std::optional<std::string> procedureArgument(const tsql::ProcedureCall& call, std::string_view name) {

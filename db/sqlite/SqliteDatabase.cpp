@@ -283,12 +283,7 @@ ResultSet SqliteDatabase::runWithinTransaction(std::string_view tsqlBatch) {
 ResultSet SqliteDatabase::runStatement(const tsql::Statement& statement, bool& produced) {
     if (statement.procedure) {
         produced = true;
-        try {
-            return callProcedure(*this, *statement.procedure);
-        } catch (const Error& e) {
-            if (!e.statement().empty()) throw;
-            throw Error(e.what(), statement.text, statement.line, statement.column);
-        }
+        return callProcedure(*this, statement);
     }
     const auto sqls = tsql::emitSqlite(statement, *catalog_);
     ResultSet result;

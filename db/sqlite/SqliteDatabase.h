@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "db/Database.h"
+#include "db/procedures/Session.h"
 #include "db/tsql/Translator.h"
 
 struct sqlite3;
@@ -24,7 +25,7 @@ struct GuardState {
     std::set<std::pair<std::string, std::string>> shortRows;  // (WL_ID, CK_ID) driven below zero
 };
 
-class SqliteDatabase final : public Database {
+class SqliteDatabase final : public Database, public ProcedureSession {
 public:
     // Opens the file; with create = true a missing or empty file gets the whole schema.
     SqliteDatabase(const std::string& path, bool create);
@@ -41,12 +42,23 @@ public:
 
     // Runs the statements of a T-SQL batch inside the caller's transaction (procedures use
     // it for the SQL they are handed) and returns the last result set produced.
-    ResultSet runWithinTransaction(std::string_view tsqlBatch);
+    ResultSet runWithinTransaction(std::string_view tsqlBatch) override;
 
     // Runs SQLite text directly (no translation), e.g. for schema objects written for SQLite.
     void runNative(const std::string& sql);
 
     sqlite3* handle() const { return db_; }
+
+    // What the procedures behind EXEC see of the connection (db/procedures/Session.h).
+    void executeNative(const std::string& sql) override { runNative(sql); }
+    const procedures::Dialect& dialect() const override { return procedures::sqliteDialect(); }
+    bool setGuardsOff(bool off) override {
+        const bool previous = guard_.maintenance;
+        guard_.maintenance = off;
+        return previous;
+    }
+    sqlite3* sqliteHandle() const override { return db_; }
+    std::unique_ptr<procedures::NativeStatement> prepareNative(const std::string&) override { return nullptr; }
 
     // Turns both guards off until the object goes (restoring what was before). For routines of
     // the database itself that rewrite derived columns only, such as the cost prices the cost

@@ -114,7 +114,15 @@ public:
         }
         return std::string("CAST(date_part('") + field + "', " + date + ") AS INTEGER)";
     }
-    std::string dateAdd(dates::Part part, const std::string& amount, const std::string& date) const override {
+    // A date written as a whole number counts days from 1900-01-01, as SQL Server reads it
+    // (DATEADD(mm, DATEDIFF(mm, 0, d), 0) is the first day of d's month).
+    static std::string dayNumberAsDate(const std::string& date) {
+        if (date.empty() || date.find_first_not_of("-0123456789") != std::string::npos || date.find_first_of("0123456789") == std::string::npos)
+            return date;
+        return "(TIMESTAMP '1900-01-01 00:00:00' + (" + date + ") * INTERVAL '1 day')";
+    }
+    std::string dateAdd(dates::Part part, const std::string& amount, const std::string& writtenDate) const override {
+        const std::string date = dayNumberAsDate(writtenDate);
         const char* unit = nullptr;
         switch (part) {
             case dates::Part::Year: unit = "1 year"; break;
@@ -131,7 +139,8 @@ public:
         return "CAST(CAST(" + date + " AS TIMESTAMP(0)) + (" + amount + ") * INTERVAL '" + unit + "' AS TIMESTAMP(0))";
     }
     // Boundaries crossed, as SQL Server counts them.
-    std::string dateDiff(dates::Part part, const std::string& from, const std::string& to) const override {
+    std::string dateDiff(dates::Part part, const std::string& writtenFrom, const std::string& writtenTo) const override {
+        const std::string from = dayNumberAsDate(writtenFrom), to = dayNumberAsDate(writtenTo);
         const std::string f = "CAST(" + from + " AS TIMESTAMP(0))", t = "CAST(" + to + " AS TIMESTAMP(0))";
         switch (part) {
             case dates::Part::Year: return "CAST(date_part('year', " + t + ") - date_part('year', " + f + ") AS INTEGER)";

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 
 #include "DbTestSupport.h"
@@ -25,12 +26,11 @@ std::vector<std::vector<db::Value>> sortedRows(db::ResultSet r) {
     return r.rows;
 }
 
-class ClosingSnapshots : public ::testing::Test {
+class ClosingSnapshots : public ::testing::TestWithParam<std::string> {
 protected:
     void SetUp() override {
-        const std::string copy = dir.file("shop.db");
-        std::filesystem::copy_file(sharedDemoShop(), copy);
-        db = db::openSqlite(copy);
+        db = demoShopDatabase(GetParam(), dir);
+        if (!db) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
     }
     std::vector<std::string> periods() {
         std::vector<std::string> out;
@@ -42,7 +42,7 @@ protected:
     std::unique_ptr<db::Database> db;
 };
 
-TEST_F(ClosingSnapshots, ACloseStoresTheStockOfEverySkuAndWarehouseAndAReopenDropsIt) {
+TEST_P(ClosingSnapshots, ACloseStoresTheStockOfEverySkuAndWarehouseAndAReopenDropsIt) {
     const std::string open = text(scalar(*db, "SELECT CK_END_DATE FROM sys_co")).substr(0, 10);
     ASSERT_EQ(open, "2026-05-01");
     EXPECT_TRUE(periods().empty());
@@ -64,7 +64,7 @@ TEST_F(ClosingSnapshots, ACloseStoresTheStockOfEverySkuAndWarehouseAndAReopenDro
     EXPECT_TRUE(periods().empty());
 }
 
-TEST_F(ClosingSnapshots, ClosingTheSameMonthAgainReplacesItsSnapshot) {
+TEST_P(ClosingSnapshots, ClosingTheSameMonthAgainReplacesItsSnapshot) {
     db->execute(kClose);
     const auto rows = count(*db, "sys_ck_snapshot");
     db->execute(kReopen);
@@ -72,7 +72,7 @@ TEST_F(ClosingSnapshots, ClosingTheSameMonthAgainReplacesItsSnapshot) {
     EXPECT_EQ(count(*db, "sys_ck_snapshot"), rows);
 }
 
-TEST_F(ClosingSnapshots, StockBeforeADateIsTheSameWithAndWithoutSnapshots) {
+TEST_P(ClosingSnapshots, StockBeforeADateIsTheSameWithAndWithoutSnapshots) {
     db->execute(kClose);
     db->execute(kClose);
     for (const std::string date : {"2026-01-15", "2026-05-20", "2026-06-01", "2026-06-17", "2026-07-01", "9999-12-31"}) {
@@ -86,7 +86,7 @@ TEST_F(ClosingSnapshots, StockBeforeADateIsTheSameWithAndWithoutSnapshots) {
     EXPECT_EQ(procedures::latestSnapshotAtOrBefore(*db, "2026-05-31"), "");
 }
 
-TEST_F(ClosingSnapshots, StockMovementsOpenFromTheSnapshotWithTheSameResultsAsFromEveryMovement) {
+TEST_P(ClosingSnapshots, StockMovementsOpenFromTheSnapshotWithTheSameResultsAsFromEveryMovement) {
     db->execute(kClose);
     db->execute(kClose);  // snapshots at June 1st and July 1st
     // a document of the open month after the snapshots, so the movements since them count too
@@ -117,7 +117,7 @@ TEST_F(ClosingSnapshots, StockMovementsOpenFromTheSnapshotWithTheSameResultsAsFr
     }
 }
 
-TEST_F(ClosingSnapshots, TheBalanceCheckFromASnapshotListsWhatTheBalanceViewLists) {
+TEST_P(ClosingSnapshots, TheBalanceCheckFromASnapshotListsWhatTheBalanceViewLists) {
     db->execute(kClose);
     db->execute(kClose);
     EXPECT_TRUE(db->open(procedures::balanceFromSnapshotQuery(*db)).rows.empty()) << "the demo shop balances";
@@ -130,7 +130,7 @@ TEST_F(ClosingSnapshots, TheBalanceCheckFromASnapshotListsWhatTheBalanceViewList
     EXPECT_EQ(fromSnapshot, view);
 }
 
-TEST_F(ClosingSnapshots, ADocumentOfTheOpenMonthAfterTheSnapshotCountsFromIt) {
+TEST_P(ClosingSnapshots, ADocumentOfTheOpenMonthAfterTheSnapshotCountsFromIt) {
     db->execute(kClose);  // open month: June
     const std::string wl = text(scalar(*db, "SELECT TOP 1 WL_ID FROM d1802 WHERE CHECK_KC = 0 ORDER BY WL_ID"));
     const std::string ck = text(scalar(*db, "SELECT TOP 1 CK_ID FROM d1802 WHERE WL_ID = '" + wl + "' ORDER BY CK_ID"));
@@ -140,6 +140,32 @@ TEST_F(ClosingSnapshots, ADocumentOfTheOpenMonthAfterTheSnapshotCountsFromIt) {
     const auto with = sortedRows(db->open(procedures::stockBeforeQuery(*db, "2026-06-21", true)));
     const auto without = sortedRows(db->open(procedures::stockBeforeQuery(*db, "2026-06-21", false)));
     EXPECT_EQ(with, without);
+}
+
+INSTANTIATE_TEST_SUITE_P(Engines, ClosingSnapshots, ::testing::ValuesIn(engines()), engineTestName);
+
+// The same shop closed on both engines keeps the same snapshot, row for row.
+TEST(ClosingSnapshotsOnBothEngines, TheSameShopKeepsTheSameSnapshot) {
+    TempDir dir;
+    auto file = demoShopDatabase("sqlite", dir);
+    auto server = demoShopDatabase("postgresql", dir);
+    if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+    const std::string rows = "SELECT PERIOD, WL_ID, CK_ID, K0, K1, K2, K3, K4, K5, K6, K7, K8, K9, QTY, MONEY FROM sys_ck_snapshot";
+    std::vector<std::vector<std::vector<db::Value>>> snapshots;
+    for (db::Database* db : {file.get(), server.get()}) {
+        db->execute("UPDATE d1800 SET DJ = 12.35 WHERE K_ID IN (SELECT TOP 5 K_ID FROM d1800 ORDER BY K_ID)");
+        db->execute(kClose);
+        auto r = db->open(rows);
+        for (auto& row : r.rows) {
+            row[0] = text(row[0]).substr(0, 10);
+            const auto* money = std::get_if<double>(&row.back());
+            row.back() = std::round((money ? *money : static_cast<double>(integer(row.back()))) * 100) / 100;  // to the cent
+            for (std::size_t i = 3; i + 1 < row.size(); ++i) row[i] = integer(row[i]);
+        }
+        snapshots.push_back(sortedRows(std::move(r)));
+    }
+    EXPECT_GT(snapshots[0].size(), 100u);
+    EXPECT_EQ(snapshots[0], snapshots[1]);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "DbTestSupport.h"
@@ -128,10 +129,12 @@ const std::vector<CostCase>& costCases() {
     return cases;
 }
 
-class CostRecalculation : public ::testing::TestWithParam<CostCase> {
+// Each hand-computed case on each engine.
+class CostRecalculation : public ::testing::TestWithParam<std::tuple<CostCase, std::string>> {
 protected:
-    Shop shop;
+    Shop shop{std::get<1>(GetParam())};
     db::Database& db = *shop.db;
+    void SetUp() override { QX_REQUIRE_ENGINE(shop); }
 };
 
 double real(const db::Value& v) {
@@ -142,7 +145,7 @@ double real(const db::Value& v) {
 }
 
 TEST_P(CostRecalculation, ValuesTheStyleByTheMovingWeightedAverage) {
-    const CostCase& c = GetParam();
+    const CostCase& c = std::get<0>(GetParam());
     db.execute("UPDATE d1800 SET CGJ=" + num(c.purchasePrice) + " WHERE K_ID='K1'");
     for (const Doc& d : c.docs) db.execute(sql(d));
     const auto result = db.open("EXEC SYS_CBKS");
@@ -168,14 +171,18 @@ TEST_P(CostRecalculation, ValuesTheStyleByTheMovingWeightedAverage) {
     }
 }
 
-std::string caseName(const ::testing::TestParamInfo<CostCase>& info) { return info.param.name; }
+std::string caseName(const ::testing::TestParamInfo<std::tuple<CostCase, std::string>>& info) {
+    return std::get<0>(info.param).name + "_" + std::get<1>(info.param);
+}
 
-INSTANTIATE_TEST_SUITE_P(HandComputed, CostRecalculation, ::testing::ValuesIn(costCases()), caseName);
+INSTANTIATE_TEST_SUITE_P(HandComputed, CostRecalculation, ::testing::Combine(::testing::ValuesIn(costCases()), ::testing::ValuesIn(engines())),
+                         caseName);
 
-class CostRecalculationRun : public ::testing::Test {
+class CostRecalculationRun : public ::testing::TestWithParam<std::string> {
 protected:
-    Shop shop;
+    Shop shop{GetParam()};
     db::Database& db = *shop.db;
+    void SetUp() override { QX_REQUIRE_ENGINE(shop); }
     void seedThreeDocuments() {
         for (const Doc& d : {Doc{'R', "R1", "2026-05-01", "K101", 10, 20}, Doc{'R', "R2", "2026-05-02", "K101", 10, 30},
                              Doc{'S', "S1", "2026-05-03", "K101", 5}})
@@ -183,7 +190,7 @@ protected:
     }
 };
 
-TEST_F(CostRecalculationRun, ReturnsTheNoticeColumnsInTheirOrder) {
+TEST_P(CostRecalculationRun, ReturnsTheNoticeColumnsInTheirOrder) {
     const auto result = db.open("EXEC SYS_CBKS");
     std::vector<std::string> names;
     for (const auto& column : result.columns) names.push_back(column.name);
@@ -193,7 +200,7 @@ TEST_F(CostRecalculationRun, ReturnsTheNoticeColumnsInTheirOrder) {
     EXPECT_TRUE(result.rows.empty());
 }
 
-TEST_F(CostRecalculationRun, ANoticeRowCarriesTheMovementItWentNegativeAt) {
+TEST_P(CostRecalculationRun, ANoticeRowCarriesTheMovementItWentNegativeAt) {
     db.execute(sql({'S', "S1", "2026-05-01 09:30:00", "K101", 5}));
     const auto result = db.open("EXEC SYS_CBKS");
     ASSERT_EQ(result.rows.size(), 1u);
@@ -205,7 +212,7 @@ TEST_F(CostRecalculationRun, ANoticeRowCarriesTheMovementItWentNegativeAt) {
     EXPECT_DOUBLE_EQ(real(row[10]), -5) << "jc";
 }
 
-TEST_F(CostRecalculationRun, WritesCostsIntoClosedMonthsWithoutMovingStock) {
+TEST_P(CostRecalculationRun, WritesCostsIntoClosedMonthsWithoutMovingStock) {
     seedThreeDocuments();
     db.execute("UPDATE sys_co SET CK_END_DATE='2026-06-01'");
     const auto before = stock(db, "K101", "ZC");
@@ -215,7 +222,7 @@ TEST_F(CostRecalculationRun, WritesCostsIntoClosedMonthsWithoutMovingStock) {
     EXPECT_EQ(count(db, "V_CHECKKC"), 0);
 }
 
-TEST_F(CostRecalculationRun, RunningItAgainChangesNothing) {
+TEST_P(CostRecalculationRun, RunningItAgainChangesNothing) {
     seedThreeDocuments();
     db.open("EXEC SYS_CBKS");
     const auto first = db.open("SELECT NOID, DJ, MONEY FROM D8201A UNION ALL SELECT K_ID, DJ, MONEY FROM d1800");
@@ -224,7 +231,7 @@ TEST_F(CostRecalculationRun, RunningItAgainChangesNothing) {
     EXPECT_EQ(first.rows, second.rows);
 }
 
-TEST_F(CostRecalculationRun, ACancelledRunLeavesNothingWritten) {
+TEST_P(CostRecalculationRun, ACancelledRunLeavesNothingWritten) {
     seedThreeDocuments();
     const double styleBefore = real(scalar(db, "SELECT DJ FROM d1800 WHERE K_ID='K1'"));
     {
@@ -240,7 +247,7 @@ TEST_F(CostRecalculationRun, ACancelledRunLeavesNothingWritten) {
     EXPECT_DOUBLE_EQ(real(scalar(db, "SELECT DJ FROM d1800 WHERE K_ID='K1'")), styleBefore);
 }
 
-TEST_F(CostRecalculationRun, OpeningStockCountsAtItsValueBeforeEveryMovement) {
+TEST_P(CostRecalculationRun, OpeningStockCountsAtItsValueBeforeEveryMovement) {
     db.execute("INSERT INTO d1802 (WL_ID, CK_ID, B0, K0, BEGIN_MONEY) VALUES ('K101','ZC',10,10,150)", {true});
     db.execute(sql({'S', "S1", "2026-05-03", "K101", 5}));
     db.open("EXEC SYS_CBKS");
@@ -248,12 +255,38 @@ TEST_F(CostRecalculationRun, OpeningStockCountsAtItsValueBeforeEveryMovement) {
     EXPECT_DOUBLE_EQ(real(scalar(db, "SELECT MONEY FROM d1800 WHERE K_ID='K1'")), 75);
 }
 
-TEST_F(CostRecalculationRun, UnapprovedDocumentsAreNotValued) {
+TEST_P(CostRecalculationRun, UnapprovedDocumentsAreNotValued) {
     seedThreeDocuments();
     db.execute(sql({'R', "R3", "2026-05-02", "K101", 10, 90}));
     db.execute("UPDATE D8101 SET T=0 WHERE NOID='R3'");
     db.open("EXEC SYS_CBKS");
     EXPECT_DOUBLE_EQ(real(scalar(db, "SELECT DJ FROM D8201A WHERE NOID='S1'")), 25);
+}
+
+INSTANTIATE_TEST_SUITE_P(Engines, CostRecalculationRun, ::testing::ValuesIn(engines()), engineTestName);
+
+// On a server the lines are written back by the row they were read from: until the run commits,
+// another terminal's document waits instead of changing what is being valued.
+TEST(CostRecalculationOnAServer, AnotherTerminalsDocumentWaitsUntilTheRunCommits) {
+    QX_REQUIRE_POSTGRES(server);
+    const std::string uri = server->freshDatabase();
+    db::PostgresDatabase first(uri);
+    first.createShop();
+    seedSmallShop(first);
+    first.execute(sql({'R', "R1", "2026-05-01", "K101", 10, 20}));
+    db::PostgresDatabase second(uri);
+    second.runNative("SET lock_timeout = '300ms'");
+    first.runNative("BEGIN");
+    first.runWithinTransaction("EXEC SYS_CBKS");
+    try {
+        second.execute(sql({'S', "S1", "2026-05-03", "K101", 5}));
+        ADD_FAILURE() << "a sale was saved while the recalculation was running";
+    } catch (const db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find("lock"), std::string::npos) << e.what();
+    }
+    first.runNative("COMMIT");
+    EXPECT_NO_THROW(second.execute(sql({'S', "S1", "2026-05-03", "K101", 5})));
+    EXPECT_EQ(count(second, "D8201A", "NOID='S1'"), 1);
 }
 
 }  // namespace

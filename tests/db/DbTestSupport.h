@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <random>
@@ -12,6 +13,7 @@
 #include "db/Database.h"
 #include "db/SmallShop.h"
 #include "db/tools/DemoData.h"
+#include "db/tools/ShopCopy.h"
 #include "support/PostgresServer.h"
 
 #include <dlfcn.h>
@@ -156,6 +158,29 @@ inline const std::string& sharedDemoShop() {
         return file.string();
     }();
     return path;
+}
+
+// The shared demo shop on an engine, to write to: a copy of the file in `dir`, or a new database
+// on the test process's PostgreSQL server holding the same rows (the file is copied to the
+// server once per process with the shop copy, and each call clones that database). nullptr when
+// the engine cannot run here.
+inline std::unique_ptr<db::Database> demoShopDatabase(const std::string& engine, const TempDir& dir) {
+    if (engine == "sqlite") {
+        std::filesystem::copy_file(sharedDemoShop(), dir.file("demo.db"));
+        return db::openSqlite(dir.file("demo.db"));
+    }
+    auto* server = test::PostgresServer::instance();
+    if (!server) return nullptr;
+    static const std::string demo = [server] {
+        const std::string uri = server->freshDatabase();
+        copy::copyShop(sharedDemoShop(), uri);
+        const auto from = uri.find("@/") + 2;
+        return uri.substr(from, uri.find('?') - from);
+    }();
+    static std::atomic<int> counter{0};
+    const std::string name = demo + "_" + std::to_string(++counter);
+    db::PostgresDatabase(server->uri("postgres")).runNative("CREATE DATABASE " + name + " TEMPLATE " + demo);
+    return db::openDatabase(server->uri(name));
 }
 
 }  // namespace qx::dbtest

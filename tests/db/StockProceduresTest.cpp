@@ -5,6 +5,8 @@
 #include <map>
 
 #include "DbTestSupport.h"
+#include "db/procedures/Statement.h"
+#include "db/sqlite/Procedures.h"
 
 namespace qx::dbtest {
 namespace {
@@ -90,10 +92,11 @@ void openingStock(db::Database& db, const std::string& sku, const std::string& c
                db::ExecOptions{true});
 }
 
-class StockMovements : public ::testing::Test {
+class StockMovements : public ::testing::TestWithParam<std::string> {
 protected:
-    Shop shop;
+    Shop shop{GetParam()};
     db::Database& db = *shop.db;
+    void SetUp() override { QX_REQUIRE_ENGINE(shop); }
 
     // opening 10, a receipt of 5 and a sale of 2 in March, a sale of 1 in April
     void seedStyleK1() {
@@ -104,7 +107,7 @@ protected:
     }
 };
 
-TEST_F(StockMovements, MarchSummaryOfAStyleHasOpeningReceiptsIssuesAndClosing) {
+TEST_P(StockMovements, MarchSummaryOfAStyleHasOpeningReceiptsIssuesAndClosing) {
     seedStyleK1();
     auto r = call(db, "EXEC SYS_ZM @param3=1,@BDATE='2026-03-01',@EDATE='2026-04-01',@ck_id1=''");
     ASSERT_EQ(r.size(), 1u);
@@ -120,7 +123,7 @@ TEST_F(StockMovements, MarchSummaryOfAStyleHasOpeningReceiptsIssuesAndClosing) {
     EXPECT_EQ(r.num(0, "OU4") + r.num(0, "OU5") + r.num(0, "OU6") + r.num(0, "OU10"), 0);
 }
 
-TEST_F(StockMovements, AprilOpensWithMarchsClosing) {
+TEST_P(StockMovements, AprilOpensWithMarchsClosing) {
     seedStyleK1();
     auto r = call(db, "EXEC SYS_ZM @param3=1,@BDATE='2026-04-01',@EDATE='2026-05-01',@ck_id1=''");
     ASSERT_EQ(r.size(), 1u);
@@ -130,7 +133,7 @@ TEST_F(StockMovements, AprilOpensWithMarchsClosing) {
     EXPECT_EQ(r.num(0, "END_KC"), stock(db, "K101", "ZC")[0] + stock(db, "K101", "ZC")[1]);
 }
 
-TEST_F(StockMovements, EndDateIsExclusive) {
+TEST_P(StockMovements, EndDateIsExclusive) {
     seedStyleK1();
     // the April sale on 04-03 is outside a range ending before 04-03, inside one ending with it
     auto before = call(db, "EXEC SYS_ZM @param3=1,@BDATE='2026-04-01',@EDATE='2026-04-03',@ck_id1=''");
@@ -139,7 +142,7 @@ TEST_F(StockMovements, EndDateIsExclusive) {
     EXPECT_EQ(with.num(0, "TOL_OUT"), 1);
 }
 
-TEST_F(StockMovements, SkuBySizeGroupingGivesOneRowPerSize) {
+TEST_P(StockMovements, SkuBySizeGroupingGivesOneRowPerSize) {
     seedStyleK1();
     auto r = call(db, "EXEC SYS_ZM @param3=0,@BDATE='2026-03-01',@EDATE='2026-04-01',@ck_id1=''");
     ASSERT_EQ(r.size(), 2u);
@@ -155,7 +158,7 @@ TEST_F(StockMovements, SkuBySizeGroupingGivesOneRowPerSize) {
     EXPECT_EQ(r.num(1, "END_KC"), 4 + 3 - 1);
 }
 
-TEST_F(StockMovements, CategoryGroupingSumsTheStylesOfAClass) {
+TEST_P(StockMovements, CategoryGroupingSumsTheStylesOfAClass) {
     db.execute("INSERT INTO D1004 (CLASS_ID, CLASS_NAME) VALUES ('C1','上衣');UPDATE D1800 SET CLASS_ID='C1' WHERE K_ID IN ('K0','K1')");
     db.execute(document("purchase", "R1", 1, "ZC", "2026-03-05", "K101", sizes({2})));
     db.execute(document("purchase", "R2", 1, "ZC", "2026-03-05", "K002", sizes({3})));
@@ -166,7 +169,7 @@ TEST_F(StockMovements, CategoryGroupingSumsTheStylesOfAClass) {
     EXPECT_EQ(r.num(0, "IN6"), 5);
 }
 
-TEST_F(StockMovements, EveryMovementKindLandsInItsOwnColumnWithItsSign) {
+TEST_P(StockMovements, EveryMovementKindLandsInItsOwnColumnWithItsSign) {
     openingStock(db, "K101", "ZC", sizes({50, 50}));
     openingStock(db, "K101", "MD1", sizes({50, 50}));
     const std::string d = "2026-03-05";
@@ -204,7 +207,7 @@ TEST_F(StockMovements, EveryMovementKindLandsInItsOwnColumnWithItsSign) {
     EXPECT_EQ(early.num(0, "IN5"), 0) << "the arrival is dated by the check-in date";
 }
 
-TEST_F(StockMovements, DocumentsNotEffectiveAreAbsent) {
+TEST_P(StockMovements, DocumentsNotEffectiveAreAbsent) {
     db.execute(document("purchase", "R1", 0, "ZC", "2026-03-05", "K101", sizes({5})));
     db.execute(document("purchase", "R2", 1, "ZC", "2026-03-05", "K101", sizes({2})));
     auto r = call(db, "EXEC SYS_ZM @param3=1,@BDATE='2026-03-01',@EDATE='2026-04-01',@ck_id1=''");
@@ -214,7 +217,7 @@ TEST_F(StockMovements, DocumentsNotEffectiveAreAbsent) {
     for (std::size_t i = 0; i < d.size(); ++i) EXPECT_NE(d.str(i, "NOID"), "R1");
 }
 
-TEST_F(StockMovements, WarehouseRightsLimitToTheUsersWarehouses) {
+TEST_P(StockMovements, WarehouseRightsLimitToTheUsersWarehouses) {
     db.execute("INSERT INTO sys_user_ck (USER_ID, CK_ID) VALUES ('md01','MD1')");
     db.execute(document("purchase", "R1", 1, "ZC", "2026-03-05", "K101", sizes({5})));
     db.execute(document("purchase", "R2", 1, "MD1", "2026-03-05", "K101", sizes({2})));
@@ -229,7 +232,7 @@ TEST_F(StockMovements, WarehouseRightsLimitToTheUsersWarehouses) {
     EXPECT_EQ(nobody.size(), 0u) << "a hostile user id is a value, not SQL";
 }
 
-TEST_F(StockMovements, ArticleMatchesSkuStyleOrBarcode) {
+TEST_P(StockMovements, ArticleMatchesSkuStyleOrBarcode) {
     db.execute("INSERT INTO D1809 (WL_ID, M_INDEX, K_ID, TM) VALUES ('K102','1','K1','6900000000017')");
     db.execute(document("purchase", "R1", 1, "ZC", "2026-03-05", "K101", sizes({5})));
     db.execute(document("purchase", "R2", 1, "ZC", "2026-03-05", "K102", sizes({0, 2})));
@@ -247,7 +250,26 @@ TEST_F(StockMovements, ArticleMatchesSkuStyleOrBarcode) {
     EXPECT_EQ(sum("K1'' OR ''1''=''1"), 0) << "quotes in the article are part of the value";
 }
 
-TEST_F(StockMovements, OnlyMovedArticlesWithParam1) {
+// A style of more SKUs than a list of placeholders takes: its SKUs go to the server as one bound
+// JSON array, with quotes and backslashes in the codes kept as they are.
+TEST_P(StockMovements, AStyleOfManySkusIsReadThroughOneBoundList) {
+    std::string batch;
+    for (int i = 0; i < 230; ++i) batch += "INSERT INTO D1801 VALUES ('K1X" + std::to_string(i) + "','K1','01');";
+    batch += "INSERT INTO D1801 VALUES ('K1\\\"Q','K1','02');";
+    db.execute(batch);
+    db.execute(document("purchase", "R1", 1, "ZC", "2026-03-05", "K1X7", sizes({5})));
+    db.execute(document("purchase", "R2", 1, "ZC", "2026-03-06", "K1\\\"Q", sizes({0, 2})));
+    db.execute(document("purchase", "R3", 1, "ZC", "2026-03-05", "K201", sizes({1})));
+    auto r = call(db, "EXEC SYS_ZM @param3=0,@BDATE='2026-03-01',@EDATE='2026-04-01',@ck_id1='',@wl_id='K1'");
+    ASSERT_EQ(r.size(), 2u) << "one row per size moved, nothing of K2";
+    EXPECT_EQ(r.str(0, "wl_id"), "K1X7");
+    EXPECT_EQ(r.num(0, "IN6"), 5);
+    EXPECT_EQ(r.str(1, "wl_id"), "K1\\\"Q");
+    EXPECT_EQ(r.num(1, "M_INDEX"), 1);
+    EXPECT_EQ(r.num(1, "IN6"), 2);
+}
+
+TEST_P(StockMovements, OnlyMovedArticlesWithParam1) {
     openingStock(db, "K001", "ZC", sizes({3}));
     db.execute(document("purchase", "R1", 1, "ZC", "2026-03-05", "K101", sizes({5})));
     auto all = call(db, "EXEC SYS_ZM @param3=1,@BDATE='2026-03-01',@EDATE='2026-04-01',@ck_id1=''");
@@ -257,7 +279,7 @@ TEST_F(StockMovements, OnlyMovedArticlesWithParam1) {
     EXPECT_EQ(moved.str(0, "wl_id"), "K1");
 }
 
-TEST_F(StockMovements, CostAmountsFollowTheStylesCostPriceOnlyWhenAllowed) {
+TEST_P(StockMovements, CostAmountsFollowTheStylesCostPriceOnlyWhenAllowed) {
     seedStyleK1();  // K1 costs 20
     auto shown = call(db, "EXEC SYS_ZM @param3=1,@BDATE='2026-03-01',@EDATE='2026-04-01',@ck_id1='',@param2=True");
     EXPECT_DOUBLE_EQ(shown.real(0, "BeginKc_mon"), 200);
@@ -269,7 +291,7 @@ TEST_F(StockMovements, CostAmountsFollowTheStylesCostPriceOnlyWhenAllowed) {
     EXPECT_EQ(hidden.num(0, "END_KC"), 13) << "quantities stay when amounts are hidden";
 }
 
-TEST_F(StockMovements, DetailHasOpeningMovementsInOrderWithRunningBalanceAndSizeLines) {
+TEST_P(StockMovements, DetailHasOpeningMovementsInOrderWithRunningBalanceAndSizeLines) {
     seedStyleK1();
     db.execute(document("sale_return", "B0", 1, "ZC", "2026-03-10 08:00:00", "K101", sizes({1})));
     auto r = call(db, "EXEC SYS_ZM @param=1,@BDATE='2026-03-01',@EDATE='2026-05-01',@wl_id='K101',@param2=True");
@@ -296,7 +318,7 @@ TEST_F(StockMovements, DetailHasOpeningMovementsInOrderWithRunningBalanceAndSize
     EXPECT_EQ(r.num(6, "ou1"), 2);
 }
 
-TEST_F(StockMovements, HostileArgumentsAreRefusedOrInert) {
+TEST_P(StockMovements, HostileArgumentsAreRefusedOrInert) {
     EXPECT_THROW(db.open("EXEC SYS_ZM @param3=1,@BDATE='2026-13-xx',@EDATE='2026-04-01'"), db::Error);
     EXPECT_THROW(db.open("EXEC SYS_ZM @param3=7,@BDATE='2026-03-01',@EDATE='2026-04-01'"), db::Error);
     auto r = call(db, "EXEC SYS_ZM @param3=1,@BDATE='2026-04-01',@EDATE='2026-03-01',@ck_id1=''");
@@ -306,11 +328,54 @@ TEST_F(StockMovements, HostileArgumentsAreRefusedOrInert) {
     EXPECT_EQ(count(db, "d1802"), 0);
 }
 
+INSTANTIATE_TEST_SUITE_P(Engines, StockMovements, ::testing::ValuesIn(engines()), engineTestName);
+
+// The same documents on both engines: every grouping, the detail, the cost amounts, a warehouse,
+// an article and the cross-tabs give the same columns and the same rows, value for value.
+TEST(StockProceduresOnBothEngines, TheSameDocumentsGiveIdenticalRows) {
+    Shop file{"sqlite"}, server{"postgresql"};
+    QX_REQUIRE_ENGINE(server);
+    for (db::Database* db : {file.db.get(), server.db.get()}) {
+        openingStock(*db, "K101", "ZC", sizes({50, 50}));
+        openingStock(*db, "K201", "MD1", sizes({3, 2}));
+        db->execute("UPDATE d1800 SET DJ = 12.5 WHERE K_ID = 'K1'");
+        db->execute(document("purchase", "A1", 1, "ZC", "2026-03-05 10:00:00", "K101", sizes({6})));
+        db->execute(document("sale", "A3", 1, "ZC", "2026-03-05 11:00:00", "K101", sizes({2})));
+        db->execute(document("sale_return", "A4", 1, "MD1", "2026-03-07", "K201", sizes({0, 3})));
+        db->execute(document("lossgain", "A5", 1, "ZC", "2026-03-08", "K101", sizes({4, -7})));
+        db->execute(pos("A6", "ZC", "2026-03-06 12:00:00", "K101", sizes({5, -8})));
+        db->execute(transfer("A7", "ZC", "MD1", "2026-03-09", "K101", sizes({9})));
+        db->execute("UPDATE D8303 SET y=1,YDATE='2026-03-20' WHERE NOID='A7'");
+        db->execute(document("sale", "A8", 1, "MD1", "2026-04-02", "K201", sizes({1})));
+    }
+    const std::vector<std::string> calls = {
+        "EXEC SYS_ZM @param3=0,@BDATE='2026-03-01',@EDATE='2026-04-01',@ck_id1='',@param2=1",
+        "EXEC SYS_ZM @param3=1,@BDATE='2026-03-06',@EDATE='2026-05-01',@ck_id1='MD1',@param2=1",
+        "EXEC SYS_ZM @param3=2,@BDATE='',@EDATE='',@ck_id1=''",
+        "EXEC SYS_ZM @param=1,@param3=0,@BDATE='2026-03-01',@EDATE='2026-05-01',@ck_id1='',@param2=1",
+        "EXEC SYS_ZM @param=1,@param3=1,@BDATE='2026-03-01',@EDATE='2026-05-01',@wl_id='K1',@param1=1",
+        "EXEC SYS_JX @param1='SELECT WL_ID, CK_ID, KC FROM d1802',@param2='wl_id',@param3='ck_id',@param4='kc'",
+        "EXEC SYS_JD @param1='SELECT WL_ID, CK_ID, KC FROM d1802',@param2='wl_id',@param3='ck_id',@param4='kc',"
+        "@PARAM11='SELECT ''K000'' AS wl_id',@selectstr=', D1801.K_ID',@innerstr='LEFT JOIN D1801 ON D1801.WL_ID = D.wl_id'",
+    };
+    for (const auto& exec : calls) {
+        SCOPED_TRACE(exec);
+        const auto a = file.db->open(exec);
+        const auto b = server.db->open(exec);
+        ASSERT_EQ(a.columns.size(), b.columns.size());
+        for (std::size_t i = 0; i < a.columns.size(); ++i) EXPECT_EQ(a.columns[i].name, b.columns[i].name);
+        EXPECT_FALSE(a.rows.empty());
+        EXPECT_EQ(a.rows, b.rows);
+    }
+}
+
 // On a generated shop the closing stock at today equals the stock row and the recomputation.
-TEST(StockMovementsDemo, ClosingAtTodayIsTheBookStock) {
+class StockMovementsDemo : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(StockMovementsDemo, ClosingAtTodayIsTheBookStock) {
     TempDir dir;
-    std::filesystem::copy_file(sharedDemoShop(), dir.file("demo.db"));
-    auto db = db::openSqlite(dir.file("demo.db"));
+    auto db = demoShopDatabase(GetParam(), dir);
+    if (!db) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
     EXPECT_EQ(count(*db, "V_CHECKKC"), 0);
     auto warehouses = db->open("SELECT CK_ID FROM d1007");
     ASSERT_GT(warehouses.rows.size(), 1u);
@@ -334,13 +399,35 @@ TEST(StockMovementsDemo, ClosingAtTodayIsTheBookStock) {
     EXPECT_GT(compared, 100);
 }
 
+INSTANTIATE_TEST_SUITE_P(Engines, StockMovementsDemo, ::testing::ValuesIn(engines()), engineTestName);
+
+// On a server a batch that starts with a procedure reads one snapshot: another terminal's
+// document committed while the report reads is counted wholly or not at all.
+TEST(StockProceduresOnAServer, ABatchStartingWithAProcedureReadsOneSnapshot) {
+    Shop shop{"postgresql"};
+    QX_REQUIRE_ENGINE(shop);
+    db::registerProcedure("QX_TEST_ISOLATION", [](db::ProcedureSession& session, const qx::tsql::ProcedureCall&) {
+        session.readOneSnapshot();
+        db::procedures::Statement st(session, "SELECT current_setting('transaction_isolation')");
+        db::ResultSet out;
+        out.columns.push_back({"level", db::FieldType::Text, 0});
+        while (st.step()) out.rows.push_back({db::Value(st.text(0))});
+        return out;
+    });
+    EXPECT_EQ(text(scalar(*shop.db, "EXEC QX_TEST_ISOLATION")), "repeatable read");
+    EXPECT_EQ(text(scalar(*shop.db, "SELECT 1 AS one; EXEC QX_TEST_ISOLATION")), "read committed")
+        << "a transaction that has read already keeps its level";
+    EXPECT_EQ(text(scalar(*shop.db, "EXEC QX_TEST_ISOLATION")), "repeatable read") << "the next batch starts afresh";
+}
+
 // ---- cross-tabs -------------------------------------------------------------------------------
 
-class CrossTabs : public ::testing::Test {
+class CrossTabs : public ::testing::TestWithParam<std::string> {
 protected:
-    Shop shop;
+    Shop shop{GetParam()};
     db::Database& db = *shop.db;
     void SetUp() override {
+        QX_REQUIRE_ENGINE(shop);
         openingStock(db, "K101", "ZC", sizes({5}));
         openingStock(db, "K201", "MD1", sizes({2, 1}));
         openingStock(db, "K202", "ZC", sizes({1}));
@@ -353,7 +440,7 @@ protected:
     }
 };
 
-TEST_F(CrossTabs, OneColumnPerWarehouseNullWhereNothingAndATotal) {
+TEST_P(CrossTabs, OneColumnPerWarehouseNullWhereNothingAndATotal) {
     auto r = call(db, "EXEC SYS_JX @param1='" + stockByWarehouse() + "',@param2='wl_id',@param3='ck_name',@param4='kc'");
     ASSERT_EQ(r.rs.columns.size(), 4u);
     EXPECT_EQ(r.rs.columns[0].name, "wl_id");
@@ -370,7 +457,7 @@ TEST_F(CrossTabs, OneColumnPerWarehouseNullWhereNothingAndATotal) {
     EXPECT_EQ(r.num(1, "total"), 4);
 }
 
-TEST_F(CrossTabs, ExtraColumnsAndJoinsApplyToThePivot) {
+TEST_P(CrossTabs, ExtraColumnsAndJoinsApplyToThePivot) {
     db.execute("INSERT INTO D1009 (PP_ID, PP_NAME) VALUES ('P1','牌一');UPDATE D1800 SET PP_ID='P1', DW_NAME='件'");
     auto r = call(db, "EXEC SYS_JX @param1='" + stockByWarehouse() +
                           "',@param2='wl_id',@param3='ck_name',@param4='kc',@selectstr=',D1800.WL_NAME,D1800.DW_NAME, D1009.PP_NAME',"
@@ -384,7 +471,7 @@ TEST_F(CrossTabs, ExtraColumnsAndJoinsApplyToThePivot) {
     EXPECT_EQ(r.rs.columns.back().name, "PP_NAME");
 }
 
-TEST_F(CrossTabs, NumericKeysSortAsNumbers) {
+TEST_P(CrossTabs, NumericKeysSortAsNumbers) {
     const std::string src =
         "SELECT ''A'' AS wl_id, ''10'' AS k, 1 AS v UNION ALL SELECT ''A'', ''9'', 2 UNION ALL SELECT ''B'', ''100'', 3";
     auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v'");
@@ -399,7 +486,7 @@ TEST_F(CrossTabs, NumericKeysSortAsNumbers) {
     EXPECT_EQ(t.rs.columns[2].name, "b");
 }
 
-TEST_F(CrossTabs, HeaderRowsOfSysJdJoinTheRowsInKeyOrder) {
+TEST_P(CrossTabs, HeaderRowsOfSysJdJoinTheRowsInKeyOrder) {
     const std::string src = "SELECT ''11-总仓'' AS wl_id, ''202603|01'' AS ck_name, 4 AS kc UNION ALL SELECT ''21-牌一'', "
                             "''202603|02'', 2";
     const std::string headers = "SELECT ''10--仓库-'' AS WL_ID, ''|00'' AS CK_NAME, 0 AS KC UNION ALL SELECT ''20--品牌-'', ''|00'', 0";
@@ -415,7 +502,7 @@ TEST_F(CrossTabs, HeaderRowsOfSysJdJoinTheRowsInKeyOrder) {
     EXPECT_EQ(r.rs.columns.size(), 4u) << "header rows add no column";
 }
 
-TEST_F(CrossTabs, ASecondPivotOfAnotherShapeGetsItsOwnColumns) {
+TEST_P(CrossTabs, ASecondPivotOfAnotherShapeGetsItsOwnColumns) {
     const std::string extra = "',@param2='wl_id',@param3='ck_name',@param4='kc',@selectstr=',D1800.WL_NAME',"
                               "@innerstr='INNER JOIN D1800 ON D1800.K_ID=D.WL_ID'";
     auto narrow = call(db, "EXEC SYS_JX @param1='SELECT K_ID AS wl_id, ''X'' AS ck_name, 1 AS kc FROM d1800 WHERE K_ID=''K0''" + extra);
@@ -425,7 +512,17 @@ TEST_F(CrossTabs, ASecondPivotOfAnotherShapeGetsItsOwnColumns) {
     EXPECT_EQ(wide.rs.columns[1].name, "MD1-一店");
 }
 
-TEST_F(CrossTabs, AnEmptyRowSourceGivesTheKeyAndTotalOnly) {
+TEST_P(CrossTabs, SumsBeyondTheIntegerRangeKeepTheirValueWithExtraColumns) {
+    const std::string src = "SELECT ''K1'' AS wl_id, ''X'' AS k, 2000000000 AS v UNION ALL SELECT ''K1'', ''X'', 2000000000";
+    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v',@selectstr=',D1800.WL_NAME',"
+                      "@innerstr='INNER JOIN D1800 ON D1800.K_ID=D.WL_ID'");
+    ASSERT_EQ(r.size(), 1u);
+    EXPECT_EQ(r.num(0, "X"), 4000000000LL);
+    EXPECT_EQ(r.num(0, "total"), 4000000000LL);
+    EXPECT_EQ(r.str(0, "WL_NAME"), "款一");
+}
+
+TEST_P(CrossTabs, AnEmptyRowSourceGivesTheKeyAndTotalOnly) {
     auto r = call(db, "EXEC SYS_JX @param1='SELECT K_ID AS wl_id, K_ID AS ck_name, 0 AS kc FROM d1800 WHERE 1=0',@param2='wl_id',"
                       "@param3='ck_name',@param4='kc'");
     EXPECT_EQ(r.size(), 0u);
@@ -433,6 +530,8 @@ TEST_F(CrossTabs, AnEmptyRowSourceGivesTheKeyAndTotalOnly) {
     EXPECT_EQ(r.rs.columns[1].name, "total");
     EXPECT_THROW(db.open("EXEC SYS_JX @param1='',@param2='wl_id'"), db::Error);
 }
+
+INSTANTIATE_TEST_SUITE_P(Engines, CrossTabs, ::testing::ValuesIn(engines()), engineTestName);
 
 }  // namespace
 }  // namespace qx::dbtest

@@ -265,8 +265,8 @@ TEST(PostgresShopTest, AFreshShopHasEveryTableAndColumnOfTheSqliteShop) {
     qx::db::openSqlite(file, true).reset();
     Tables expected = sqliteTables(file);
     std::filesystem::remove_all(folder);
-    // The month-closing snapshots belong to the SQLite engine's procedures, not to the table
-    // definitions; PostgreSQL has no procedures yet.
+    // The month-closing snapshots belong to the procedures, not to the table definitions
+    // (createShop() adds them).
     ASSERT_EQ(expected.erase("sys_ck_snapshot"), 1u);
     ASSERT_GT(expected.size(), 30u);
     ASSERT_TRUE(expected.count("d1004"));
@@ -291,7 +291,7 @@ TEST(PostgresShopTest, AFreshShopHasEveryTableAndColumnOfTheSqliteShop) {
     EXPECT_THROW(postgres.execute("INSERT INTO d1004 (CLASS_ID) VALUES ('AB')"), qx::db::Error);
 }
 
-TEST_F(PostgresDatabaseTest, SysMRunsTheTextItIsHandedAndOtherProceduresAreNamed) {
+TEST_F(PostgresDatabaseTest, SysMRunsTheTextItIsHandedAndTheRegisteredProceduresAreFound) {
     db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('M1', 4)");
     const auto rows =
         db_->open("EXEC SYS_M @param=1, @sqltext='SELECT ItemNo, Qty * 2 AS Twice FROM Items WHERE ItemNo = ''m1'''").rows;
@@ -299,7 +299,8 @@ TEST_F(PostgresDatabaseTest, SysMRunsTheTextItIsHandedAndOtherProceduresAreNamed
     EXPECT_EQ(text(rows[0][0]), "M1");
     EXPECT_EQ(std::get<std::int64_t>(rows[0][1]), 8);
     EXPECT_EQ(errorOf("EXEC no_such_thing @a=1"), "unknown procedure: no_such_thing");
-    EXPECT_EQ(errorOf("EXEC SYS_ZM @ck_id='ZC'"), "procedure SYS_ZM is not available on PostgreSQL yet");
+    EXPECT_EQ(errorOf("EXEC SYS_ZM @param3='9'"), "SYS_ZM: @param3 must be 0, 1 or 2, not 9")
+        << "the stock procedures answer on the server too";
     EXPECT_EQ(errorOf("EXEC SYS_M @param=1"), "SYS_M needs the argument @sqltext");
 }
 

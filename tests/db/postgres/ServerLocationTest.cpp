@@ -50,6 +50,23 @@ TEST_F(ServerLocation, AnEmptyServerDatabaseIsRefusedUnlessAShopIsToBeCreated) {
     EXPECT_EQ(count(*reopened, "D1007"), 3);
 }
 
+TEST_F(ServerLocation, AShopMadeBeforeTheClosingSnapshotsGetsThemWhenOpened) {
+    const std::string uri = server->freshDatabase();
+    {
+        auto created = db::openDatabase(uri, true);
+        created->execute(kSmallShopBatch);
+        auto& server = dynamic_cast<db::PostgresDatabase&>(*created);
+        server.runNative("DROP TRIGGER qx_snapshot_close ON sys_co; DROP TRIGGER qx_snapshot_reopen ON sys_co; "
+                         "DROP TABLE sys_ck_snapshot");
+    }
+    auto reopened = db::openDatabase(uri);
+    reopened->execute("INSERT INTO d1802 (WL_ID, CK_ID, B0, K0) VALUES ('K101', 'ZC', 4, 4)", {true});
+    reopened->execute("UPDATE sys_co SET CK_END_DATE = '2026-05-01'");
+    EXPECT_EQ(integer(scalar(*reopened, "SELECT K0 FROM sys_ck_snapshot WHERE PERIOD = '2026-05-01' AND WL_ID = 'K101'")), 4);
+    reopened->execute("UPDATE sys_co SET CK_END_DATE = NULL");
+    EXPECT_EQ(count(*reopened, "sys_ck_snapshot"), 0) << "a reopen drops the snapshot";
+}
+
 TEST_F(ServerLocation, QxckSqlRunsABatchOnAServerShop) {
     const std::string uri = server->freshDatabase();
     db::openDatabase(uri, true)->execute(kSmallShopBatch);
