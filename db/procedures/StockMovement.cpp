@@ -36,8 +36,7 @@ struct KindColumn {
 };
 constexpr std::array<KindColumn, 5> kReceiptColumns{{{3, "IN3"}, {7, "IN7"}, {4, "IN4"}, {5, "IN5"}, {6, "IN6"}}};
 constexpr std::array<KindColumn, 5> kIssueColumns{{{2, "OU2"}, {10, "OU10"}, {4, "OU4"}, {5, "OU5"}, {6, "OU6"}}};
-constexpr int kKindSlots = 11;
-constexpr std::array<const char*, kSizes> kPositions{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};  // mytype 0..10; others count in the totals only
+constexpr std::array<const char*, kSizes> kPositions{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
 
 struct Arguments {
     bool detail = false;
@@ -76,11 +75,18 @@ Arguments readArguments(const tsql::ProcedureCall& call) {
     return a;
 }
 
-// What the procedure knows of one SKU.
-struct Sku {
-    std::string wl, style, colour, colourName, name, brand, unit, category, categoryName;
-    std::array<std::string, kSizes> sizeNames;
+// What the procedure knows of one style (the d1800 row with its brand, category and size group).
+struct Style {
+    std::string name, brand, category, categoryName;
+    std::array<std::string, kSizes> sizeNames;  // as shown: the size group's name, else the position
     double cost = 0;
+};
+
+// One SKU: its text, its style as d1801 names it, its colour's name and what is known of the style
+// (index into the styles; 0 = nothing, for a style d1800 lacks or an SKU d1801 lacks).
+struct Sku {
+    std::string wl, style, colourName;
+    std::uint32_t info = 0;
 };
 
 struct Movement {
@@ -92,14 +98,22 @@ struct Movement {
     long long order = 0;
 };
 
+// The receipt and issue slots of a tally: the five kinds with a column, then every other kind
+// (counted in the totals only).
+constexpr int kSlots = 6;
+constexpr int kOtherSlot = 5;
+int slotOf(const std::array<KindColumn, 5>& columns, int mytype) {
+    for (int s = 0; s < 5; ++s)
+        if (columns[static_cast<std::size_t>(s)].mytype == mytype) return s;
+    return kOtherSlot;
+}
+
 // Per SKU: opening before the range and receipts/issues per kind inside it, each per size.
 struct Tally {
     Sizes opening{};
-    std::array<Sizes, kKindSlots> in{}, out{};
-    Sizes otherIn{}, otherOut{};
-    bool moved = false;
-    std::array<bool, kSizes> movedSize{};
-    std::vector<Movement> lines;  // detail only
+    std::array<Sizes, kSlots> in{}, out{};
+    std::uint16_t movedSizes = 0;  // bit i: a non-zero movement of size i in the range
+    bool moved = false;            // any movement line in the range
 };
 
 // The warehouse filter for a column, with its bound values appended to `binds`.
@@ -140,36 +154,6 @@ std::string skuFilter(const std::string& column, const std::vector<std::string>&
     return sql + ")";
 }
 
-std::unordered_map<std::string, Sku> loadSkus(sqlite3* db, const std::optional<std::vector<std::string>>& only) {
-    std::string sql =
-        "SELECT s.WL_ID, s.K_ID, s.COL_ID, c.COL_NAME, st.WL_NAME, p.PP_NAME, st.DW_NAME, st.CLASS_ID, cl.CLASS_NAME, "
-        "z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, z.M8, z.M9, st.DJ "
-        "FROM d1801 s LEFT JOIN d1800 st ON st.K_ID = s.K_ID LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID "
-        "LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
-        "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
-    std::vector<std::string> binds;
-    if (only) sql += " WHERE 1 = 1" + skuFilter("s.WL_ID", *only, binds);
-    Statement st(db, sql);
-    for (std::size_t i = 0; i < binds.size(); ++i) st.bind(static_cast<int>(i + 1), binds[i]);
-    std::unordered_map<std::string, Sku> out;
-    while (st.step()) {
-        Sku s;
-        s.wl = st.text(0);
-        s.style = st.text(1);
-        s.colour = st.text(2);
-        s.colourName = st.text(3);
-        s.name = st.text(4);
-        s.brand = st.text(5);
-        s.unit = st.text(6);
-        s.category = st.text(7);
-        s.categoryName = st.text(8);
-        for (int i = 0; i < kSizes; ++i) s.sizeNames[i] = st.text(9 + i);
-        s.cost = st.real(19);
-        out.emplace(s.wl, std::move(s));
-    }
-    return out;
-}
-
 // The SKUs an article text names: an SKU, a style's SKUs, or the SKU of a barcode.
 std::vector<std::string> articleSkus(sqlite3* db, const std::string& article) {
     Statement st(db,
@@ -198,8 +182,9 @@ public:
         if (!a_.from.empty()) snapshot_ = latestSnapshotAtOrBefore(database_, a_.from).substr(0, 10);
         std::optional<std::vector<std::string>> only;
         if (!a_.article.empty()) only = articleSkus(db_, a_.article);
-        skus_ = loadSkus(db_, only);
-        readOpeningStock(only);
+        loadSkus(only);
+        if (snapshot_.empty()) readOpeningStock(only);
+        else readSnapshot(only);
         readMovements(only);
         return a_.detail ? detailRows() : summaryRows();
     }
@@ -209,29 +194,135 @@ private:
         for (std::size_t i = 0; i < binds.size(); ++i) st.bind(static_cast<int>(i + 1), binds[i]);
     }
 
+    // The SKUs (all, or those the article names) and their styles: d1801 once with the two
+    // lookups it needs, then each style once with its brand, category and size group.
+    void loadSkus(const std::optional<std::vector<std::string>>& only) {
+        styles_.assign(1, Style{});  // 0: nothing known
+        for (int i = 0; i < kSizes; ++i) styles_[0].sizeNames[static_cast<std::size_t>(i)] = kPositions[static_cast<std::size_t>(i)];
+        std::vector<std::string> binds;
+        std::string sql =
+            "SELECT s.WL_ID, s.K_ID, c.COL_NAME, st.K_ID FROM d1801 s LEFT JOIN d1800 st ON st.K_ID = s.K_ID "
+            "LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID";
+        if (only) sql += " WHERE 1 = 1" + skuFilter("s.WL_ID", *only, binds);
+        std::vector<std::string> styleKeys;  // the d1800 key each SKU found ("" = none)
+        TextMap<std::uint32_t> wanted;       // those keys, each once
+        {
+            Statement st(db_, sql);
+            bindAll(st, binds);
+            while (st.step()) {
+                Sku s;
+                s.wl = st.text(0);
+                s.style = st.text(1);
+                s.colourName = st.text(2);
+                if (index_.contains(s.wl)) continue;  // one row per SKU
+                styleKeys.push_back(st.isNull(3) ? std::string() : st.text(3));
+                if (!styleKeys.back().empty()) wanted.try_emplace(styleKeys.back(), 0);
+                index_.emplace(s.wl, static_cast<std::uint32_t>(skus_.size()));
+                skus_.push_back(std::move(s));
+            }
+        }
+        binds.clear();
+        sql = "SELECT st.K_ID, st.WL_NAME, p.PP_NAME, st.CLASS_ID, cl.CLASS_NAME, z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, "
+              "z.M8, z.M9, st.DJ FROM d1800 st LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
+              "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
+        if (only) {
+            std::vector<std::string> keys;
+            for (const auto& entry : wanted) keys.push_back(entry.first);
+            sql += " WHERE 1 = 1" + skuFilter("st.K_ID", keys, binds);
+        }
+        {
+            Statement st(db_, sql);
+            bindAll(st, binds);
+            while (st.step()) {
+                auto found = wanted.find(st.view(0));
+                if (found == wanted.end() || found->second != 0) continue;  // not needed, or seen
+                found->second = static_cast<std::uint32_t>(styles_.size());
+                Style& style = styles_.emplace_back();
+                style.name = st.text(1);
+                style.brand = st.text(2);
+                style.category = st.text(3);
+                style.categoryName = st.text(4);
+                for (int i = 0; i < kSizes; ++i) {
+                    std::string size = st.text(5 + i);
+                    style.sizeNames[static_cast<std::size_t>(i)] = size.empty() ? std::string(kPositions[static_cast<std::size_t>(i)]) : std::move(size);
+                }
+                style.cost = st.real(15);
+            }
+        }
+        for (std::size_t i = 0; i < skus_.size(); ++i) {
+            if (styleKeys[i].empty()) continue;
+            auto found = wanted.find(styleKeys[i]);
+            skus_[i].info = found == wanted.end() ? 0 : found->second;
+        }
+        tally_.assign(skus_.size(), Tally{});
+        if (a_.detail) lines_.assign(skus_.size(), {});
+    }
+
+    // The tally of an SKU by its text (a bare SKU for one the stream names but d1801 lacks).
+    std::uint32_t skuIndex(std::string_view wl) {
+        auto found = index_.find(wl);
+        if (found != index_.end()) return found->second;
+        const auto at = static_cast<std::uint32_t>(skus_.size());
+        Sku& s = skus_.emplace_back();
+        s.wl = std::string(wl);
+        index_.emplace(s.wl, at);
+        tally_.emplace_back();
+        if (a_.detail) lines_.emplace_back();
+        return at;
+    }
+
+    static std::string sizeColumns(const char* prefix) {
+        std::string sql;
+        for (int i = 0; i < kSizes; ++i) sql += std::string(", ") + prefix + std::to_string(i);
+        return sql;
+    }
+
+    static bool anySize(const Statement& st, int first) {
+        for (int i = 0; i < kSizes; ++i)
+            if (st.integer(first + i) != 0) return true;
+        return false;
+    }
+
+    void addOpening(const Statement& st) {
+        auto& t = tally_[skuIndex(st.view(0))];
+        for (int i = 0; i < kSizes; ++i) t.opening[static_cast<std::size_t>(i)] += static_cast<std::int32_t>(st.integer(1 + i));
+    }
+
+    // The opening quantities B0..B9 of the stock rows in scope (rows of zeros add nothing).
     void readOpeningStock(const std::optional<std::vector<std::string>>& only) {
         std::vector<std::string> binds;
-        std::string sql = "SELECT k.WL_ID";
-        if (snapshot_.empty()) {
-            for (int i = 0; i < kSizes; ++i) sql += ", k.B" + std::to_string(i);
-            sql += " FROM d1802 k WHERE 1 = 1";
-        } else {
-            // a stock row the snapshot lacks (made after the close) starts from its opening quantities
-            for (int i = 0; i < kSizes; ++i) {
-                const std::string n = std::to_string(i);
-                sql += ", CASE WHEN s.WL_ID IS NULL THEN k.B" + n + " ELSE s.K" + n + " END";
-            }
-            binds.push_back(snapshot_);
-            sql += " FROM d1802 k LEFT JOIN sys_ck_snapshot s ON s.PERIOD = ?1 AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID WHERE 1 = 1";
-        }
+        std::string sql = "SELECT k.WL_ID" + sizeColumns("k.B") + " FROM d1802 k WHERE 1 = 1";
         sql += warehouseFilter(a_, "k.CK_ID", binds);
         if (only) sql += skuFilter("k.WL_ID", *only, binds);
         Statement st(db_, sql);
         bindAll(st, binds);
-        while (st.step()) {
-            auto& t = tally(st.view(0));
-            for (int i = 0; i < kSizes; ++i) t.opening[i] += st.integer(1 + i);
+        while (st.step())
+            if (anySize(st, 1)) addOpening(st);
+    }
+
+    // The stock at the snapshot's date: its rows in scope, read in one pass, plus the opening
+    // quantities of stock rows the snapshot lacks (made after the close; only rows with an
+    // opening quantity can add anything).
+    void readSnapshot(const std::optional<std::vector<std::string>>& only) {
+        {
+            std::vector<std::string> binds{snapshot_};
+            std::string sql = "SELECT s.WL_ID" + sizeColumns("s.K") + " FROM sys_ck_snapshot s WHERE s.PERIOD = ?1";
+            sql += warehouseFilter(a_, "s.CK_ID", binds);
+            if (only) sql += skuFilter("s.WL_ID", *only, binds);
+            Statement st(db_, sql);
+            bindAll(st, binds);
+            while (st.step())
+                if (anySize(st, 1)) addOpening(st);
         }
+        std::vector<std::string> binds{snapshot_};
+        std::string sql = "SELECT k.WL_ID" + sizeColumns("k.B") + " FROM d1802 k WHERE (";
+        for (int i = 0; i < kSizes; ++i) sql += (i ? " OR k.B" : "k.B") + std::to_string(i) + " <> 0";
+        sql += ") AND NOT EXISTS (SELECT 1 FROM sys_ck_snapshot s WHERE s.PERIOD = ?1 AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID)";
+        sql += warehouseFilter(a_, "k.CK_ID", binds);
+        if (only) sql += skuFilter("k.WL_ID", *only, binds);
+        Statement st(db_, sql);
+        bindAll(st, binds);
+        while (st.step()) addOpening(st);
     }
 
     // The movement stream, read straight from the document tables by the posting rules (the
@@ -243,8 +334,9 @@ private:
             std::vector<std::string> binds;
             const std::string wh = std::string(rule.warehouseOnHead ? "h." : "l.") + rule.warehouse;
             const std::string date = std::string("h.") + rule.dateColumn;
-            std::string sql = "SELECT l.WL_ID, " + wh + ", " + date + ", l.NOID";
-            for (int i = 0; i < kSizes; ++i) sql += ", l." + std::string(rule.quantity) + std::to_string(i);
+            // columns: SKU, date, the ten quantities, then (detail only) number and warehouse
+            std::string sql = "SELECT l.WL_ID, " + date + sizeColumns((std::string("l.") + rule.quantity).c_str());
+            if (a_.detail) sql += ", l.NOID, " + wh;
             sql += std::string(" FROM ") + rule.lineTable + " l JOIN " + rule.headTable + " h ON h.NOID = l.NOID WHERE " +
                    (rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : std::string("1 = 1"));
             if (!a_.to.empty()) {
@@ -259,74 +351,103 @@ private:
             if (only) sql += skuFilter("l.WL_ID", *only, binds);
             Statement st(db_, sql);
             bindAll(st, binds);
+            const Kind in{rule.in.mytype, rule.in.typeName, +1, slotOf(kReceiptColumns, rule.in.mytype)};
+            const Kind out{rule.out.mytype, rule.out.typeName, -1, slotOf(kIssueColumns, rule.out.mytype)};
             while (st.step()) {
                 Sizes q{};
-                for (int i = 0; i < kSizes; ++i) q[i] = rule.sign * st.integer(4 + i);
+                for (int i = 0; i < kSizes; ++i) q[static_cast<std::size_t>(i)] = static_cast<std::int32_t>(rule.sign * st.integer(2 + i));
                 if (!rule.perSizeKind) {
-                    const auto& kind = rule.sign > 0 ? rule.in : rule.out;
-                    movement(st, q, kind.mytype, kind.typeName, rule.sign, order);
+                    movement(st, q, rule.sign > 0 ? in : out, order);
                     continue;
                 }
-                Sizes in{}, out{};
+                Sizes inSizes{}, outSizes{};
                 bool anyIn = false, anyOut = false;
-                for (int i = 0; i < kSizes; ++i) {
-                    if (q[i] > 0) in[i] = q[i], anyIn = true;
-                    if (q[i] < 0) out[i] = q[i], anyOut = true;
+                for (std::size_t i = 0; i < kSizes; ++i) {
+                    if (q[i] > 0) inSizes[i] = q[i], anyIn = true;
+                    if (q[i] < 0) outSizes[i] = q[i], anyOut = true;
                 }
-                if (anyIn) movement(st, in, rule.in.mytype, rule.in.typeName, +1, order);
-                if (anyOut) movement(st, out, rule.out.mytype, rule.out.typeName, -1, order);
+                if (anyIn) movement(st, inSizes, in, order);
+                if (anyOut) movement(st, outSizes, out, order);
             }
         }
     }
 
-    // One movement of the stream: signed quantities q of kind mytype, direction dir.
-    void movement(const Statement& st, const Sizes& q, int mytype, const char* typeName, int dir, long long& order) {
-        auto& t = tally(st.view(0));
-        const std::string_view date = st.view(2);
+    // A movement kind as the tally keeps it: its mytype and name, direction and slot.
+    struct Kind {
+        int mytype;
+        const char* typeName;
+        int dir;
+        int slot;
+    };
+
+    // One movement of the stream: signed quantities q of a kind.
+    void movement(const Statement& st, const Sizes& q, const Kind& kind, long long& order) {
+        const std::uint32_t at = skuIndex(st.view(0));
+        Tally& t = tally_[at];
+        const std::string_view date = st.view(1);
         if (!a_.from.empty() && date < std::string_view(a_.from)) {
-            for (int i = 0; i < kSizes; ++i) t.opening[i] += q[i];
+            for (std::size_t i = 0; i < kSizes; ++i) t.opening[i] += q[i];
             return;
         }
-        Sizes* slot = nullptr;
-        if (mytype >= 0 && mytype < kKindSlots) slot = dir > 0 ? &t.in[mytype] : &t.out[mytype];
-        else slot = dir > 0 ? &t.otherIn : &t.otherOut;
+        Sizes& slot = kind.dir > 0 ? t.in[static_cast<std::size_t>(kind.slot)] : t.out[static_cast<std::size_t>(kind.slot)];
         // issues are counted positive in their columns
-        for (int i = 0; i < kSizes; ++i) {
-            (*slot)[i] += dir > 0 ? q[i] : -q[i];
-            if (q[i] != 0) t.movedSize[i] = true;
+        for (std::size_t i = 0; i < kSizes; ++i) {
+            slot[i] += kind.dir > 0 ? q[i] : -q[i];
+            if (q[i] != 0) t.movedSizes = static_cast<std::uint16_t>(t.movedSizes | (1u << i));
         }
         t.moved = true;
         if (!a_.detail) return;
         Movement m;
         m.date = std::string(date);
-        m.noid = st.text(3);
-        m.warehouse = st.text(1);
-        m.mytype = mytype;
-        m.typeName = typeName;
-        m.dir = dir;
+        m.noid = st.text(12);
+        m.warehouse = st.text(13);
+        m.mytype = kind.mytype;
+        m.typeName = kind.typeName;
+        m.dir = kind.dir;
         m.q = q;
         for (long long v : q) m.qty += v;
         m.order = order++;
-        t.lines.push_back(std::move(m));
+        lines_[at].push_back(std::move(m));
     }
 
     // ---- summary ---------------------------------------------------------------------------
 
-    struct Row {
-        // views into the SKU table and the tally, which outlive the rows
-        std::string_view wl, style, name, brand, colour, size;
-        std::optional<long long> mIndex;
+    // The sums of one result row (a size of an SKU, or every size of a group's SKUs).
+    struct Sums {
         long long opening = 0;
-        std::array<long long, kKindSlots> in{}, out{};
-        long long otherIn = 0, otherOut = 0;
-        double cost = 0;  // cost amounts: quantity × the style's cost price
-        double openingMon = 0, inMon = 0, outMon = 0;
+        std::array<long long, kSlots> in{}, out{};
+        double openingMon = 0, inMon = 0, outMon = 0;  // quantity × the style's cost price
         bool moved = false;
+        long long totalIn() const { return std::accumulate(in.begin(), in.end(), 0LL); }
+        long long totalOut() const { return std::accumulate(out.begin(), out.end(), 0LL); }
         bool any() const {
             if (opening) return true;
-            for (int k = 0; k < kKindSlots; ++k)
-                if (in[k] || out[k]) return true;
-            return otherIn || otherOut;
+            for (int k = 0; k < kSlots; ++k)
+                if (in[static_cast<std::size_t>(k)] || out[static_cast<std::size_t>(k)]) return true;
+            return false;
+        }
+        // adds size i of a tally (-1: every size), valued at `cost`
+        void add(const Tally& t, int i, double cost) {
+            auto sum = [i](const Sizes& s) -> long long {
+                if (i >= 0) return s[static_cast<std::size_t>(i)];
+                long long total = 0;
+                for (long long v : s) total += v;
+                return total;
+            };
+            const long long open = sum(t.opening);
+            long long inq = 0, outq = 0;
+            opening += open;
+            for (std::size_t k = 0; k < kSlots; ++k) {
+                const long long kin = sum(t.in[k]), kout = sum(t.out[k]);
+                in[k] += kin;
+                out[k] += kout;
+                inq += kin;
+                outq += kout;
+            }
+            openingMon += open * cost;
+            inMon += inq * cost;
+            outMon += outq * cost;
+            moved = moved || (i >= 0 ? ((t.movedSizes >> i) & 1) != 0 : t.moved);
         }
     };
 
@@ -341,87 +462,16 @@ private:
         out.columns.push_back({"M_INDEX", FieldType::Integer, 0});
     }
 
-    static Sku unknownSku(const std::string& wl) {
-        Sku s;
-        s.wl = wl;
-        return s;
-    }
-
-    // What is known of an SKU (a bare one for an SKU the stream names but d1801 lacks).
-    const Sku& skuOf(const std::string& wl) {
-        auto found = skus_.find(wl);
-        if (found != skus_.end()) return found->second;
-        return skus_.emplace(wl, unknownSku(wl)).first->second;
+    // The SKUs in the byte order of their texts (d1801 usually hands them over in it already).
+    std::vector<std::uint32_t> skusInOrder() const {
+        std::vector<std::uint32_t> order(skus_.size());
+        std::iota(order.begin(), order.end(), std::uint32_t{0});
+        const auto byText = [this](std::uint32_t a, std::uint32_t b) { return skus_[a].wl < skus_[b].wl; };
+        if (!std::is_sorted(order.begin(), order.end(), byText)) std::sort(order.begin(), order.end(), byText);
+        return order;
     }
 
     ResultSet summaryRows() {
-        std::vector<Row> rows;
-        TextMap<std::size_t> groups;  // group key → its row (groupings 1 and 2)
-        rows.reserve(a_.grouping == 0 ? tally_.size() * 4 : 1024);
-        for (auto& entry : tally_) {
-            const auto& wl = entry.first;
-            auto& t = entry.second;  // named, not bound: the lambdas below capture it
-            const Sku& sku = skuOf(wl);
-            auto add = [&](Row& r, int i) {  // i = size position, or -1 for all sizes
-                auto sum = [&](const Sizes& s) -> long long {
-                    if (i >= 0) return s[i];
-                    long long total = 0;
-                    for (long long v : s) total += v;
-                    return total;
-                };
-                const long long open = sum(t.opening);
-                long long in = 0, out = 0;
-                r.opening += open;
-                for (int k = 0; k < kKindSlots; ++k) {
-                    const long long kin = sum(t.in[k]), kout = sum(t.out[k]);
-                    r.in[k] += kin;
-                    r.out[k] += kout;
-                    in += kin;
-                    out += kout;
-                }
-                const long long oin = sum(t.otherIn), oout = sum(t.otherOut);
-                r.otherIn += oin;
-                r.otherOut += oout;
-                in += oin;
-                out += oout;
-                r.openingMon += open * sku.cost;
-                r.inMon += in * sku.cost;
-                r.outMon += out * sku.cost;
-                r.moved = r.moved || (i >= 0 ? t.movedSize[i] : t.moved);
-            };
-            if (a_.grouping == 0) {
-                for (int i = 0; i < kSizes; ++i) {
-                    Row r;
-                    add(r, i);
-                    if (!r.any() && !r.moved) continue;
-                    r.wl = wl;
-                    r.style = sku.style;
-                    r.name = sku.name;
-                    r.brand = sku.brand;
-                    r.colour = sku.colourName;
-                    r.size = sku.sizeNames[i].empty() ? std::string_view(kPositions[i]) : std::string_view(sku.sizeNames[i]);
-                    r.mIndex = i;
-                    rows.push_back(std::move(r));
-                }
-                continue;
-            }
-            const std::string& key = a_.grouping == 1 ? sku.style : sku.category;
-            auto [at, fresh] = groups.try_emplace(key, rows.size());
-            if (fresh) rows.emplace_back();
-            Row& r = rows[at->second];
-            if (fresh) {
-                r.wl = key;
-                if (a_.grouping == 1) {
-                    r.style = sku.style;
-                    r.name = sku.name;
-                    r.brand = sku.brand;
-                } else {
-                    r.name = sku.categoryName;
-                }
-            }
-            add(r, -1);
-        }
-
         ResultSet out;
         auto col = [&](const char* name, FieldType type, int size = 0) { out.columns.push_back({name, type, size}); };
         addArticleColumns(out);
@@ -436,41 +486,74 @@ private:
         col("TOL_OUT_mon", FieldType::Float);
         col("END_KC_mon", FieldType::Float);
 
-        // sorted by position, not by moving the rows (the keys are unique, so the order is too)
-        std::vector<std::size_t> order(rows.size());
-        std::iota(order.begin(), order.end(), std::size_t{0});
-        std::sort(order.begin(), order.end(), [&rows](std::size_t a, std::size_t b) {
-            const Row& x = rows[a];
-            const Row& y = rows[b];
-            if (x.wl != y.wl) return x.wl < y.wl;
-            return x.mIndex.value_or(-1) < y.mIndex.value_or(-1);
-        });
-        out.rows.reserve(rows.size());
-        for (const std::size_t at : order) {
-            const Row& r = rows[at];
-            if (a_.onlyMoved && !r.moved) continue;
-            if (!r.any()) continue;
+        const double f = a_.cost ? 1.0 : 0.0;
+        auto emit = [&](std::string_view wl, std::string_view style, std::string_view name, std::string_view brand,
+                        std::string_view colour, std::string_view size, Value mIndex, const Sums& r) {
             std::vector<Value> v;
             v.reserve(out.columns.size());
-            for (std::string_view text : {r.wl, r.style, r.name, r.brand, r.colour, r.size}) v.emplace_back(std::string(text));
-            v.push_back(r.mIndex ? Value(std::int64_t(*r.mIndex)) : Value());
+            for (std::string_view text : {wl, style, name, brand, colour, size}) v.emplace_back(std::string(text));
+            v.push_back(std::move(mIndex));
             v.emplace_back(std::int64_t(r.opening));
-            long long in = r.otherIn, outq = r.otherOut;
-            for (int k = 0; k < kKindSlots; ++k) {
-                in += r.in[k];
-                outq += r.out[k];
-            }
-            for (const auto& k : kReceiptColumns) v.emplace_back(std::int64_t(r.in[k.mytype]));
+            const long long in = r.totalIn(), outq = r.totalOut();
+            for (std::size_t k = 0; k < 5; ++k) v.emplace_back(std::int64_t(r.in[k]));
             v.emplace_back(std::int64_t(in));
-            for (const auto& k : kIssueColumns) v.emplace_back(std::int64_t(r.out[k.mytype]));
+            for (std::size_t k = 0; k < 5; ++k) v.emplace_back(std::int64_t(r.out[k]));
             v.emplace_back(std::int64_t(outq));
             v.emplace_back(std::int64_t(r.opening + in - outq));
-            const double f = a_.cost ? 1.0 : 0.0;
             v.emplace_back(money(r.openingMon * f));
             v.emplace_back(money(r.inMon * f));
             v.emplace_back(money(r.outMon * f));
             v.emplace_back(money((r.openingMon + r.inMon - r.outMon) * f));
             out.rows.push_back(std::move(v));
+        };
+
+        if (a_.grouping == 0) {
+            // one row per SKU and size, built in order: no rows to sort afterwards
+            for (const std::uint32_t at : skusInOrder()) {
+                const Sku& sku = skus_[at];
+                const Style& style = styles_[sku.info];
+                const Tally& t = tally_[at];
+                for (int i = 0; i < kSizes; ++i) {
+                    Sums r;
+                    r.add(t, i, style.cost);
+                    if (!r.any() || (a_.onlyMoved && !r.moved)) continue;
+                    emit(sku.wl, sku.style, style.name, style.brand, sku.colourName, style.sizeNames[static_cast<std::size_t>(i)],
+                         Value(std::int64_t(i)), r);
+                }
+            }
+            return out;
+        }
+
+        // groupings 1 and 2: one row per style or category, in the order of the key
+        struct Group {
+            std::string_view key, style, name, brand;
+            Sums sums;
+        };
+        std::vector<Group> groups;
+        TextMap<std::size_t> groupOf;  // key → its group
+        for (std::uint32_t at = 0; at < skus_.size(); ++at) {
+            const Tally& t = tally_[at];
+            const Sku& sku = skus_[at];
+            const Style& style = styles_[sku.info];
+            const std::string& key = a_.grouping == 1 ? sku.style : style.category;
+            auto [found, fresh] = groupOf.try_emplace(key, groups.size());
+            if (fresh) {
+                Group& g = groups.emplace_back();
+                g.key = key;
+                if (a_.grouping == 1) {
+                    g.style = sku.style;
+                    g.name = style.name;
+                    g.brand = style.brand;
+                } else {
+                    g.name = style.categoryName;
+                }
+            }
+            groups[found->second].sums.add(t, -1, style.cost);
+        }
+        std::sort(groups.begin(), groups.end(), [](const Group& x, const Group& y) { return x.key < y.key; });
+        for (const Group& g : groups) {
+            if (!g.sums.any() || (a_.onlyMoved && !g.sums.moved)) continue;
+            emit(g.key, g.style, g.name, g.brand, {}, {}, Value(), g.sums);
         }
         return out;
     }
@@ -502,35 +585,27 @@ private:
         };
         // articles: the SKU (grouping 0) or the style (1, 2)
         struct Article {
-            Sku sku;
+            const Sku* sku = nullptr;  // the first of its SKUs
             Sizes opening{}, in{}, out{};
             bool moved = false;
             std::vector<const Movement*> lines;
         };
         std::map<std::string, Article> articles;
-        for (auto& [wl, t] : tally_) {
-            const Sku& sku = skuOf(wl);
-            const std::string key = a_.grouping == 0 ? wl : sku.style;
-            auto [it, fresh] = articles.try_emplace(key);
-            Article& a = it->second;
-            if (fresh) {
-                a.sku = sku;
-                if (a_.grouping != 0) {
-                    a.sku.wl = sku.style;
-                    a.sku.colourName.clear();
-                }
-            }
-            for (int i = 0; i < kSizes; ++i) {
+        for (std::uint32_t at = 0; at < skus_.size(); ++at) {
+            const Tally& t = tally_[at];
+            if (!t.moved && std::all_of(t.opening.begin(), t.opening.end(), [](std::int32_t v) { return v == 0; })) continue;
+            const Sku& sku = skus_[at];
+            Article& a = articles[a_.grouping == 0 ? sku.wl : sku.style];
+            if (!a.sku) a.sku = &sku;
+            for (std::size_t i = 0; i < kSizes; ++i) {
                 a.opening[i] += t.opening[i];
-                for (int k = 0; k < kKindSlots; ++k) {
+                for (std::size_t k = 0; k < kSlots; ++k) {
                     a.in[i] += t.in[k][i];
                     a.out[i] += t.out[k][i];
                 }
-                a.in[i] += t.otherIn[i];
-                a.out[i] += t.otherOut[i];
             }
             a.moved = a.moved || t.moved;
-            for (const auto& m : t.lines) a.lines.push_back(&m);
+            for (const auto& m : lines_[at]) a.lines.push_back(&m);
         }
         const double f = a_.cost ? 1.0 : 0.0;
         for (auto& entry : articles) {
@@ -544,21 +619,24 @@ private:
                 if (x->noid != y->noid) return x->noid < y->noid;
                 return x->order < y->order;
             });
-            const double price = a.sku.cost * f;
+            const Style& style = styles_[a.sku->info];
+            const double price = style.cost * f;
+            const std::string& colour = a_.grouping == 0 ? a.sku->colourName : std::string();
             auto row = [&](int mytype, const std::string& typeName, const std::string& ck, Value date, const std::string& noid,
                            const std::string& size, Value mIndex, long long in, long long ou, long long jc) {
                 std::vector<Value> v;
+                v.reserve(out.columns.size());
                 v.emplace_back(std::int64_t(mytype));
                 v.emplace_back(typeName);
                 v.emplace_back(ck);
                 v.emplace_back(ck.empty() ? std::string() : nameOf(ck));
                 v.push_back(std::move(date));
                 v.emplace_back(noid);
-                v.emplace_back(a.sku.wl);
-                v.emplace_back(a.sku.style);
-                v.emplace_back(a.sku.name);
-                v.emplace_back(a.sku.brand);
-                v.emplace_back(a.sku.colourName);
+                v.emplace_back(entry.first);
+                v.emplace_back(a.sku->style);
+                v.emplace_back(style.name);
+                v.emplace_back(style.brand);
+                v.emplace_back(colour);
                 v.emplace_back(size);
                 v.push_back(std::move(mIndex));
                 v.emplace_back(std::int64_t(in));
@@ -579,10 +657,9 @@ private:
                 balance += in - ou;
                 row(m->mytype, m->typeName, m->warehouse, Value(m->date), m->noid, "", Value(), in, ou, balance);
             }
-            for (int i = 0; i < kSizes; ++i) {
+            for (std::size_t i = 0; i < kSizes; ++i) {
                 if (!a.opening[i] && !a.in[i] && !a.out[i]) continue;
-                const std::string size = a.sku.sizeNames[i].empty() ? std::to_string(i) : a.sku.sizeNames[i];
-                row(100, "尺码小计", a_.warehouse, Value(), "", size, Value(std::int64_t(i)), a.in[i], a.out[i],
+                row(100, "尺码小计", a_.warehouse, Value(), "", style.sizeNames[i], Value(std::int64_t(i)), a.in[i], a.out[i],
                     a.opening[i] + a.in[i] - a.out[i]);
             }
         }
@@ -595,14 +672,11 @@ private:
     sqlite3* db_;
     Arguments a_;
     std::string snapshot_;  // the closing snapshot the opening starts from ("" for none)
-    std::unordered_map<std::string, Sku> skus_;
-    Tally& tally(std::string_view wl) {
-        auto it = tally_.find(wl);
-        if (it == tally_.end()) it = tally_.emplace(std::string(wl), Tally{}).first;
-        return it->second;
-    }
-
-    TextMap<Tally> tally_;
+    std::vector<Style> styles_;
+    std::vector<Sku> skus_;
+    TextMap<std::uint32_t> index_;  // SKU text → its index in skus_, tally_ and lines_
+    std::vector<Tally> tally_;
+    std::vector<std::vector<Movement>> lines_;  // detail only
 };
 
 }  // namespace
