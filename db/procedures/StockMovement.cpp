@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstdint>
 #include <map>
 #include <numeric>
 #include <optional>
@@ -154,6 +155,61 @@ std::string skuFilter(const std::string& column, const std::vector<std::string>&
     return sql + ")";
 }
 
+// Text → its position in a list (SKUs, document numbers), by open addressing: one probe into a
+// flat array and one comparison for the lookups every movement line makes. `keyOf(i)` gives the
+// text at position i.
+class TextIndex {
+public:
+    static constexpr std::uint32_t npos = UINT32_MAX;
+
+    template <class KeyOf>
+    std::uint32_t find(std::string_view text, const KeyOf& keyOf) const {
+        if (slots_.empty()) return npos;
+        const std::uint64_t h = std::hash<std::string_view>{}(text);
+        const std::uint64_t tag = h >> 32;
+        for (std::size_t at = h & mask_;; at = (at + 1) & mask_) {
+            const std::uint64_t slot = slots_[at];
+            if (slot == 0) return npos;
+            const auto index = static_cast<std::uint32_t>(slot) - 1;
+            if ((slot >> 32) == tag && std::string_view(keyOf(index)) == text) return index;
+        }
+    }
+    // Adds the text at position `index` (not yet present).
+    template <class KeyOf>
+    void add(std::uint32_t index, const KeyOf& keyOf) {
+        if ((count_ + 1) * 2 > slots_.size()) grow(keyOf);
+        place(index, keyOf);
+        ++count_;
+    }
+
+private:
+    template <class KeyOf>
+    void place(std::uint32_t index, const KeyOf& keyOf) {
+        const std::uint64_t h = std::hash<std::string_view>{}(std::string_view(keyOf(index)));
+        std::size_t at = h & mask_;
+        while (slots_[at] != 0) at = (at + 1) & mask_;
+        slots_[at] = ((h >> 32) << 32) | (std::uint64_t{index} + 1);
+    }
+    template <class KeyOf>
+    void grow(const KeyOf& keyOf) {
+        std::vector<std::uint64_t> old = std::move(slots_);
+        slots_.assign(std::max<std::size_t>(64, old.size() * 2), 0);
+        mask_ = slots_.size() - 1;
+        for (const std::uint64_t slot : old)
+            if (slot != 0) place(static_cast<std::uint32_t>(slot) - 1, keyOf);
+    }
+
+    std::vector<std::uint64_t> slots_;  // 0 = empty, else the hash's high half and position + 1
+    std::size_t mask_ = 0;
+    std::size_t count_ = 0;
+};
+
+// The text of the SKU at a position, for the SKU index.
+struct SkuKey {
+    const std::vector<Sku>* skus;
+    const std::string& operator()(std::uint32_t i) const { return (*skus)[i].wl; }
+};
+
 // The SKUs an article text names: an SKU, a style's SKUs, or the SKU of a barcode.
 std::vector<std::string> articleSkus(sqlite3* db, const std::string& article) {
     Statement st(db,
@@ -194,65 +250,111 @@ private:
         for (std::size_t i = 0; i < binds.size(); ++i) st.bind(static_cast<int>(i + 1), binds[i]);
     }
 
-    // The SKUs (all, or those the article names) and their styles: d1801 once with the two
-    // lookups it needs, then each style once with its brand, category and size group.
+    // The SKUs (all, or those the article names) and their styles. All SKUs: d1801 in one plain
+    // pass, its style and colour matched by their key texts against d1800 and d1005 read whole
+    // (a key with no byte-equal entry is asked of the database, whose collation decides as the
+    // join would). The SKUs of one article: one join, then only their styles.
     void loadSkus(const std::optional<std::vector<std::string>>& only) {
         styles_.assign(1, Style{});  // 0: nothing known
-        for (int i = 0; i < kSizes; ++i) styles_[0].sizeNames[static_cast<std::size_t>(i)] = kPositions[static_cast<std::size_t>(i)];
+        for (std::size_t i = 0; i < kSizes; ++i) styles_[0].sizeNames[i] = kPositions[i];
+        struct StyleKey {
+            std::string text;
+            bool null = true;
+            bool exact = false;  // the d1800 key itself (found by the join)
+        };
+        std::vector<StyleKey> styleKeys;  // per SKU
         std::vector<std::string> binds;
-        std::string sql =
-            "SELECT s.WL_ID, s.K_ID, c.COL_NAME, st.K_ID FROM d1801 s LEFT JOIN d1800 st ON st.K_ID = s.K_ID "
-            "LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID";
-        if (only) sql += " WHERE 1 = 1" + skuFilter("s.WL_ID", *only, binds);
-        std::vector<std::string> styleKeys;  // the d1800 key each SKU found ("" = none)
-        TextMap<std::uint32_t> wanted;       // those keys, each once
-        {
-            Statement st(db_, sql);
+        if (only) {
+            Statement st(db_,
+                         "SELECT s.WL_ID, s.K_ID, c.COL_NAME, st.K_ID FROM d1801 s LEFT JOIN d1800 st ON st.K_ID = s.K_ID "
+                         "LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID WHERE 1 = 1" + skuFilter("s.WL_ID", *only, binds));
             bindAll(st, binds);
             while (st.step()) {
-                Sku s;
+                if (index_.find(st.view(0), skuKey()) != TextIndex::npos) continue;  // one row per SKU
+                Sku& s = skus_.emplace_back();
                 s.wl = st.text(0);
                 s.style = st.text(1);
                 s.colourName = st.text(2);
-                if (index_.contains(s.wl)) continue;  // one row per SKU
-                styleKeys.push_back(st.isNull(3) ? std::string() : st.text(3));
-                if (!styleKeys.back().empty()) wanted.try_emplace(styleKeys.back(), 0);
-                index_.emplace(s.wl, static_cast<std::uint32_t>(skus_.size()));
-                skus_.push_back(std::move(s));
+                styleKeys.push_back({st.text(3), st.isNull(3), true});
+                index_.add(static_cast<std::uint32_t>(skus_.size() - 1), skuKey());
+            }
+        } else {
+            TextMap<std::string> colours;  // COL_ID → COL_NAME, and the answers for other keys
+            {
+                Statement st(db_, "SELECT COL_ID, COL_NAME FROM d1005");
+                while (st.step()) colours.try_emplace(st.text(0), st.text(1));
+            }
+            std::optional<Statement> colourOf;
+            Statement st(db_, "SELECT WL_ID, K_ID, COL_ID FROM d1801");
+            while (st.step()) {
+                if (index_.find(st.view(0), skuKey()) != TextIndex::npos) continue;
+                Sku& s = skus_.emplace_back();
+                s.wl = st.text(0);
+                s.style = st.text(1);
+                styleKeys.push_back({s.style, st.isNull(1), false});
+                if (!st.isNull(2)) {
+                    auto found = colours.find(st.view(2));
+                    if (found == colours.end()) {
+                        if (!colourOf) colourOf.emplace(db_, "SELECT COL_NAME FROM d1005 WHERE COL_ID = ?1");
+                        colourOf->reset();
+                        const std::string key = st.text(2);
+                        colourOf->bind(1, key);
+                        found = colours.try_emplace(key, colourOf->step() ? colourOf->text(0) : std::string()).first;
+                    }
+                    s.colourName = found->second;
+                }
+                index_.add(static_cast<std::uint32_t>(skus_.size() - 1), skuKey());
             }
         }
+
+        std::string sql =
+            "SELECT st.K_ID, st.WL_NAME, p.PP_NAME, st.CLASS_ID, cl.CLASS_NAME, z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, "
+            "z.M8, z.M9, st.DJ FROM d1800 st LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
+            "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
         binds.clear();
-        sql = "SELECT st.K_ID, st.WL_NAME, p.PP_NAME, st.CLASS_ID, cl.CLASS_NAME, z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, "
-              "z.M8, z.M9, st.DJ FROM d1800 st LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
-              "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
         if (only) {
             std::vector<std::string> keys;
-            for (const auto& entry : wanted) keys.push_back(entry.first);
+            for (const auto& k : styleKeys)
+                if (!k.null && std::find(keys.begin(), keys.end(), k.text) == keys.end()) keys.push_back(k.text);
             sql += " WHERE 1 = 1" + skuFilter("st.K_ID", keys, binds);
         }
+        TextMap<std::uint32_t> styleAt;  // d1800 key → its style, and the answers for other keys
         {
             Statement st(db_, sql);
             bindAll(st, binds);
             while (st.step()) {
-                auto found = wanted.find(st.view(0));
-                if (found == wanted.end() || found->second != 0) continue;  // not needed, or seen
-                found->second = static_cast<std::uint32_t>(styles_.size());
+                if (!styleAt.try_emplace(st.text(0), static_cast<std::uint32_t>(styles_.size())).second) continue;
                 Style& style = styles_.emplace_back();
                 style.name = st.text(1);
                 style.brand = st.text(2);
                 style.category = st.text(3);
                 style.categoryName = st.text(4);
-                for (int i = 0; i < kSizes; ++i) {
-                    std::string size = st.text(5 + i);
-                    style.sizeNames[static_cast<std::size_t>(i)] = size.empty() ? std::string(kPositions[static_cast<std::size_t>(i)]) : std::move(size);
+                for (std::size_t i = 0; i < kSizes; ++i) {
+                    std::string size = st.text(5 + static_cast<int>(i));
+                    style.sizeNames[i] = size.empty() ? std::string(kPositions[i]) : std::move(size);
                 }
                 style.cost = st.real(15);
             }
         }
+        std::optional<Statement> styleOf;
         for (std::size_t i = 0; i < skus_.size(); ++i) {
-            if (styleKeys[i].empty()) continue;
-            auto found = wanted.find(styleKeys[i]);
-            skus_[i].info = found == wanted.end() ? 0 : found->second;
+            const StyleKey& key = styleKeys[i];
+            if (key.null) continue;
+            auto found = styleAt.find(key.text);
+            if (found == styleAt.end()) {
+                std::uint32_t at = 0;
+                if (!key.exact) {
+                    if (!styleOf) styleOf.emplace(db_, "SELECT K_ID FROM d1800 WHERE K_ID = ?1");
+                    styleOf->reset();
+                    styleOf->bind(1, key.text);
+                    if (styleOf->step()) {
+                        auto same = styleAt.find(styleOf->view(0));
+                        if (same != styleAt.end()) at = same->second;
+                    }
+                }
+                found = styleAt.try_emplace(key.text, at).first;
+            }
+            skus_[i].info = found->second;
         }
         tally_.assign(skus_.size(), Tally{});
         if (a_.detail) lines_.assign(skus_.size(), {});
@@ -260,12 +362,17 @@ private:
 
     // The tally of an SKU by its text (a bare SKU for one the stream names but d1801 lacks).
     std::uint32_t skuIndex(std::string_view wl) {
-        auto found = index_.find(wl);
-        if (found != index_.end()) return found->second;
+        // rows read in key order (stock rows, snapshot rows) name the same SKU several times running
+        if (last_ < skus_.size() && skus_[last_].wl == wl) return last_;
+        std::uint32_t found = index_.find(wl, skuKey());
+        if (found == TextIndex::npos) found = addSku(wl);
+        return last_ = found;
+    }
+    std::uint32_t addSku(std::string_view wl) {
         const auto at = static_cast<std::uint32_t>(skus_.size());
         Sku& s = skus_.emplace_back();
         s.wl = std::string(wl);
-        index_.emplace(s.wl, at);
+        index_.add(at, skuKey());
         tally_.emplace_back();
         if (a_.detail) lines_.emplace_back();
         return at;
@@ -325,53 +432,6 @@ private:
         while (st.step()) addOpening(st);
     }
 
-    // The movement stream, read straight from the document tables by the posting rules (the
-    // rules V_QX_MOVES is made of): each line once, a loss/gain or point-of-sale line split here
-    // into the sizes moving in and those moving out.
-    void readMovements(const std::optional<std::vector<std::string>>& only) {
-        long long order = 0;
-        for (const auto& rule : posting::rules()) {
-            std::vector<std::string> binds;
-            const std::string wh = std::string(rule.warehouseOnHead ? "h." : "l.") + rule.warehouse;
-            const std::string date = std::string("h.") + rule.dateColumn;
-            // columns: SKU, date, the ten quantities, then (detail only) number and warehouse
-            std::string sql = "SELECT l.WL_ID, " + date + sizeColumns((std::string("l.") + rule.quantity).c_str());
-            if (a_.detail) sql += ", l.NOID, " + wh;
-            sql += std::string(" FROM ") + rule.lineTable + " l JOIN " + rule.headTable + " h ON h.NOID = l.NOID WHERE " +
-                   (rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : std::string("1 = 1"));
-            if (!a_.to.empty()) {
-                binds.push_back(a_.to);
-                sql += " AND " + date + " < ?" + std::to_string(binds.size());
-            }
-            if (!snapshot_.empty()) {  // what lies before the snapshot is in it
-                binds.push_back(snapshot_);
-                sql += " AND " + date + " >= ?" + std::to_string(binds.size());
-            }
-            sql += warehouseFilter(a_, wh, binds);
-            if (only) sql += skuFilter("l.WL_ID", *only, binds);
-            Statement st(db_, sql);
-            bindAll(st, binds);
-            const Kind in{rule.in.mytype, rule.in.typeName, +1, slotOf(kReceiptColumns, rule.in.mytype)};
-            const Kind out{rule.out.mytype, rule.out.typeName, -1, slotOf(kIssueColumns, rule.out.mytype)};
-            while (st.step()) {
-                Sizes q{};
-                for (int i = 0; i < kSizes; ++i) q[static_cast<std::size_t>(i)] = static_cast<std::int32_t>(rule.sign * st.integer(2 + i));
-                if (!rule.perSizeKind) {
-                    movement(st, q, rule.sign > 0 ? in : out, order);
-                    continue;
-                }
-                Sizes inSizes{}, outSizes{};
-                bool anyIn = false, anyOut = false;
-                for (std::size_t i = 0; i < kSizes; ++i) {
-                    if (q[i] > 0) inSizes[i] = q[i], anyIn = true;
-                    if (q[i] < 0) outSizes[i] = q[i], anyOut = true;
-                }
-                if (anyIn) movement(st, inSizes, in, order);
-                if (anyOut) movement(st, outSizes, out, order);
-            }
-        }
-    }
-
     // A movement kind as the tally keeps it: its mytype and name, direction and slot.
     struct Kind {
         int mytype;
@@ -380,12 +440,143 @@ private:
         int slot;
     };
 
-    // One movement of the stream: signed quantities q of a kind.
-    void movement(const Statement& st, const Sizes& q, const Kind& kind, long long& order) {
-        const std::uint32_t at = skuIndex(st.view(0));
+    // The movement stream, read straight from the document tables by the posting rules (the
+    // rules V_QX_MOVES is made of): each line once, a loss/gain or point-of-sale line split here
+    // into the sizes moving in and those moving out.
+    void readMovements(const std::optional<std::vector<std::string>>& only) {
+        long long order = 0;
+        for (const auto& rule : posting::rules()) {
+            const Kind in{rule.in.mytype, rule.in.typeName, +1, slotOf(kReceiptColumns, rule.in.mytype)};
+            const Kind out{rule.out.mytype, rule.out.typeName, -1, slotOf(kIssueColumns, rule.out.mytype)};
+            // A summary from the first movement reads every line: the lines in one pass, their
+            // heads from memory. Otherwise the heads' date indexes (or the lines' SKU index) pick
+            // the lines to read.
+            if (!a_.detail && snapshot_.empty() && !only) readEveryLine(rule, in, out);
+            else readLinesOfHeads(rule, in, out, only, order);
+        }
+    }
+
+    // The columns a rule's quantities, warehouse and date come from.
+    static std::string warehouseColumn(const posting::PostingRule& rule) {
+        return std::string(rule.warehouseOnHead ? "h." : "l.") + rule.warehouse;
+    }
+
+    // One line of the stream: the SKU in column `sku`, the quantities in the ten from `first`,
+    // split by kind.
+    void line(const Statement& st, int sku, int first, const posting::PostingRule& rule, const Kind& in, const Kind& out,
+              bool opening, long long& order) {
+        Sizes q{};
+        for (int i = 0; i < kSizes; ++i) q[static_cast<std::size_t>(i)] = static_cast<std::int32_t>(rule.sign * st.integer(first + i));
+        if (!rule.perSizeKind) {
+            movement(st, sku, q, rule.sign > 0 ? in : out, opening, order);
+            return;
+        }
+        Sizes inSizes{}, outSizes{};
+        bool anyIn = false, anyOut = false;
+        for (std::size_t i = 0; i < kSizes; ++i) {
+            if (q[i] > 0) inSizes[i] = q[i], anyIn = true;
+            if (q[i] < 0) outSizes[i] = q[i], anyOut = true;
+        }
+        if (anyIn) movement(st, sku, inSizes, in, opening, order);
+        if (anyOut) movement(st, sku, outSizes, out, opening, order);
+    }
+
+    void readLinesOfHeads(const posting::PostingRule& rule, const Kind& in, const Kind& out,
+                          const std::optional<std::vector<std::string>>& only, long long& order) {
+        std::vector<std::string> binds;
+        const std::string wh = warehouseColumn(rule);
+        const std::string date = std::string("h.") + rule.dateColumn;
+        // columns: SKU, date, the ten quantities, then (detail only) number and warehouse
+        std::string sql = "SELECT l.WL_ID, " + date + sizeColumns((std::string("l.") + rule.quantity).c_str());
+        if (a_.detail) sql += ", l.NOID, " + wh;
+        sql += std::string(" FROM ") + rule.lineTable + " l JOIN " + rule.headTable + " h ON h.NOID = l.NOID WHERE " +
+               (rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : std::string("1 = 1"));
+        if (!a_.to.empty()) {
+            binds.push_back(a_.to);
+            sql += " AND " + date + " < ?" + std::to_string(binds.size());
+        }
+        if (!snapshot_.empty()) {  // what lies before the snapshot is in it
+            binds.push_back(snapshot_);
+            sql += " AND " + date + " >= ?" + std::to_string(binds.size());
+        }
+        sql += warehouseFilter(a_, wh, binds);
+        if (only) sql += skuFilter("l.WL_ID", *only, binds);
+        Statement st(db_, sql);
+        bindAll(st, binds);
+        while (st.step()) line(st, 0, 2, rule, in, out, isOpening(st.view(1)), order);
+    }
+
+    bool isOpening(std::string_view date) const { return !a_.from.empty() && date < std::string_view(a_.from); }
+
+    // Every line of a rule in one pass over its table, each matched to its head by the head's
+    // number held in memory (what the head says: not counted, opening, or in the range). A line
+    // whose number matches no head byte for byte asks the database once, whose collation
+    // decides as the join would.
+    void readEveryLine(const posting::PostingRule& rule, const Kind& in, const Kind& out) {
+        enum : std::uint8_t { kIgnored, kOpening, kInRange };
+        std::vector<std::string> noids;
+        std::vector<std::uint8_t> states;
+        TextIndex heads;
+        const auto noidKey = [&noids](std::uint32_t i) -> const std::string& { return noids[i]; };
+        // counted: effective, before the end, in the warehouses asked for
+        std::vector<std::string> binds;
+        std::string counted = "CASE WHEN " + (rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : std::string("1 = 1"));
+        if (!a_.to.empty()) {
+            binds.push_back(a_.to);
+            counted += std::string(" AND h.") + rule.dateColumn + " < ?" + std::to_string(binds.size());
+        }
+        if (rule.warehouseOnHead) counted += warehouseFilter(a_, warehouseColumn(rule), binds);
+        counted += " THEN 1 ELSE 0 END";
+        const std::string headColumns = counted + ", h." + rule.dateColumn + " FROM " + rule.headTable + " h";
+        const auto stateOf = [&](const Statement& h, int first) -> std::uint8_t {  // from columns first, first + 1
+            if (h.integer(first) == 0) return kIgnored;
+            return isOpening(h.view(first + 1)) ? kOpening : kInRange;
+        };
+        {
+            Statement h(db_, "SELECT h.NOID, " + headColumns);
+            bindAll(h, binds);
+            while (h.step()) {
+                if (heads.find(h.view(0), noidKey) != TextIndex::npos) continue;
+                noids.push_back(h.text(0));
+                states.push_back(stateOf(h, 1));
+                heads.add(static_cast<std::uint32_t>(noids.size() - 1), noidKey);
+            }
+        }
+        std::optional<Statement> headOf;  // a number the bytes did not find
+        std::vector<std::string> lineBinds;
+        std::string sql = "SELECT l.NOID, l.WL_ID" + sizeColumns((std::string("l.") + rule.quantity).c_str()) + " FROM " +
+                          rule.lineTable + " l WHERE 1 = 1";
+        if (!rule.warehouseOnHead) sql += warehouseFilter(a_, warehouseColumn(rule), lineBinds);
+        Statement st(db_, sql);
+        bindAll(st, lineBinds);
+        long long order = 0;
+        while (st.step()) {
+            if (st.isNull(0)) continue;
+            std::uint32_t head = heads.find(st.view(0), noidKey);
+            if (head == TextIndex::npos) {
+                if (!headOf) {
+                    headOf.emplace(db_, "SELECT " + headColumns + " WHERE h.NOID = ?" + std::to_string(binds.size() + 1));
+                }
+                headOf->reset();
+                bindAll(*headOf, binds);
+                const std::string noid = st.text(0);
+                headOf->bind(static_cast<int>(binds.size() + 1), noid);
+                noids.push_back(noid);
+                states.push_back(headOf->step() ? stateOf(*headOf, 0) : std::uint8_t{kIgnored});
+                head = static_cast<std::uint32_t>(noids.size() - 1);
+                heads.add(head, noidKey);
+            }
+            if (states[head] == kIgnored) continue;
+            line(st, 1, 2, rule, in, out, states[head] == kOpening, order);
+        }
+    }
+
+    // One movement of the stream: signed quantities q of a kind, counted in the opening or in
+    // the range.
+    void movement(const Statement& st, int sku, const Sizes& q, const Kind& kind, bool opening, long long& order) {
+        const std::uint32_t at = skuIndex(st.view(sku));
         Tally& t = tally_[at];
-        const std::string_view date = st.view(1);
-        if (!a_.from.empty() && date < std::string_view(a_.from)) {
+        if (opening) {
             for (std::size_t i = 0; i < kSizes; ++i) t.opening[i] += q[i];
             return;
         }
@@ -397,8 +588,8 @@ private:
         }
         t.moved = true;
         if (!a_.detail) return;
-        Movement m;
-        m.date = std::string(date);
+        Movement m;  // the detail's statement: SKU, date, quantities, number, warehouse
+        m.date = st.text(1);
         m.noid = st.text(12);
         m.warehouse = st.text(13);
         m.mytype = kind.mytype;
@@ -674,7 +865,9 @@ private:
     std::string snapshot_;  // the closing snapshot the opening starts from ("" for none)
     std::vector<Style> styles_;
     std::vector<Sku> skus_;
-    TextMap<std::uint32_t> index_;  // SKU text → its index in skus_, tally_ and lines_
+    TextIndex index_;  // SKU text → its index in skus_, tally_ and lines_
+    std::uint32_t last_ = TextIndex::npos;  // the SKU found last
+    SkuKey skuKey() const { return {&skus_}; }
     std::vector<Tally> tally_;
     std::vector<std::vector<Movement>> lines_;  // detail only
 };
