@@ -682,7 +682,7 @@ private:
                         std::string_view colour, std::string_view size, Value mIndex, const Sums& r) {
             std::vector<Value> v;
             v.reserve(out.columns.size());
-            for (std::string_view text : {wl, style, name, brand, colour, size}) v.emplace_back(std::string(text));
+            for (std::string_view text : {wl, style, name, brand, colour, size}) v.emplace_back(std::in_place_type<std::string>, text);
             v.push_back(std::move(mIndex));
             v.emplace_back(std::int64_t(r.opening));
             const long long in = r.totalIn(), outq = r.totalOut();
