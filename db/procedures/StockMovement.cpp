@@ -395,16 +395,22 @@ private:
         for (int i = 0; i < kSizes; ++i) t.opening[static_cast<std::size_t>(i)] += static_cast<std::int32_t>(st.integer(1 + i));
     }
 
-    // The opening quantities B0..B9 of the stock rows in scope (rows of zeros add nothing).
+    // The stock rows with an opening quantity (most have none: rows of zeros add nothing).
+    static std::string withOpeningQuantity() {
+        std::string sql = "(";
+        for (int i = 0; i < kSizes; ++i) sql += (i ? " OR k.B" : "k.B") + std::to_string(i) + " <> 0";
+        return sql + ")";
+    }
+
+    // The opening quantities B0..B9 of the stock rows in scope.
     void readOpeningStock(const std::optional<std::vector<std::string>>& only) {
         std::vector<std::string> binds;
-        std::string sql = "SELECT k.WL_ID" + sizeColumns("k.B") + " FROM d1802 k WHERE 1 = 1";
+        std::string sql = "SELECT k.WL_ID" + sizeColumns("k.B") + " FROM d1802 k WHERE " + withOpeningQuantity();
         sql += warehouseFilter(a_, "k.CK_ID", binds);
         if (only) sql += skuFilter("k.WL_ID", *only, binds);
         Statement st(db_, sql);
         bindAll(st, binds);
-        while (st.step())
-            if (anySize(st, 1)) addOpening(st);
+        while (st.step()) addOpening(st);
     }
 
     // The stock at the snapshot's date: its rows in scope, read in one pass, plus the opening
@@ -422,9 +428,8 @@ private:
                 if (anySize(st, 1)) addOpening(st);
         }
         std::vector<std::string> binds{snapshot_};
-        std::string sql = "SELECT k.WL_ID" + sizeColumns("k.B") + " FROM d1802 k WHERE (";
-        for (int i = 0; i < kSizes; ++i) sql += (i ? " OR k.B" : "k.B") + std::to_string(i) + " <> 0";
-        sql += ") AND NOT EXISTS (SELECT 1 FROM sys_ck_snapshot s WHERE s.PERIOD = ?1 AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID)";
+        std::string sql = "SELECT k.WL_ID" + sizeColumns("k.B") + " FROM d1802 k WHERE " + withOpeningQuantity() +
+                          " AND NOT EXISTS (SELECT 1 FROM sys_ck_snapshot s WHERE s.PERIOD = ?1 AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID)";
         sql += warehouseFilter(a_, "k.CK_ID", binds);
         if (only) sql += skuFilter("k.WL_ID", *only, binds);
         Statement st(db_, sql);
