@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstdint>
 #include <map>
 #include <numeric>
 #include <optional>
@@ -33,8 +34,7 @@ struct KindColumn {
 };
 constexpr std::array<KindColumn, 5> kReceiptColumns{{{3, "IN3"}, {7, "IN7"}, {4, "IN4"}, {5, "IN5"}, {6, "IN6"}}};
 constexpr std::array<KindColumn, 5> kIssueColumns{{{2, "OU2"}, {10, "OU10"}, {4, "OU4"}, {5, "OU5"}, {6, "OU6"}}};
-constexpr int kKindSlots = 11;
-constexpr std::array<const char*, kSizes> kPositions{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};  // mytype 0..10; others count in the totals only
+constexpr std::array<const char*, kSizes> kPositions{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
 
 struct Arguments {
     bool detail = false;
@@ -73,11 +73,18 @@ Arguments readArguments(const tsql::ProcedureCall& call) {
     return a;
 }
 
-// What the procedure knows of one SKU.
-struct Sku {
-    std::string wl, style, colour, colourName, name, brand, unit, category, categoryName;
-    std::array<std::string, kSizes> sizeNames;
+// What the procedure knows of one style (the d1800 row with its brand, category and size group).
+struct Style {
+    std::string name, brand, category, categoryName;
+    std::array<std::string, kSizes> sizeNames;  // as shown: the size group's name, else the position
     double cost = 0;
+};
+
+// One SKU: its text, its style as d1801 names it, its colour's name and what is known of the style
+// (index into the styles; 0 = nothing, for a style d1800 lacks or an SKU d1801 lacks).
+struct Sku {
+    std::string wl, style, colourName;
+    std::uint32_t info = 0;
 };
 
 struct Movement {
@@ -89,14 +96,22 @@ struct Movement {
     long long order = 0;
 };
 
+// The receipt and issue slots of a tally: the five kinds with a column, then every other kind
+// (counted in the totals only).
+constexpr int kSlots = 6;
+constexpr int kOtherSlot = 5;
+int slotOf(const std::array<KindColumn, 5>& columns, int mytype) {
+    for (int s = 0; s < 5; ++s)
+        if (columns[static_cast<std::size_t>(s)].mytype == mytype) return s;
+    return kOtherSlot;
+}
+
 // Per SKU: opening before the range and receipts/issues per kind inside it, each per size.
 struct Tally {
     Sizes opening{};
-    std::array<Sizes, kKindSlots> in{}, out{};
-    Sizes otherIn{}, otherOut{};
-    bool moved = false;
-    std::array<bool, kSizes> movedSize{};
-    std::vector<Movement> lines;  // detail only
+    std::array<Sizes, kSlots> in{}, out{};
+    std::uint16_t movedSizes = 0;  // bit i: a non-zero movement of size i in the range
+    bool moved = false;            // any movement line in the range
 };
 
 // The warehouse filter for a column, with its bound values appended to `binds`.
@@ -138,35 +153,60 @@ std::string skuFilter(const Dialect& d, const std::string& column, const std::ve
     return sql + ")";
 }
 
-std::unordered_map<std::string, Sku> loadSkus(ProcedureSession& db, const std::optional<std::vector<std::string>>& only) {
-    std::string sql =
-        "SELECT s.WL_ID, s.K_ID, s.COL_ID, c.COL_NAME, st.WL_NAME, p.PP_NAME, st.DW_NAME, st.CLASS_ID, cl.CLASS_NAME, "
-        "z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, z.M8, z.M9, st.DJ "
-        "FROM d1801 s LEFT JOIN d1800 st ON st.K_ID = s.K_ID LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID "
-        "LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
-        "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
-    std::vector<std::string> binds;
-    if (only) sql += " WHERE 1 = 1" + skuFilter(db.dialect(), "s.WL_ID", *only, binds);
-    Statement st(db, sql);
-    for (std::size_t i = 0; i < binds.size(); ++i) st.bind(static_cast<int>(i + 1), binds[i]);
-    std::unordered_map<std::string, Sku> out;
-    while (st.step()) {
-        Sku s;
-        s.wl = st.text(0);
-        s.style = st.text(1);
-        s.colour = st.text(2);
-        s.colourName = st.text(3);
-        s.name = st.text(4);
-        s.brand = st.text(5);
-        s.unit = st.text(6);
-        s.category = st.text(7);
-        s.categoryName = st.text(8);
-        for (int i = 0; i < kSizes; ++i) s.sizeNames[i] = st.text(9 + i);
-        s.cost = st.real(19);
-        out.emplace(s.wl, std::move(s));
+// Text → its position in a list (SKUs, document numbers), by open addressing: one probe into a
+// flat array and one comparison for the lookups every movement line makes. `keyOf(i)` gives the
+// text at position i.
+class TextIndex {
+public:
+    static constexpr std::uint32_t npos = UINT32_MAX;
+
+    template <class KeyOf>
+    std::uint32_t find(std::string_view text, const KeyOf& keyOf) const {
+        if (slots_.empty()) return npos;
+        const std::uint64_t h = std::hash<std::string_view>{}(text);
+        const std::uint64_t tag = h >> 32;
+        for (std::size_t at = h & mask_;; at = (at + 1) & mask_) {
+            const std::uint64_t slot = slots_[at];
+            if (slot == 0) return npos;
+            const auto index = static_cast<std::uint32_t>(slot) - 1;
+            if ((slot >> 32) == tag && std::string_view(keyOf(index)) == text) return index;
+        }
     }
-    return out;
-}
+    // Adds the text at position `index` (not yet present).
+    template <class KeyOf>
+    void add(std::uint32_t index, const KeyOf& keyOf) {
+        if ((count_ + 1) * 2 > slots_.size()) grow(keyOf);
+        place(index, keyOf);
+        ++count_;
+    }
+
+private:
+    template <class KeyOf>
+    void place(std::uint32_t index, const KeyOf& keyOf) {
+        const std::uint64_t h = std::hash<std::string_view>{}(std::string_view(keyOf(index)));
+        std::size_t at = h & mask_;
+        while (slots_[at] != 0) at = (at + 1) & mask_;
+        slots_[at] = ((h >> 32) << 32) | (std::uint64_t{index} + 1);
+    }
+    template <class KeyOf>
+    void grow(const KeyOf& keyOf) {
+        std::vector<std::uint64_t> old = std::move(slots_);
+        slots_.assign(std::max<std::size_t>(64, old.size() * 2), 0);
+        mask_ = slots_.size() - 1;
+        for (const std::uint64_t slot : old)
+            if (slot != 0) place(static_cast<std::uint32_t>(slot) - 1, keyOf);
+    }
+
+    std::vector<std::uint64_t> slots_;  // 0 = empty, else the hash's high half and position + 1
+    std::size_t mask_ = 0;
+    std::size_t count_ = 0;
+};
+
+// The text of the SKU at a position, for the SKU index.
+struct SkuKey {
+    const std::vector<Sku>* skus;
+    const std::string& operator()(std::uint32_t i) const { return (*skus)[i].wl; }
+};
 
 // The SKUs an article text names: an SKU, a style's SKUs, or the SKU of a barcode.
 std::vector<std::string> articleSkus(ProcedureSession& db, const std::string& article) {
@@ -197,8 +237,9 @@ public:
         if (!a_.from.empty()) snapshot_ = latestSnapshotInTransaction(db_, a_.from).substr(0, 10);
         std::optional<std::vector<std::string>> only;
         if (!a_.article.empty()) only = articleSkus(db_, a_.article);
-        skus_ = loadSkus(db_, only);
-        readOpeningStock(only);
+        loadSkus(only);
+        if (snapshot_.empty()) readOpeningStock(only);
+        else readSnapshot(only);
         readMovements(only);
         return a_.detail ? detailRows() : summaryRows();
     }
@@ -208,30 +249,200 @@ private:
         for (std::size_t i = 0; i < binds.size(); ++i) st.bind(static_cast<int>(i + 1), binds[i]);
     }
 
+    // The SKUs (all, or those the article names) and their styles. All SKUs: d1801 in one plain
+    // pass, its style and colour matched by their key texts against d1800 and d1005 read whole
+    // (a key with no byte-equal entry is asked of the database, whose collation decides as the
+    // join would). The SKUs of one article: one join, then only their styles.
+    void loadSkus(const std::optional<std::vector<std::string>>& only) {
+        styles_.assign(1, Style{});  // 0: nothing known
+        for (std::size_t i = 0; i < kSizes; ++i) styles_[0].sizeNames[i] = kPositions[i];
+        struct StyleKey {
+            std::string text;
+            bool null = true;
+            bool exact = false;  // the d1800 key itself (found by the join)
+        };
+        std::vector<StyleKey> styleKeys;  // per SKU
+        std::vector<std::string> binds;
+        if (only) {
+            Statement st(db_,
+                         "SELECT s.WL_ID, s.K_ID, c.COL_NAME, st.K_ID FROM d1801 s LEFT JOIN d1800 st ON st.K_ID = s.K_ID "
+                         "LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID WHERE 1 = 1" + skuFilter(db_.dialect(), "s.WL_ID", *only, binds));
+            bindAll(st, binds);
+            while (st.step()) {
+                if (index_.find(st.view(0), skuKey()) != TextIndex::npos) continue;  // one row per SKU
+                Sku& s = skus_.emplace_back();
+                s.wl = st.text(0);
+                s.style = st.text(1);
+                s.colourName = st.text(2);
+                styleKeys.push_back({st.text(3), st.isNull(3), true});
+                index_.add(static_cast<std::uint32_t>(skus_.size() - 1), skuKey());
+            }
+        } else {
+            TextMap<std::string> colours;  // COL_ID → COL_NAME, and the answers for other keys
+            {
+                Statement st(db_, "SELECT COL_ID, COL_NAME FROM d1005");
+                while (st.step()) colours.try_emplace(st.text(0), st.text(1));
+            }
+            std::optional<Statement> colourOf;
+            Statement st(db_, "SELECT WL_ID, K_ID, COL_ID FROM d1801");
+            while (st.step()) {
+                if (index_.find(st.view(0), skuKey()) != TextIndex::npos) continue;
+                Sku& s = skus_.emplace_back();
+                s.wl = st.text(0);
+                s.style = st.text(1);
+                styleKeys.push_back({s.style, st.isNull(1), false});
+                if (!st.isNull(2)) {
+                    auto found = colours.find(st.view(2));
+                    if (found == colours.end()) {
+                        if (!colourOf) colourOf.emplace(db_, "SELECT COL_NAME FROM d1005 WHERE COL_ID = ?1");
+                        colourOf->reset();
+                        const std::string key = st.text(2);
+                        colourOf->bind(1, key);
+                        found = colours.try_emplace(key, colourOf->step() ? colourOf->text(0) : std::string()).first;
+                    }
+                    s.colourName = found->second;
+                }
+                index_.add(static_cast<std::uint32_t>(skus_.size() - 1), skuKey());
+            }
+        }
+
+        std::string sql =
+            "SELECT st.K_ID, st.WL_NAME, p.PP_NAME, st.CLASS_ID, cl.CLASS_NAME, z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, "
+            "z.M8, z.M9, st.DJ FROM d1800 st LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
+            "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
+        binds.clear();
+        if (only) {
+            std::vector<std::string> keys;
+            for (const auto& k : styleKeys)
+                if (!k.null && std::find(keys.begin(), keys.end(), k.text) == keys.end()) keys.push_back(k.text);
+            sql += " WHERE 1 = 1" + skuFilter(db_.dialect(), "st.K_ID", keys, binds);
+        }
+        TextMap<std::uint32_t> styleAt;  // d1800 key → its style, and the answers for other keys
+        {
+            Statement st(db_, sql);
+            bindAll(st, binds);
+            while (st.step()) {
+                if (!styleAt.try_emplace(st.text(0), static_cast<std::uint32_t>(styles_.size())).second) continue;
+                Style& style = styles_.emplace_back();
+                style.name = st.text(1);
+                style.brand = st.text(2);
+                style.category = st.text(3);
+                style.categoryName = st.text(4);
+                for (std::size_t i = 0; i < kSizes; ++i) {
+                    std::string size = st.text(5 + static_cast<int>(i));
+                    style.sizeNames[i] = size.empty() ? std::string(kPositions[i]) : std::move(size);
+                }
+                style.cost = st.real(15);
+            }
+        }
+        std::optional<Statement> styleOf;
+        for (std::size_t i = 0; i < skus_.size(); ++i) {
+            const StyleKey& key = styleKeys[i];
+            if (key.null) continue;
+            auto found = styleAt.find(key.text);
+            if (found == styleAt.end()) {
+                std::uint32_t at = 0;
+                if (!key.exact) {
+                    if (!styleOf) styleOf.emplace(db_, "SELECT K_ID FROM d1800 WHERE K_ID = ?1");
+                    styleOf->reset();
+                    styleOf->bind(1, key.text);
+                    if (styleOf->step()) {
+                        auto same = styleAt.find(styleOf->view(0));
+                        if (same != styleAt.end()) at = same->second;
+                    }
+                }
+                found = styleAt.try_emplace(key.text, at).first;
+            }
+            skus_[i].info = found->second;
+        }
+        tally_.assign(skus_.size(), Tally{});
+        if (a_.detail) lines_.assign(skus_.size(), {});
+    }
+
+    // The tally of an SKU by its text (a bare SKU for one the stream names but d1801 lacks).
+    std::uint32_t skuIndex(std::string_view wl) {
+        // rows read in key order (stock rows, snapshot rows) name the same SKU several times running
+        if (last_ < skus_.size() && skus_[last_].wl == wl) return last_;
+        std::uint32_t found = index_.find(wl, skuKey());
+        if (found == TextIndex::npos) found = addSku(wl);
+        return last_ = found;
+    }
+    std::uint32_t addSku(std::string_view wl) {
+        const auto at = static_cast<std::uint32_t>(skus_.size());
+        Sku& s = skus_.emplace_back();
+        s.wl = std::string(wl);
+        index_.add(at, skuKey());
+        tally_.emplace_back();
+        if (a_.detail) lines_.emplace_back();
+        return at;
+    }
+
+    static std::string sizeColumns(const char* prefix) {
+        std::string sql;
+        for (int i = 0; i < kSizes; ++i) sql += std::string(", ") + prefix + std::to_string(i);
+        return sql;
+    }
+
+    static bool anySize(const Statement& st, int first) {
+        for (int i = 0; i < kSizes; ++i)
+            if (st.integer(first + i) != 0) return true;
+        return false;
+    }
+
+    void addOpening(const Statement& st) {
+        auto& t = tally_[skuIndex(st.view(0))];
+        for (int i = 0; i < kSizes; ++i) t.opening[static_cast<std::size_t>(i)] += static_cast<std::int32_t>(st.integer(1 + i));
+    }
+
+    // The stock rows with an opening quantity (most have none: rows of zeros add nothing).
+    static std::string withOpeningQuantity() {
+        std::string sql = "(";
+        for (int i = 0; i < kSizes; ++i) sql += (i ? " OR k.B" : "k.B") + std::to_string(i) + " <> 0";
+        return sql + ")";
+    }
+
+    // The opening quantities B0..B9 of the stock rows in scope.
     void readOpeningStock(const std::optional<std::vector<std::string>>& only) {
         std::vector<std::string> binds;
-        std::string sql = "SELECT k.WL_ID";
-        if (snapshot_.empty()) {
-            for (int i = 0; i < kSizes; ++i) sql += ", k.B" + std::to_string(i);
-            sql += " FROM d1802 k WHERE 1 = 1";
-        } else {
-            // a stock row the snapshot lacks (made after the close) starts from its opening quantities
-            for (int i = 0; i < kSizes; ++i) {
-                const std::string n = std::to_string(i);
-                sql += ", CASE WHEN s.WL_ID IS NULL THEN k.B" + n + " ELSE s.K" + n + " END";
-            }
-            binds.push_back(snapshot_);
-            sql += " FROM d1802 k LEFT JOIN sys_ck_snapshot s ON s.PERIOD = ?1 AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID WHERE 1 = 1";
-        }
+        std::string sql = "SELECT k.WL_ID" + sizeColumns("k.B") + " FROM d1802 k WHERE " + withOpeningQuantity();
         sql += warehouseFilter(a_, "k.CK_ID", binds);
         if (only) sql += skuFilter(db_.dialect(), "k.WL_ID", *only, binds);
         Statement st(db_, sql);
         bindAll(st, binds);
-        while (st.step()) {
-            auto& t = tally(st.view(0));
-            for (int i = 0; i < kSizes; ++i) t.opening[i] += st.integer(1 + i);
-        }
+        while (st.step()) addOpening(st);
     }
+
+    // The stock at the snapshot's date: its rows in scope, read in one pass, plus the opening
+    // quantities of stock rows the snapshot lacks (made after the close; only rows with an
+    // opening quantity can add anything).
+    void readSnapshot(const std::optional<std::vector<std::string>>& only) {
+        {
+            std::vector<std::string> binds{snapshot_};
+            std::string sql = "SELECT s.WL_ID" + sizeColumns("s.K") + " FROM sys_ck_snapshot s WHERE s.PERIOD = ?1";
+            sql += warehouseFilter(a_, "s.CK_ID", binds);
+            if (only) sql += skuFilter(db_.dialect(), "s.WL_ID", *only, binds);
+            Statement st(db_, sql);
+            bindAll(st, binds);
+            while (st.step())
+                if (anySize(st, 1)) addOpening(st);
+        }
+        std::vector<std::string> binds{snapshot_};
+        std::string sql = "SELECT k.WL_ID" + sizeColumns("k.B") + " FROM d1802 k WHERE " + withOpeningQuantity() +
+                          " AND NOT EXISTS (SELECT 1 FROM sys_ck_snapshot s WHERE s.PERIOD = ?1 AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID)";
+        sql += warehouseFilter(a_, "k.CK_ID", binds);
+        if (only) sql += skuFilter(db_.dialect(), "k.WL_ID", *only, binds);
+        Statement st(db_, sql);
+        bindAll(st, binds);
+        while (st.step()) addOpening(st);
+    }
+
+    // A movement kind as the tally keeps it: its mytype and name, direction and slot.
+    struct Kind {
+        int mytype;
+        const char* typeName;
+        int dir;
+        int slot;
+    };
 
     // The movement stream, read straight from the document tables by the posting rules (the
     // rules V_QX_MOVES is made of): each line once, a loss/gain or point-of-sale line split here
@@ -239,93 +450,199 @@ private:
     void readMovements(const std::optional<std::vector<std::string>>& only) {
         long long order = 0;
         for (const auto& rule : posting::rules()) {
-            std::vector<std::string> binds;
-            const std::string wh = std::string(rule.warehouseOnHead ? "h." : "l.") + rule.warehouse;
-            const std::string date = std::string("h.") + rule.dateColumn;
-            std::string sql = "SELECT l.WL_ID, " + wh + ", " + date + ", l.NOID";
-            for (int i = 0; i < kSizes; ++i) sql += ", l." + std::string(rule.quantity) + std::to_string(i);
-            sql += std::string(" FROM ") + rule.lineTable + " l JOIN " + rule.headTable + " h ON h.NOID = l.NOID WHERE " +
-                   (rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : std::string("1 = 1"));
-            if (!a_.to.empty()) {
-                binds.push_back(a_.to);
-                sql += " AND " + date + " < ?" + std::to_string(binds.size());
-            }
-            if (!snapshot_.empty()) {  // what lies before the snapshot is in it
-                binds.push_back(snapshot_);
-                sql += " AND " + date + " >= ?" + std::to_string(binds.size());
-            }
-            sql += warehouseFilter(a_, wh, binds);
-            if (only) sql += skuFilter(db_.dialect(), "l.WL_ID", *only, binds);
-            Statement st(db_, sql);
-            bindAll(st, binds);
-            while (st.step()) {
-                Sizes q{};
-                for (int i = 0; i < kSizes; ++i) q[i] = rule.sign * st.integer(4 + i);
-                if (!rule.perSizeKind) {
-                    const auto& kind = rule.sign > 0 ? rule.in : rule.out;
-                    movement(st, q, kind.mytype, kind.typeName, rule.sign, order);
-                    continue;
-                }
-                Sizes in{}, out{};
-                bool anyIn = false, anyOut = false;
-                for (int i = 0; i < kSizes; ++i) {
-                    if (q[i] > 0) in[i] = q[i], anyIn = true;
-                    if (q[i] < 0) out[i] = q[i], anyOut = true;
-                }
-                if (anyIn) movement(st, in, rule.in.mytype, rule.in.typeName, +1, order);
-                if (anyOut) movement(st, out, rule.out.mytype, rule.out.typeName, -1, order);
-            }
+            const Kind in{rule.in.mytype, rule.in.typeName, +1, slotOf(kReceiptColumns, rule.in.mytype)};
+            const Kind out{rule.out.mytype, rule.out.typeName, -1, slotOf(kIssueColumns, rule.out.mytype)};
+            // A summary from the first movement reads every line: the lines in one pass, their
+            // heads from memory. Otherwise the heads' date indexes (or the lines' SKU index) pick
+            // the lines to read.
+            if (!a_.detail && snapshot_.empty() && !only) readEveryLine(rule, in, out);
+            else readLinesOfHeads(rule, in, out, only, order);
         }
     }
 
-    // One movement of the stream: signed quantities q of kind mytype, direction dir.
-    void movement(const Statement& st, const Sizes& q, int mytype, const char* typeName, int dir, long long& order) {
-        auto& t = tally(st.view(0));
-        const std::string_view date = st.view(2);
-        if (!a_.from.empty() && date < std::string_view(a_.from)) {
-            for (int i = 0; i < kSizes; ++i) t.opening[i] += q[i];
+    // The columns a rule's quantities, warehouse and date come from.
+    static std::string warehouseColumn(const posting::PostingRule& rule) {
+        return std::string(rule.warehouseOnHead ? "h." : "l.") + rule.warehouse;
+    }
+
+    // One line of the stream: the SKU in column `sku`, the quantities in the ten from `first`,
+    // split by kind.
+    void line(const Statement& st, int sku, int first, const posting::PostingRule& rule, const Kind& in, const Kind& out,
+              bool opening, long long& order) {
+        Sizes q{};
+        for (int i = 0; i < kSizes; ++i) q[static_cast<std::size_t>(i)] = static_cast<std::int32_t>(rule.sign * st.integer(first + i));
+        if (!rule.perSizeKind) {
+            movement(st, sku, q, rule.sign > 0 ? in : out, opening, order);
             return;
         }
-        Sizes* slot = nullptr;
-        if (mytype >= 0 && mytype < kKindSlots) slot = dir > 0 ? &t.in[mytype] : &t.out[mytype];
-        else slot = dir > 0 ? &t.otherIn : &t.otherOut;
+        Sizes inSizes{}, outSizes{};
+        bool anyIn = false, anyOut = false;
+        for (std::size_t i = 0; i < kSizes; ++i) {
+            if (q[i] > 0) inSizes[i] = q[i], anyIn = true;
+            if (q[i] < 0) outSizes[i] = q[i], anyOut = true;
+        }
+        if (anyIn) movement(st, sku, inSizes, in, opening, order);
+        if (anyOut) movement(st, sku, outSizes, out, opening, order);
+    }
+
+    void readLinesOfHeads(const posting::PostingRule& rule, const Kind& in, const Kind& out,
+                          const std::optional<std::vector<std::string>>& only, long long& order) {
+        std::vector<std::string> binds;
+        const std::string wh = warehouseColumn(rule);
+        const std::string date = std::string("h.") + rule.dateColumn;
+        // columns: SKU, date, the ten quantities, then (detail only) number and warehouse
+        std::string sql = "SELECT l.WL_ID, " + date + sizeColumns((std::string("l.") + rule.quantity).c_str());
+        if (a_.detail) sql += ", l.NOID, " + wh;
+        sql += std::string(" FROM ") + rule.lineTable + " l JOIN " + rule.headTable + " h ON h.NOID = l.NOID WHERE " +
+               (rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : std::string("1 = 1"));
+        if (!a_.to.empty()) {
+            binds.push_back(a_.to);
+            sql += " AND " + date + " < ?" + std::to_string(binds.size());
+        }
+        if (!snapshot_.empty()) {  // what lies before the snapshot is in it
+            binds.push_back(snapshot_);
+            sql += " AND " + date + " >= ?" + std::to_string(binds.size());
+        }
+        sql += warehouseFilter(a_, wh, binds);
+        if (only) sql += skuFilter(db_.dialect(), "l.WL_ID", *only, binds);
+        Statement st(db_, sql);
+        bindAll(st, binds);
+        while (st.step()) line(st, 0, 2, rule, in, out, isOpening(st.view(1)), order);
+    }
+
+    bool isOpening(std::string_view date) const { return !a_.from.empty() && date < std::string_view(a_.from); }
+
+    // Every line of a rule in one pass over its table, each matched to its head by the head's
+    // number held in memory (what the head says: not counted, opening, or in the range). A line
+    // whose number matches no head byte for byte asks the database once, whose collation
+    // decides as the join would.
+    void readEveryLine(const posting::PostingRule& rule, const Kind& in, const Kind& out) {
+        enum : std::uint8_t { kIgnored, kOpening, kInRange };
+        std::vector<std::string> noids;
+        std::vector<std::uint8_t> states;
+        TextIndex heads;
+        const auto noidKey = [&noids](std::uint32_t i) -> const std::string& { return noids[i]; };
+        // counted: effective, before the end, in the warehouses asked for
+        std::vector<std::string> binds;
+        std::string counted = "CASE WHEN " + (rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : std::string("1 = 1"));
+        if (!a_.to.empty()) {
+            binds.push_back(a_.to);
+            counted += std::string(" AND h.") + rule.dateColumn + " < ?" + std::to_string(binds.size());
+        }
+        if (rule.warehouseOnHead) counted += warehouseFilter(a_, warehouseColumn(rule), binds);
+        counted += " THEN 1 ELSE 0 END";
+        const std::string headColumns = counted + ", h." + rule.dateColumn + " FROM " + rule.headTable + " h";
+        const auto stateOf = [&](const Statement& h, int first) -> std::uint8_t {  // from columns first, first + 1
+            if (h.integer(first) == 0) return kIgnored;
+            return isOpening(h.view(first + 1)) ? kOpening : kInRange;
+        };
+        {
+            Statement h(db_, "SELECT h.NOID, " + headColumns);
+            bindAll(h, binds);
+            while (h.step()) {
+                if (heads.find(h.view(0), noidKey) != TextIndex::npos) continue;
+                noids.push_back(h.text(0));
+                states.push_back(stateOf(h, 1));
+                heads.add(static_cast<std::uint32_t>(noids.size() - 1), noidKey);
+            }
+        }
+        std::optional<Statement> headOf;  // a number the bytes did not find
+        std::vector<std::string> lineBinds;
+        std::string sql = "SELECT l.NOID, l.WL_ID" + sizeColumns((std::string("l.") + rule.quantity).c_str()) + " FROM " +
+                          rule.lineTable + " l WHERE 1 = 1";
+        if (!rule.warehouseOnHead) sql += warehouseFilter(a_, warehouseColumn(rule), lineBinds);
+        Statement st(db_, sql);
+        bindAll(st, lineBinds);
+        long long order = 0;
+        while (st.step()) {
+            if (st.isNull(0)) continue;
+            std::uint32_t head = heads.find(st.view(0), noidKey);
+            if (head == TextIndex::npos) {
+                if (!headOf) {
+                    headOf.emplace(db_, "SELECT " + headColumns + " WHERE h.NOID = ?" + std::to_string(binds.size() + 1));
+                }
+                headOf->reset();
+                bindAll(*headOf, binds);
+                const std::string noid = st.text(0);
+                headOf->bind(static_cast<int>(binds.size() + 1), noid);
+                noids.push_back(noid);
+                states.push_back(headOf->step() ? stateOf(*headOf, 0) : std::uint8_t{kIgnored});
+                head = static_cast<std::uint32_t>(noids.size() - 1);
+                heads.add(head, noidKey);
+            }
+            if (states[head] == kIgnored) continue;
+            line(st, 1, 2, rule, in, out, states[head] == kOpening, order);
+        }
+    }
+
+    // One movement of the stream: signed quantities q of a kind, counted in the opening or in
+    // the range.
+    void movement(const Statement& st, int sku, const Sizes& q, const Kind& kind, bool opening, long long& order) {
+        const std::uint32_t at = skuIndex(st.view(sku));
+        Tally& t = tally_[at];
+        if (opening) {
+            for (std::size_t i = 0; i < kSizes; ++i) t.opening[i] += q[i];
+            return;
+        }
+        Sizes& slot = kind.dir > 0 ? t.in[static_cast<std::size_t>(kind.slot)] : t.out[static_cast<std::size_t>(kind.slot)];
         // issues are counted positive in their columns
-        for (int i = 0; i < kSizes; ++i) {
-            (*slot)[i] += dir > 0 ? q[i] : -q[i];
-            if (q[i] != 0) t.movedSize[i] = true;
+        for (std::size_t i = 0; i < kSizes; ++i) {
+            slot[i] += kind.dir > 0 ? q[i] : -q[i];
+            if (q[i] != 0) t.movedSizes = static_cast<std::uint16_t>(t.movedSizes | (1u << i));
         }
         t.moved = true;
         if (!a_.detail) return;
-        Movement m;
-        m.date = std::string(date);
-        m.noid = st.text(3);
-        m.warehouse = st.text(1);
-        m.mytype = mytype;
-        m.typeName = typeName;
-        m.dir = dir;
+        Movement m;  // the detail's statement: SKU, date, quantities, number, warehouse
+        m.date = st.text(1);
+        m.noid = st.text(12);
+        m.warehouse = st.text(13);
+        m.mytype = kind.mytype;
+        m.typeName = kind.typeName;
+        m.dir = kind.dir;
         m.q = q;
         for (long long v : q) m.qty += v;
         m.order = order++;
-        t.lines.push_back(std::move(m));
+        lines_[at].push_back(std::move(m));
     }
 
     // ---- summary ---------------------------------------------------------------------------
 
-    struct Row {
-        // views into the SKU table and the tally, which outlive the rows
-        std::string_view wl, style, name, brand, colour, size;
-        std::optional<long long> mIndex;
+    // The sums of one result row (a size of an SKU, or every size of a group's SKUs).
+    struct Sums {
         long long opening = 0;
-        std::array<long long, kKindSlots> in{}, out{};
-        long long otherIn = 0, otherOut = 0;
-        double cost = 0;  // cost amounts: quantity × the style's cost price
-        double openingMon = 0, inMon = 0, outMon = 0;
+        std::array<long long, kSlots> in{}, out{};
+        double openingMon = 0, inMon = 0, outMon = 0;  // quantity × the style's cost price
         bool moved = false;
+        long long totalIn() const { return std::accumulate(in.begin(), in.end(), 0LL); }
+        long long totalOut() const { return std::accumulate(out.begin(), out.end(), 0LL); }
         bool any() const {
             if (opening) return true;
-            for (int k = 0; k < kKindSlots; ++k)
-                if (in[k] || out[k]) return true;
-            return otherIn || otherOut;
+            for (int k = 0; k < kSlots; ++k)
+                if (in[static_cast<std::size_t>(k)] || out[static_cast<std::size_t>(k)]) return true;
+            return false;
+        }
+        // adds size i of a tally (-1: every size), valued at `cost`
+        void add(const Tally& t, int i, double cost) {
+            auto sum = [i](const Sizes& s) -> long long {
+                if (i >= 0) return s[static_cast<std::size_t>(i)];
+                long long total = 0;
+                for (long long v : s) total += v;
+                return total;
+            };
+            const long long open = sum(t.opening);
+            long long inq = 0, outq = 0;
+            opening += open;
+            for (std::size_t k = 0; k < kSlots; ++k) {
+                const long long kin = sum(t.in[k]), kout = sum(t.out[k]);
+                in[k] += kin;
+                out[k] += kout;
+                inq += kin;
+                outq += kout;
+            }
+            openingMon += open * cost;
+            inMon += inq * cost;
+            outMon += outq * cost;
+            moved = moved || (i >= 0 ? ((t.movedSizes >> i) & 1) != 0 : t.moved);
         }
     };
 
@@ -340,87 +657,16 @@ private:
         out.columns.push_back({"M_INDEX", FieldType::Integer, 0});
     }
 
-    static Sku unknownSku(const std::string& wl) {
-        Sku s;
-        s.wl = wl;
-        return s;
-    }
-
-    // What is known of an SKU (a bare one for an SKU the stream names but d1801 lacks).
-    const Sku& skuOf(const std::string& wl) {
-        auto found = skus_.find(wl);
-        if (found != skus_.end()) return found->second;
-        return skus_.emplace(wl, unknownSku(wl)).first->second;
+    // The SKUs in the byte order of their texts (d1801 usually hands them over in it already).
+    std::vector<std::uint32_t> skusInOrder() const {
+        std::vector<std::uint32_t> order(skus_.size());
+        std::iota(order.begin(), order.end(), std::uint32_t{0});
+        const auto byText = [this](std::uint32_t a, std::uint32_t b) { return skus_[a].wl < skus_[b].wl; };
+        if (!std::is_sorted(order.begin(), order.end(), byText)) std::sort(order.begin(), order.end(), byText);
+        return order;
     }
 
     ResultSet summaryRows() {
-        std::vector<Row> rows;
-        TextMap<std::size_t> groups;  // group key → its row (groupings 1 and 2)
-        rows.reserve(a_.grouping == 0 ? tally_.size() * 4 : 1024);
-        for (auto& entry : tally_) {
-            const auto& wl = entry.first;
-            auto& t = entry.second;  // named, not bound: the lambdas below capture it
-            const Sku& sku = skuOf(wl);
-            auto add = [&](Row& r, int i) {  // i = size position, or -1 for all sizes
-                auto sum = [&](const Sizes& s) -> long long {
-                    if (i >= 0) return s[i];
-                    long long total = 0;
-                    for (long long v : s) total += v;
-                    return total;
-                };
-                const long long open = sum(t.opening);
-                long long in = 0, out = 0;
-                r.opening += open;
-                for (int k = 0; k < kKindSlots; ++k) {
-                    const long long kin = sum(t.in[k]), kout = sum(t.out[k]);
-                    r.in[k] += kin;
-                    r.out[k] += kout;
-                    in += kin;
-                    out += kout;
-                }
-                const long long oin = sum(t.otherIn), oout = sum(t.otherOut);
-                r.otherIn += oin;
-                r.otherOut += oout;
-                in += oin;
-                out += oout;
-                r.openingMon += open * sku.cost;
-                r.inMon += in * sku.cost;
-                r.outMon += out * sku.cost;
-                r.moved = r.moved || (i >= 0 ? t.movedSize[i] : t.moved);
-            };
-            if (a_.grouping == 0) {
-                for (int i = 0; i < kSizes; ++i) {
-                    Row r;
-                    add(r, i);
-                    if (!r.any() && !r.moved) continue;
-                    r.wl = wl;
-                    r.style = sku.style;
-                    r.name = sku.name;
-                    r.brand = sku.brand;
-                    r.colour = sku.colourName;
-                    r.size = sku.sizeNames[i].empty() ? std::string_view(kPositions[i]) : std::string_view(sku.sizeNames[i]);
-                    r.mIndex = i;
-                    rows.push_back(std::move(r));
-                }
-                continue;
-            }
-            const std::string& key = a_.grouping == 1 ? sku.style : sku.category;
-            auto [at, fresh] = groups.try_emplace(key, rows.size());
-            if (fresh) rows.emplace_back();
-            Row& r = rows[at->second];
-            if (fresh) {
-                r.wl = key;
-                if (a_.grouping == 1) {
-                    r.style = sku.style;
-                    r.name = sku.name;
-                    r.brand = sku.brand;
-                } else {
-                    r.name = sku.categoryName;
-                }
-            }
-            add(r, -1);
-        }
-
         ResultSet out;
         auto col = [&](const char* name, FieldType type, int size = 0) { out.columns.push_back({name, type, size}); };
         addArticleColumns(out);
@@ -435,41 +681,74 @@ private:
         col("TOL_OUT_mon", FieldType::Float);
         col("END_KC_mon", FieldType::Float);
 
-        // sorted by position, not by moving the rows (the keys are unique, so the order is too)
-        std::vector<std::size_t> order(rows.size());
-        std::iota(order.begin(), order.end(), std::size_t{0});
-        std::sort(order.begin(), order.end(), [&rows](std::size_t a, std::size_t b) {
-            const Row& x = rows[a];
-            const Row& y = rows[b];
-            if (x.wl != y.wl) return x.wl < y.wl;
-            return x.mIndex.value_or(-1) < y.mIndex.value_or(-1);
-        });
-        out.rows.reserve(rows.size());
-        for (const std::size_t at : order) {
-            const Row& r = rows[at];
-            if (a_.onlyMoved && !r.moved) continue;
-            if (!r.any()) continue;
+        const double f = a_.cost ? 1.0 : 0.0;
+        auto emit = [&](std::string_view wl, std::string_view style, std::string_view name, std::string_view brand,
+                        std::string_view colour, std::string_view size, Value mIndex, const Sums& r) {
             std::vector<Value> v;
             v.reserve(out.columns.size());
-            for (std::string_view text : {r.wl, r.style, r.name, r.brand, r.colour, r.size}) v.emplace_back(std::string(text));
-            v.push_back(r.mIndex ? Value(std::int64_t(*r.mIndex)) : Value());
+            for (std::string_view text : {wl, style, name, brand, colour, size}) v.emplace_back(std::in_place_type<std::string>, text);
+            v.push_back(std::move(mIndex));
             v.emplace_back(std::int64_t(r.opening));
-            long long in = r.otherIn, outq = r.otherOut;
-            for (int k = 0; k < kKindSlots; ++k) {
-                in += r.in[k];
-                outq += r.out[k];
-            }
-            for (const auto& k : kReceiptColumns) v.emplace_back(std::int64_t(r.in[k.mytype]));
+            const long long in = r.totalIn(), outq = r.totalOut();
+            for (std::size_t k = 0; k < 5; ++k) v.emplace_back(std::int64_t(r.in[k]));
             v.emplace_back(std::int64_t(in));
-            for (const auto& k : kIssueColumns) v.emplace_back(std::int64_t(r.out[k.mytype]));
+            for (std::size_t k = 0; k < 5; ++k) v.emplace_back(std::int64_t(r.out[k]));
             v.emplace_back(std::int64_t(outq));
             v.emplace_back(std::int64_t(r.opening + in - outq));
-            const double f = a_.cost ? 1.0 : 0.0;
             v.emplace_back(money(r.openingMon * f));
             v.emplace_back(money(r.inMon * f));
             v.emplace_back(money(r.outMon * f));
             v.emplace_back(money((r.openingMon + r.inMon - r.outMon) * f));
             out.rows.push_back(std::move(v));
+        };
+
+        if (a_.grouping == 0) {
+            // one row per SKU and size, built in order: no rows to sort afterwards
+            for (const std::uint32_t at : skusInOrder()) {
+                const Sku& sku = skus_[at];
+                const Style& style = styles_[sku.info];
+                const Tally& t = tally_[at];
+                for (int i = 0; i < kSizes; ++i) {
+                    Sums r;
+                    r.add(t, i, style.cost);
+                    if (!r.any() || (a_.onlyMoved && !r.moved)) continue;
+                    emit(sku.wl, sku.style, style.name, style.brand, sku.colourName, style.sizeNames[static_cast<std::size_t>(i)],
+                         Value(std::int64_t(i)), r);
+                }
+            }
+            return out;
+        }
+
+        // groupings 1 and 2: one row per style or category, in the order of the key
+        struct Group {
+            std::string_view key, style, name, brand;
+            Sums sums;
+        };
+        std::vector<Group> groups;
+        TextMap<std::size_t> groupOf;  // key → its group
+        for (std::uint32_t at = 0; at < skus_.size(); ++at) {
+            const Tally& t = tally_[at];
+            const Sku& sku = skus_[at];
+            const Style& style = styles_[sku.info];
+            const std::string& key = a_.grouping == 1 ? sku.style : style.category;
+            auto [found, fresh] = groupOf.try_emplace(key, groups.size());
+            if (fresh) {
+                Group& g = groups.emplace_back();
+                g.key = key;
+                if (a_.grouping == 1) {
+                    g.style = sku.style;
+                    g.name = style.name;
+                    g.brand = style.brand;
+                } else {
+                    g.name = style.categoryName;
+                }
+            }
+            groups[found->second].sums.add(t, -1, style.cost);
+        }
+        std::sort(groups.begin(), groups.end(), [](const Group& x, const Group& y) { return x.key < y.key; });
+        for (const Group& g : groups) {
+            if (!g.sums.any() || (a_.onlyMoved && !g.sums.moved)) continue;
+            emit(g.key, g.style, g.name, g.brand, {}, {}, Value(), g.sums);
         }
         return out;
     }
@@ -501,35 +780,27 @@ private:
         };
         // articles: the SKU (grouping 0) or the style (1, 2)
         struct Article {
-            Sku sku;
+            const Sku* sku = nullptr;  // the first of its SKUs
             Sizes opening{}, in{}, out{};
             bool moved = false;
             std::vector<const Movement*> lines;
         };
         std::map<std::string, Article> articles;
-        for (auto& [wl, t] : tally_) {
-            const Sku& sku = skuOf(wl);
-            const std::string key = a_.grouping == 0 ? wl : sku.style;
-            auto [it, fresh] = articles.try_emplace(key);
-            Article& a = it->second;
-            if (fresh) {
-                a.sku = sku;
-                if (a_.grouping != 0) {
-                    a.sku.wl = sku.style;
-                    a.sku.colourName.clear();
-                }
-            }
-            for (int i = 0; i < kSizes; ++i) {
+        for (std::uint32_t at = 0; at < skus_.size(); ++at) {
+            const Tally& t = tally_[at];
+            if (!t.moved && std::all_of(t.opening.begin(), t.opening.end(), [](std::int32_t v) { return v == 0; })) continue;
+            const Sku& sku = skus_[at];
+            Article& a = articles[a_.grouping == 0 ? sku.wl : sku.style];
+            if (!a.sku) a.sku = &sku;
+            for (std::size_t i = 0; i < kSizes; ++i) {
                 a.opening[i] += t.opening[i];
-                for (int k = 0; k < kKindSlots; ++k) {
+                for (std::size_t k = 0; k < kSlots; ++k) {
                     a.in[i] += t.in[k][i];
                     a.out[i] += t.out[k][i];
                 }
-                a.in[i] += t.otherIn[i];
-                a.out[i] += t.otherOut[i];
             }
             a.moved = a.moved || t.moved;
-            for (const auto& m : t.lines) a.lines.push_back(&m);
+            for (const auto& m : lines_[at]) a.lines.push_back(&m);
         }
         const double f = a_.cost ? 1.0 : 0.0;
         for (auto& entry : articles) {
@@ -543,21 +814,24 @@ private:
                 if (x->noid != y->noid) return x->noid < y->noid;
                 return x->order < y->order;
             });
-            const double price = a.sku.cost * f;
+            const Style& style = styles_[a.sku->info];
+            const double price = style.cost * f;
+            const std::string& colour = a_.grouping == 0 ? a.sku->colourName : std::string();
             auto row = [&](int mytype, const std::string& typeName, const std::string& ck, Value date, const std::string& noid,
                            const std::string& size, Value mIndex, long long in, long long ou, long long jc) {
                 std::vector<Value> v;
+                v.reserve(out.columns.size());
                 v.emplace_back(std::int64_t(mytype));
                 v.emplace_back(typeName);
                 v.emplace_back(ck);
                 v.emplace_back(ck.empty() ? std::string() : nameOf(ck));
                 v.push_back(std::move(date));
                 v.emplace_back(noid);
-                v.emplace_back(a.sku.wl);
-                v.emplace_back(a.sku.style);
-                v.emplace_back(a.sku.name);
-                v.emplace_back(a.sku.brand);
-                v.emplace_back(a.sku.colourName);
+                v.emplace_back(entry.first);
+                v.emplace_back(a.sku->style);
+                v.emplace_back(style.name);
+                v.emplace_back(style.brand);
+                v.emplace_back(colour);
                 v.emplace_back(size);
                 v.push_back(std::move(mIndex));
                 v.emplace_back(std::int64_t(in));
@@ -578,10 +852,9 @@ private:
                 balance += in - ou;
                 row(m->mytype, m->typeName, m->warehouse, Value(m->date), m->noid, "", Value(), in, ou, balance);
             }
-            for (int i = 0; i < kSizes; ++i) {
+            for (std::size_t i = 0; i < kSizes; ++i) {
                 if (!a.opening[i] && !a.in[i] && !a.out[i]) continue;
-                const std::string size = a.sku.sizeNames[i].empty() ? std::to_string(i) : a.sku.sizeNames[i];
-                row(100, "尺码小计", a_.warehouse, Value(), "", size, Value(std::int64_t(i)), a.in[i], a.out[i],
+                row(100, "尺码小计", a_.warehouse, Value(), "", style.sizeNames[i], Value(std::int64_t(i)), a.in[i], a.out[i],
                     a.opening[i] + a.in[i] - a.out[i]);
             }
         }
@@ -593,14 +866,13 @@ private:
     ProcedureSession& db_;
     Arguments a_;
     std::string snapshot_;  // the closing snapshot the opening starts from ("" for none)
-    std::unordered_map<std::string, Sku> skus_;
-    Tally& tally(std::string_view wl) {
-        auto it = tally_.find(wl);
-        if (it == tally_.end()) it = tally_.emplace(std::string(wl), Tally{}).first;
-        return it->second;
-    }
-
-    TextMap<Tally> tally_;
+    std::vector<Style> styles_;
+    std::vector<Sku> skus_;
+    TextIndex index_;  // SKU text → its index in skus_, tally_ and lines_
+    std::uint32_t last_ = TextIndex::npos;  // the SKU found last
+    SkuKey skuKey() const { return {&skus_}; }
+    std::vector<Tally> tally_;
+    std::vector<std::vector<Movement>> lines_;  // detail only
 };
 
 }  // namespace

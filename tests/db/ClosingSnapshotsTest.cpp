@@ -38,6 +38,22 @@ protected:
             out.push_back(text(row[0]).substr(0, 10));
         return out;
     }
+    using Results = std::vector<std::vector<std::vector<db::Value>>>;
+    Results resultsOf(const std::vector<std::string>& calls) {
+        Results out;
+        for (const auto& call : calls) out.push_back(db->open(call).rows);
+        return out;
+    }
+    // Drops every snapshot: each call gives again the rows it gave with them.
+    void expectTheSameWithoutSnapshots(const std::vector<std::string>& calls, const Results& with) {
+        db->execute("DELETE FROM sys_ck_snapshot");
+        for (std::size_t i = 0; i < calls.size(); ++i) {
+            SCOPED_TRACE(calls[i]);
+            const auto without = db->open(calls[i]).rows;
+            EXPECT_FALSE(without.empty());
+            EXPECT_EQ(with[i], without);
+        }
+    }
     TempDir dir;
     std::unique_ptr<db::Database> db;
 };
@@ -103,18 +119,39 @@ TEST_P(ClosingSnapshots, StockMovementsOpenFromTheSnapshotWithTheSameResultsAsFr
         "EXEC SYS_ZM @param=1,@BDATE='2026-06-15',@EDATE='2026-08-01',@wl_id='" + wl + "',@param2=1",
         "EXEC SYS_ZM @param3=1,@BDATE='2026-05-20',@EDATE='2026-06-20',@ck_id1='',@param2=1",  // starts before any snapshot
     };
-    std::vector<std::vector<std::vector<db::Value>>> with;
-    for (const auto& call : calls) with.push_back(db->open(call).rows);
+    const auto with = resultsOf(calls);
     // the opening is read from the snapshot: a changed snapshot changes it
     db->execute("UPDATE sys_ck_snapshot SET K0 = K0 + 1000 WHERE PERIOD = '2026-06-01' AND WL_ID = '" + wl + "'");
     EXPECT_NE(db->open(calls[0]).rows, with[0]);
-    db->execute("DELETE FROM sys_ck_snapshot");
-    for (std::size_t i = 0; i < calls.size(); ++i) {
-        SCOPED_TRACE(calls[i]);
-        const auto without = db->open(calls[i]).rows;
-        EXPECT_FALSE(without.empty());
-        EXPECT_EQ(with[i], without);
-    }
+    expectTheSameWithoutSnapshots(calls, with);
+}
+
+// The opening from a snapshot counts every stock row the snapshot holds, and the opening
+// quantities of stock rows made after the close: a stock row deleted after the close (its
+// movements still count without the snapshot) and a new one with an opening quantity give the
+// same results with and without the snapshot.
+TEST_P(ClosingSnapshots, StockRowsDeletedOrMadeAfterTheCloseOpenAsWithoutTheSnapshot) {
+    db->execute(kClose);  // open month: June
+    const std::string gone = text(scalar(*db, "SELECT TOP 1 WL_ID + '|' + CK_ID FROM d1802 WHERE B0 + B1 + B2 + B3 + B4 + B5 + B6 + B7 + "
+                                              "B8 + B9 = 0 AND KC <> 0 ORDER BY WL_ID DESC"));
+    const std::string goneWl = gone.substr(0, gone.find('|')), goneCk = gone.substr(gone.find('|') + 1);
+    db->execute("DELETE FROM d1802 WHERE WL_ID = '" + goneWl + "' AND CK_ID = '" + goneCk + "'", {true});
+    const std::string madeWl = text(scalar(*db, "SELECT TOP 1 s.WL_ID FROM d1801 s WHERE NOT EXISTS (SELECT 1 FROM d1802 k WHERE "
+                                                "k.WL_ID = s.WL_ID AND k.CK_ID = '" + goneCk + "') ORDER BY s.WL_ID"));
+    ASSERT_FALSE(madeWl.empty());
+    db->execute("INSERT INTO d1802 (WL_ID, CK_ID, B1, K1) VALUES ('" + madeWl + "', '" + goneCk + "', 7, 7)", {true});
+    const std::vector<std::string> calls = {
+        "EXEC SYS_ZM @param3=0,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1",
+        "EXEC SYS_ZM @param3=1,@BDATE='2026-06-05',@EDATE='2026-07-01',@ck_id1='" + goneCk + "',@param2=1",
+        "EXEC SYS_ZM @param=1,@BDATE='2026-06-01',@EDATE='2026-07-01',@wl_id='" + goneWl + "',@param2=1",
+        "EXEC SYS_ZM @param3=0,@BDATE='2026-06-01',@EDATE='2026-07-01',@wl_id='" + madeWl + "',@ck_id1='" + goneCk + "',@param2=1",
+    };
+    const auto with = resultsOf(calls);
+    const auto made = db->open(calls[3]).rows;
+    ASSERT_EQ(made.size(), 1u);
+    EXPECT_EQ(integer(made[0][6]), 1) << "size position 1";
+    EXPECT_EQ(integer(made[0][7]), 7) << "the new row's opening quantity";
+    expectTheSameWithoutSnapshots(calls, with);
 }
 
 TEST_P(ClosingSnapshots, TheBalanceCheckFromASnapshotListsWhatTheBalanceViewLists) {
