@@ -38,8 +38,7 @@ qx::db::SqliteDatabase& shop() {
         }
         // The balance view as this build defines it (a shop keeps the definition it was made with).
         sqlite.runNative("DROP VIEW IF EXISTS V_CHECKKC");
-        for (const auto& view : qx::db::posting::tsqlViewStatements())
-            if (view.find("V_CHECKKC") != std::string::npos) opened->execute(view, {true});
+        sqlite.runNative(qx::db::posting::sqliteBalanceViewStatement());
         opened->execute(
             "UPDATE sys_CO  SET CK_END_DATE = (SELECT DATEADD(m, 1, DATEADD(mm, DATEDIFF(mm, 0, (select CK_END_DATE from sys_CO)), 0))) ");
         std::atexit([] {

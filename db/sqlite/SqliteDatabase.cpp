@@ -18,6 +18,7 @@
 #include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Procedures.h"
 #include "db/sqlite/Schema.h"
+#include "db/sqlite/StockRecount.h"
 #include "db/tsql/SqliteCatalog.h"
 
 namespace qx::db {
@@ -200,6 +201,7 @@ void SqliteDatabase::configureConnection() {
     sqlite3_create_function(db_, "qx_stock_short", 2, utf8, &guard_, stockShortFunction, nullptr, nullptr);
     sqlite3_create_function(db_, "qx_closed_period", 4, utf8, &guard_, closedPeriodFunction, nullptr, nullptr);
     sqlite3_progress_handler(db_, kProgressSteps, progressHandler, nullptr);
+    registerStockRecount(db_);
     runNative("PRAGMA journal_mode=WAL");
     // WAL with synchronous=NORMAL: a commit is in the log when it returns, so an acknowledged
     // save survives a killed or crashed process; a power cut may take back the last commits
@@ -220,7 +222,8 @@ bool SqliteDatabase::hasSchema() {
 void SqliteDatabase::createSchema() {
     Transaction transaction(*this, true);
     for (const auto& file : tableDefinitions()) runWithinTransaction(file.text);
-    for (const auto& view : posting::tsqlViewStatements()) runWithinTransaction(view);
+    runWithinTransaction(posting::tsqlMovementViewStatement());
+    runNative(posting::sqliteBalanceViewStatement());
     for (const auto& file : viewDefinitions()) runWithinTransaction(file.text);
     for (const auto& file : seedRows()) runWithinTransaction(file.text);
     for (const auto& trigger : posting::sqliteTriggerStatements()) runNative(trigger);
