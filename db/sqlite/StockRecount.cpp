@@ -91,6 +91,7 @@ private:
 // A stock row: what its stored stock K0..K9 exceeds its recount by (K - B - movements).
 struct StockRow {
     std::int64_t rowid = 0;
+    std::uint32_t sku = 0, warehouse = 0;  // numbers of its texts
     std::int64_t residual[kSizes] = {};
 };
 
@@ -141,6 +142,7 @@ public:
             for (std::int64_t r : row.residual) differs = differs || r != 0;
             if (differs) out.push_back({row.rowid, {}});
         }
+        std::sort(out.begin(), out.end(), [](const Difference& a, const Difference& b) { return a.rowid < b.rowid; });
         recountedValues(out);
         return out;
     }
@@ -214,29 +216,53 @@ private:
         key.append(warehouse);
     }
 
+    static std::uint32_t numberOf(TextIndex& index, std::uint32_t& count, std::string_view text) {
+        std::uint32_t at = index.find(text);
+        if (at == TextIndex::kMissing) index.insert(text, at = count++);
+        return at;
+    }
+
+    // The stock rows grouped by SKU (the SKU's rows one after the other), so that finding a
+    // line's row reads one small index of SKUs and the few rows of its SKU.
     void loadStockRows() {
         std::string sql = "SELECT rowid, WL_ID, CK_ID";
         for (int i = 0; i < kSizes; ++i) sql += ", K" + std::to_string(i) + " - B" + std::to_string(i);
         Statement q(db_, sql + " FROM d1802");
-        std::string key;
+        std::vector<StockRow> read;
         while (q.step()) {
             StockRow row;
             row.rowid = q.integer(0);
+            row.sku = numberOf(skus_, skuCount_, q.view(1));
+            row.warehouse = numberOf(warehouses_, warehouseCount_, q.view(2));
             for (int i = 0; i < kSizes; ++i) row.residual[i] = q.integer(3 + i);
-            keyOf(key, q.view(1), q.view(2));
-            stock_.insert(key, static_cast<std::uint32_t>(rows_.size()));
-            rows_.push_back(row);
+            read.push_back(row);
         }
+        skuStart_.assign(skuCount_ + 1, 0);
+        for (const StockRow& row : read) ++skuStart_[row.sku + 1];
+        for (std::uint32_t n = 0; n < skuCount_; ++n) skuStart_[n + 1] += skuStart_[n];
+        rows_.resize(read.size());
+        std::vector<std::uint32_t> next(skuStart_.begin(), skuStart_.end() - 1);
+        for (const StockRow& row : read) rows_[next[row.sku]++] = row;
     }
 
     static constexpr std::uint32_t kNoStockRow = TextIndex::kMissing - 1;
 
     // The stock row a SKU and warehouse post into, kNoStockRow when there is none.
     std::uint32_t stockRowOf(std::string_view sku, std::string_view warehouse) {
+        const std::uint32_t s = skus_.find(sku);
+        if (!haveLastWarehouse_ || warehouse != lastWarehouse_) {
+            lastWarehouse_.assign(warehouse);
+            lastWarehouseNumber_ = warehouses_.find(warehouse);
+            haveLastWarehouse_ = true;
+        }
+        const std::uint32_t w = lastWarehouseNumber_;
+        if (s != TextIndex::kMissing && w != TextIndex::kMissing)
+            for (std::uint32_t n = skuStart_[s]; n < skuStart_[s + 1]; ++n)
+                if (rows_[n].warehouse == w) return n;
+        // Other bytes than any stock row's: the key's own comparison decides, once per text.
         keyOf(key_, sku, warehouse);
-        const std::uint32_t at = stock_.find(key_);
-        if (at != TextIndex::kMissing) return at;
-        // Other bytes than the stock row's: the key's own comparison decides, once per text.
+        const std::uint32_t known = others_.find(key_);
+        if (known != TextIndex::kMissing) return known;
         if (!stockLookup_) stockLookup_ = std::make_unique<Statement>(db_, "SELECT rowid FROM d1802 WHERE WL_ID = ?1 AND CK_ID = ?2");
         if (byRowid_.empty())
             for (std::uint32_t n = 0; n < rows_.size(); ++n) byRowid_.emplace(rows_[n].rowid, n);
@@ -248,7 +274,7 @@ private:
             auto it = byRowid_.find(stockLookup_->integer(0));
             if (it != byRowid_.end()) found = it->second;
         }
-        stock_.insert(key_, found);
+        others_.insert(key_, found);
         return found;
     }
 
@@ -348,8 +374,13 @@ private:
     Session& session_;
     Recount* previous_;
     bool cancelled_ = false;
-    std::vector<StockRow> rows_;
-    TextIndex stock_{1 << 16};
+    std::vector<StockRow> rows_;  // grouped by SKU
+    TextIndex skus_{1 << 14}, warehouses_{64}, others_{64};
+    std::uint32_t skuCount_ = 0, warehouseCount_ = 0;
+    std::vector<std::uint32_t> skuStart_;  // the rows of SKU n: skuStart_[n] .. skuStart_[n + 1]
+    std::string lastWarehouse_;
+    std::uint32_t lastWarehouseNumber_ = TextIndex::kMissing;
+    bool haveLastWarehouse_ = false;
     std::unique_ptr<Statement> stockLookup_;
     std::unordered_map<std::int64_t, std::uint32_t> byRowid_;
     std::string key_;
