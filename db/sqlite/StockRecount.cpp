@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -28,8 +29,9 @@ using posting::PostingRule;
 constexpr int kSizes = 10;
 constexpr std::uint64_t kProgressEvery = 1u << 16;
 
-// Texts to numbers by their exact bytes: open addressing over one arena of the texts, so a
-// lookup touches one slot and the bytes it compares.
+// Texts to numbers by their exact bytes: open addressing; a text of up to 16 bytes (codes,
+// document numbers, warehouses) is kept in its slot, so a lookup touches one slot, longer ones
+// are kept in an arena.
 class TextIndex {
 public:
     static constexpr std::uint32_t kMissing = std::numeric_limits<std::uint32_t>::max();
@@ -40,15 +42,19 @@ public:
         slots_.assign(capacity, Slot{});
     }
 
+    static std::size_t hashOf(std::string_view text) { return std::hash<std::string_view>{}(text); }
+
+    // Asks the processor for the slot where a lookup of this hash starts.
+    void prefetch(std::size_t hash) const { __builtin_prefetch(&slots_[hash & (slots_.size() - 1)]); }
+
     // The number of the text, or kMissing.
-    std::uint32_t find(std::string_view text) const {
-        const std::size_t hash = std::hash<std::string_view>{}(text);
+    std::uint32_t find(std::string_view text) const { return find(text, hashOf(text)); }
+    std::uint32_t find(std::string_view text, std::size_t hash) const {
         const std::size_t mask = slots_.size() - 1;
         for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
             const Slot& slot = slots_[i];
             if (slot.value == kMissing) return kMissing;
-            if (slot.hash == hash && slot.length == text.size() &&
-                std::memcmp(arena_.data() + slot.offset, text.data(), text.size()) == 0)
+            if (slot.hash == hash && slot.length == text.size() && std::memcmp(bytesOf(slot), text.data(), text.size()) == 0)
                 return slot.value;
         }
     }
@@ -56,18 +62,43 @@ public:
     // Adds a text not yet present.
     void insert(std::string_view text, std::uint32_t value) {
         if ((count_ + 1) * 2 > slots_.size()) grow();
-        place(Slot{std::hash<std::string_view>{}(text), arena_.size(), text.size(), value});
-        arena_.append(text);
+        Slot slot;
+        slot.hash = std::hash<std::string_view>{}(text);
+        slot.value = value;
+        slot.length = static_cast<std::uint32_t>(text.size());
+        if (text.size() <= kInline) {
+            std::memcpy(slot.bytes, text.data(), text.size());
+        } else {
+            const std::size_t offset = arena_.size();
+            std::memcpy(slot.bytes, &offset, sizeof offset);
+            arena_.append(text);
+        }
+        place(slot);
         ++count_;
     }
 
+    // Gives every text the number f(its number).
+    template <class F>
+    void renumber(F f) {
+        for (Slot& slot : slots_)
+            if (slot.value != kMissing) slot.value = f(slot.value);
+    }
+
 private:
+    static constexpr std::size_t kInline = 16;
     struct Slot {
         std::size_t hash = 0;
-        std::size_t offset = 0;
-        std::size_t length = 0;
         std::uint32_t value = kMissing;
+        std::uint32_t length = 0;
+        char bytes[kInline] = {};  // the text, or where it is in the arena
     };
+
+    const char* bytesOf(const Slot& slot) const {
+        if (slot.length <= kInline) return slot.bytes;
+        std::size_t offset;
+        std::memcpy(&offset, slot.bytes, sizeof offset);
+        return arena_.data() + offset;
+    }
 
     void place(const Slot& slot) {
         const std::size_t mask = slots_.size() - 1;
@@ -89,10 +120,13 @@ private:
 };
 
 // A stock row: what its stored stock K0..K9 exceeds its recount by (K - B - movements).
-struct StockRow {
-    std::int64_t rowid = 0;
-    std::uint32_t sku = 0, warehouse = 0;  // numbers of its texts
-    std::int64_t residual[kSizes] = {};
+// One cache line per row: the residuals in 32 bits while they fit (they always do for stock
+// and documents within the int range), else in 64 bits beside (wide).
+struct alignas(64) StockRow {
+    std::int32_t residual[kSizes] = {};
+    std::uint32_t warehouse = 0;  // number of its text
+    bool wide = false;
+    bool lastOfSku = false;  // the rows of a SKU follow each other; this is its last
 };
 
 // One row of the function's result.
@@ -137,10 +171,10 @@ public:
             countLines(group);
         }
         std::vector<Difference> out;
-        for (const StockRow& row : rows_) {
+        for (std::uint32_t n = 0; n < rows_.size(); ++n) {
             bool differs = false;
-            for (std::int64_t r : row.residual) differs = differs || r != 0;
-            if (differs) out.push_back({row.rowid, {}});
+            for (int i = 0; i < kSizes; ++i) differs = differs || residual(n, i) != 0;
+            if (differs) out.push_back({rowids_[n], {}});
         }
         std::sort(out.begin(), out.end(), [](const Difference& a, const Difference& b) { return a.rowid < b.rowid; });
         recountedValues(out);
@@ -228,44 +262,85 @@ private:
         std::string sql = "SELECT rowid, WL_ID, CK_ID";
         for (int i = 0; i < kSizes; ++i) sql += ", K" + std::to_string(i) + " - B" + std::to_string(i);
         Statement q(db_, sql + " FROM d1802");
-        std::vector<StockRow> read;
+        struct Loaded {
+            std::int64_t rowid;
+            std::uint32_t sku, warehouse;
+            std::int64_t residual[kSizes];
+        };
+        std::vector<Loaded> read;
         while (q.step()) {
-            StockRow row;
+            Loaded row;
             row.rowid = q.integer(0);
             row.sku = numberOf(skus_, skuCount_, q.view(1));
             row.warehouse = numberOf(warehouses_, warehouseCount_, q.view(2));
+            if (row.warehouse == warehouseTexts_.size()) warehouseTexts_.push_back(q.text(2));
             for (int i = 0; i < kSizes; ++i) row.residual[i] = q.integer(3 + i);
             read.push_back(row);
         }
         skuStart_.assign(skuCount_ + 1, 0);
-        for (const StockRow& row : read) ++skuStart_[row.sku + 1];
+        for (const Loaded& row : read) ++skuStart_[row.sku + 1];
         for (std::uint32_t n = 0; n < skuCount_; ++n) skuStart_[n + 1] += skuStart_[n];
         rows_.resize(read.size());
+        rowids_.resize(read.size());
         std::vector<std::uint32_t> next(skuStart_.begin(), skuStart_.end() - 1);
-        for (const StockRow& row : read) rows_[next[row.sku]++] = row;
+        for (const Loaded& loaded : read) {
+            const std::uint32_t n = next[loaded.sku]++;
+            rows_[n].lastOfSku = n + 1 == skuStart_[loaded.sku + 1];
+            rowids_[n] = loaded.rowid;
+            rows_[n].warehouse = loaded.warehouse;
+            bool fits = true;
+            for (int i = 0; i < kSizes; ++i) {
+                rows_[n].residual[i] = static_cast<std::int32_t>(loaded.residual[i]);
+                fits = fits && rows_[n].residual[i] == loaded.residual[i];
+            }
+            if (!fits) {
+                rows_[n].wide = true;
+                std::copy(std::begin(loaded.residual), std::end(loaded.residual), wide_[n].begin());
+            }
+        }
+        // From now on a SKU's text leads straight to its first row.
+        skus_.renumber([&](std::uint32_t sku) { return skuStart_[sku]; });
+    }
+
+    std::int64_t residual(std::uint32_t n, int i) const { return rows_[n].wide ? wide_.at(n)[static_cast<std::size_t>(i)] : rows_[n].residual[i]; }
+
+    // Takes a line's quantities (its rule's sign applied) off a stock row's residuals.
+    void subtract(std::uint32_t n, int sign, const std::int64_t* quantities) {
+        StockRow& row = rows_[n];
+        int i = 0;
+        if (!row.wide) {
+            for (; i < kSizes; ++i) {
+                const std::int64_t value = row.residual[i] - sign * quantities[i];
+                if (value != static_cast<std::int32_t>(value)) break;
+                row.residual[i] = static_cast<std::int32_t>(value);
+            }
+            if (i == kSizes) return;
+            auto& wide = wide_[n];
+            for (int k = 0; k < kSizes; ++k) wide[static_cast<std::size_t>(k)] = row.residual[k];
+            row.wide = true;
+        }
+        auto& wide = wide_[n];
+        for (; i < kSizes; ++i) wide[static_cast<std::size_t>(i)] -= sign * quantities[i];
     }
 
     static constexpr std::uint32_t kNoStockRow = TextIndex::kMissing - 1;
 
     // The stock row a SKU and warehouse post into, kNoStockRow when there is none.
     std::uint32_t stockRowOf(std::string_view sku, std::string_view warehouse) {
-        const std::uint32_t s = skus_.find(sku);
-        if (!haveLastWarehouse_ || warehouse != lastWarehouse_) {
-            lastWarehouse_.assign(warehouse);
-            lastWarehouseNumber_ = warehouses_.find(warehouse);
-            haveLastWarehouse_ = true;
-        }
-        const std::uint32_t w = lastWarehouseNumber_;
+        const std::uint32_t s = skus_.find(sku);  // the SKU's first row
+        const std::uint32_t w = warehouseNumber(warehouse);
         if (s != TextIndex::kMissing && w != TextIndex::kMissing)
-            for (std::uint32_t n = skuStart_[s]; n < skuStart_[s + 1]; ++n)
+            for (std::uint32_t n = s;; ++n) {
                 if (rows_[n].warehouse == w) return n;
+                if (rows_[n].lastOfSku) break;
+            }
         // Other bytes than any stock row's: the key's own comparison decides, once per text.
         keyOf(key_, sku, warehouse);
         const std::uint32_t known = others_.find(key_);
         if (known != TextIndex::kMissing) return known;
         if (!stockLookup_) stockLookup_ = std::make_unique<Statement>(db_, "SELECT rowid FROM d1802 WHERE WL_ID = ?1 AND CK_ID = ?2");
         if (byRowid_.empty())
-            for (std::uint32_t n = 0; n < rows_.size(); ++n) byRowid_.emplace(rows_[n].rowid, n);
+            for (std::uint32_t n = 0; n < rows_.size(); ++n) byRowid_.emplace(rowids_[n], n);
         stockLookup_->reset();
         stockLookup_->bind(1, std::string(sku));
         stockLookup_->bind(2, std::string(warehouse));
@@ -300,6 +375,7 @@ private:
         try {
             while (q.step()) {
             }
+            flush();
         } catch (const Error&) {
             if (cancelled_) throw Cancelled{};
             throw;
@@ -326,17 +402,96 @@ public:
                 if (sqlite3_value_type(argv[r.warehouseColumn]) == SQLITE_NULL) continue;
                 warehouse = textOf(argv[r.warehouseColumn]);
             }
-            const std::uint32_t at = stockRowOf(textOf(argv[1]), warehouse);
-            if (at == kNoStockRow) continue;
-            std::int64_t* residual = rows_[at].residual;
-            for (int i = 0; i < kSizes; ++i) residual[i] -= r.sign * sqlite3_value_int64(argv[r.firstQuantity + i]);
+            queue(textOf(argv[1]), warehouse, r.sign, argv + r.firstQuantity);
         }
     }
 
+    // Lines wait a few steps in a ring before they are counted: meanwhile the processor fetches
+    // the index slot of their SKU, then their stock row, for lines behind them. Without it every
+    // line waits for two reads from memory in turn on a large shop.
+    void flush() {
+        for (std::size_t n = 0; n < kAhead && queued_ > n; ++n) findRow(ring_[(queued_ - std::min<std::size_t>(queued_, kAhead) + n) % kRing]);
+        const std::size_t first = queued_ - std::min<std::size_t>(queued_, 2 * kAhead);
+        for (std::size_t n = first; n < queued_; ++n) count(ring_[n % kRing]);
+        queued_ = 0;
+    }
+
 private:
+    static constexpr std::size_t kAhead = 16, kRing = 2 * kAhead, kQueuedText = 40;
+    struct Pending {
+        char sku[kQueuedText];
+        std::uint32_t skuLength = 0;
+        std::uint32_t warehouse = 0;  // number of its text
+        std::size_t hash = 0;
+        std::uint32_t firstRow = 0;   // the SKU's first row, once found
+        int sign = 1;
+        std::int64_t quantity[kSizes] = {};
+    };
+
+    void queue(std::string_view sku, std::string_view warehouse, int sign, sqlite3_value** quantities) {
+        const std::uint32_t w = warehouseNumber(warehouse);
+        if (w == TextIndex::kMissing || sku.size() > kQueuedText) {
+            // Texts no stock row has byte for byte (or very long ones): counted at once.
+            const std::uint32_t at = stockRowOf(sku, warehouse);
+            if (at != kNoStockRow) {
+                std::int64_t q[kSizes];
+                for (int i = 0; i < kSizes; ++i) q[i] = sqlite3_value_int64(quantities[i]);
+                subtract(at, sign, q);
+            }
+            return;
+        }
+        if (queued_ >= 2 * kAhead) count(ring_[(queued_ - 2 * kAhead) % kRing]);
+        if (queued_ >= kAhead) findRow(ring_[(queued_ - kAhead) % kRing]);
+        Pending& p = ring_[queued_ % kRing];
+        std::memcpy(p.sku, sku.data(), sku.size());
+        p.skuLength = static_cast<std::uint32_t>(sku.size());
+        p.warehouse = w;
+        p.sign = sign;
+        for (int i = 0; i < kSizes; ++i) p.quantity[i] = sqlite3_value_int64(quantities[i]);
+        p.hash = TextIndex::hashOf(sku);
+        skus_.prefetch(p.hash);
+        ++queued_;
+    }
+
+    void findRow(Pending& p) {
+        p.firstRow = skus_.find(std::string_view(p.sku, p.skuLength), p.hash);
+        if (p.firstRow != TextIndex::kMissing) __builtin_prefetch(&rows_[p.firstRow]);
+    }
+
+    void count(const Pending& p) {
+        std::uint32_t at = kNoStockRow;
+        if (p.firstRow != TextIndex::kMissing)
+            for (std::uint32_t n = p.firstRow;; ++n) {
+                if (rows_[n].warehouse == p.warehouse) {
+                    at = n;
+                    break;
+                }
+                if (rows_[n].lastOfSku) break;
+            }
+        if (at == kNoStockRow) at = stockRowOf(std::string_view(p.sku, p.skuLength), warehouseTexts_[p.warehouse]);
+        if (at != kNoStockRow) subtract(at, p.sign, p.quantity);
+    }
+
+    std::uint32_t warehouseNumber(std::string_view warehouse) {
+        if (!haveLastWarehouse_ || warehouse != lastWarehouse_) {
+            lastWarehouse_.assign(warehouse);
+            lastWarehouseNumber_ = warehouses_.find(warehouse);
+            haveLastWarehouse_ = true;
+        }
+        return lastWarehouseNumber_;
+    }
+
+    Pending ring_[kRing];
+    std::size_t queued_ = 0;
+
+public:
+
+private:
+    // The bytes of a text value as they are stored: asking for them as a blob spares the copy
+    // sqlite3_value_text makes to end them with a NUL.
     static std::string_view textOf(sqlite3_value* value) {
-        const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-        return text ? std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value))) : std::string_view();
+        const auto* bytes = static_cast<const char*>(sqlite3_value_blob(value));
+        return bytes ? std::string_view(bytes, static_cast<std::size_t>(sqlite3_value_bytes(value))) : std::string_view();
     }
 
     struct Reading {
@@ -352,7 +507,7 @@ private:
     void recountedValues(std::vector<Difference>& out) {
         if (out.empty()) return;
         std::unordered_map<std::int64_t, std::uint32_t> residualOf;
-        for (std::uint32_t n = 0; n < rows_.size(); ++n) residualOf.emplace(rows_[n].rowid, n);
+        for (std::uint32_t n = 0; n < rows_.size(); ++n) residualOf.emplace(rowids_[n], n);
         std::string sql = "SELECT K0";
         for (int i = 1; i < kSizes; ++i) sql += ", K" + std::to_string(i);
         Statement q(db_, sql + " FROM d1802 WHERE rowid = ?1");
@@ -360,9 +515,9 @@ private:
             q.reset();
             q.bind(1, d.rowid);
             if (!q.step()) continue;
-            const StockRow& row = rows_[residualOf.at(d.rowid)];
+            const std::uint32_t n = residualOf.at(d.rowid);
             for (int i = 0; i < kSizes; ++i) {
-                const std::int64_t value = q.integer(i) - row.residual[i];
+                const std::int64_t value = q.integer(i) - residual(n, i);
                 if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max())
                     throw Error("Arithmetic overflow error converting expression to data type int.");
                 d.recounted[i] = value;
@@ -375,9 +530,12 @@ private:
     Recount* previous_;
     bool cancelled_ = false;
     std::vector<StockRow> rows_;  // grouped by SKU
+    std::vector<std::int64_t> rowids_;  // of rows_, in the same order
+    std::unordered_map<std::uint32_t, std::array<std::int64_t, kSizes>> wide_;
     TextIndex skus_{1 << 14}, warehouses_{64}, others_{64};
     std::uint32_t skuCount_ = 0, warehouseCount_ = 0;
-    std::vector<std::uint32_t> skuStart_;  // the rows of SKU n: skuStart_[n] .. skuStart_[n + 1]
+    std::vector<std::string> warehouseTexts_;  // by number
+    std::vector<std::uint32_t> skuStart_;  // while loading: the rows of SKU n are skuStart_[n] .. skuStart_[n + 1]
     std::string lastWarehouse_;
     std::uint32_t lastWarehouseNumber_ = TextIndex::kMissing;
     bool haveLastWarehouse_ = false;

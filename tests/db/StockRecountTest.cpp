@@ -163,6 +163,24 @@ TEST_F(StockRecountKeys, ApprovingAndArrivingChangeTheRecountAsThePostingDoes) {
     expectSameAsThePlainView(db);
 }
 
+TEST_F(StockRecountKeys, SumsBeyondThirtyTwoBitsOnTheWayStillCount) {
+    // Purchases of 3,000,000,000 in all, each sold again: the stock never leaves the int range,
+    // the sums of one kind do.
+    std::string batch;
+    for (const std::string n : {"1", "2"}) {
+        batch += "INSERT INTO D8101 (T,NOID,KH_GYS_ID,CK_ID,BDATE,USER_ID,NOTE) VALUES (1,'BP" + n + "','G1','MD1','2026-05-0" + n + "','admin','');"
+                 "INSERT INTO D8101A (NOID,WL_ID,K_ID,COL_ID,CK_ID,S4) VALUES ('BP" + n + "','K102','K1','02','MD1',1500000000);"
+                 "INSERT INTO D8201 (T,NOID,KH_GYS_ID,CK_ID,BDATE,USER_ID,NOTE) VALUES (1,'BS" + n + "','G1','MD1','2026-05-0" + n + "','admin','');"
+                 "INSERT INTO D8201A (NOID,WL_ID,K_ID,COL_ID,CK_ID,S4) VALUES ('BS" + n + "','K102','K1','02','MD1',1500000000);";
+    }
+    db.execute(batch);
+    EXPECT_EQ(count(db, "V_CHECKKC"), 0);
+    // an opening at the bottom of the range: stored minus opening is beyond 32 bits from the start
+    db.execute("UPDATE d1802 SET B4 = -2147483648, K4 = 5 WHERE WL_ID = 'K102' AND CK_ID = 'MD1'", {true});
+    EXPECT_EQ(integer(scalar(db, "SELECT C4 FROM V_CHECKKC WHERE wl_id = 'K102'")), -2147483648LL);
+    expectSameAsThePlainView(db);
+}
+
 TEST_F(StockRecountKeys, ARecountBeyondTheIntegerRangeFailsAsThePlainViewDoes) {
     db.execute("UPDATE d1802 SET B0 = 2147483647 WHERE WL_ID = 'K101' AND CK_ID = 'ZC'", {true});
     for (const std::string view : {"V_CHECKKC", "V_CHECKKC_PLAIN"}) {
