@@ -36,10 +36,6 @@ qx::db::SqliteDatabase& shop() {
                              "DROP TABLE IF EXISTS sys_ck_snapshot");
             for (const auto& statement : qx::db::procedures::closingSnapshotStatements()) sqlite.runNative(statement);
         }
-        // The balance view as this build defines it (a shop keeps the definition it was made with).
-        sqlite.runNative("DROP VIEW IF EXISTS V_CHECKKC");
-        for (const auto& view : qx::db::posting::tsqlViewStatements())
-            if (view.find("V_CHECKKC") != std::string::npos) opened->execute(view, {true});
         opened->execute(
             "UPDATE sys_CO  SET CK_END_DATE = (SELECT DATEADD(m, 1, DATEADD(mm, DATEDIFF(mm, 0, (select CK_END_DATE from sys_CO)), 0))) ");
         std::atexit([] {

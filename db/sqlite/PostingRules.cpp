@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "db/sqlite/StockRecount.h"
+
 namespace qx::db::posting {
 namespace {
 
@@ -508,5 +510,25 @@ std::vector<std::string> postgresTriggerStatements() {
 }
 
 std::vector<std::string> tsqlViewStatements() { return {movementStreamView(), checkView()}; }
+
+std::string tsqlMovementViewStatement() { return movementStreamView(); }
+
+std::string tsqlBalanceViewStatement() { return checkView(); }
+
+std::string sqliteBalanceViewStatement() {
+    // The recount lists the differing stock rows; the names are joined to those rows only.
+    std::string sql = "CREATE VIEW V_CHECKKC AS\nSELECT k.CK_ID AS ck_id, w.CK_NAME AS ck_name, k.WL_ID AS wl_id, "
+                      "s.K_ID AS k_id, st.WL_NAME AS wl_name, c.COL_NAME AS COL_NAME, ";
+    sql += joined(kSizes, ", ", [](int i) { return sized("r.C", i) + " AS C" + std::to_string(i); });
+    sql += ", " + joined(kSizes, ", ", [](int i) { return sized("k.K", i) + " AS K" + std::to_string(i); });
+    sql += ", " + joined(kSizes, ", ", [](int i) { return sized("z.M", i) + " AS m" + std::to_string(i); });
+    sql += std::string("\nFROM ") + kStockRecountName + " r JOIN d1802 k ON k.rowid = r.stock_row\n"
+           "LEFT JOIN d1007 w ON w.CK_ID = k.CK_ID\n"
+           "LEFT JOIN d1801 s ON s.WL_ID = k.WL_ID\n"
+           "LEFT JOIN d1800 st ON st.K_ID = s.K_ID\n"
+           "LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID\n"
+           "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
+    return sql;
+}
 
 }  // namespace qx::db::posting

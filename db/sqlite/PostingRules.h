@@ -81,6 +81,16 @@ const std::vector<SkuCompletion>& skuCompletions();
 // V_QX_MOVES (movement stream) and V_CHECKKC (recomputed stock beside the stored stock).
 std::vector<std::string> tsqlViewStatements();
 
+// The two of them one by one: SQLite takes the movement stream from T-SQL and the balance view
+// from sqliteBalanceViewStatement().
+std::string tsqlMovementViewStatement();
+std::string tsqlBalanceViewStatement();
+
+// V_CHECKKC on SQLite, native text: the same columns and rows as the T-SQL view, the recount
+// done by the connection's table-valued function qx_stock_recount (db/sqlite/StockRecount.h),
+// which reads each line table once instead of joining every line to its head and grouping.
+std::string sqliteBalanceViewStatement();
+
 // The literal message of the negative-stock guard.
 inline constexpr const char* kStockShortMessage = "库存不足支持本次出库业务";
 

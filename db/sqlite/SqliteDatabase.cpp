@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
+#include <vector>
 
 #include "db/BatchStatements.h"
 #include "db/Progress.h"
@@ -18,12 +19,16 @@
 #include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Procedures.h"
 #include "db/sqlite/Schema.h"
+#include "db/sqlite/StockRecount.h"
 #include "db/tsql/SqliteCatalog.h"
 
 namespace qx::db {
 namespace {
 
-constexpr int kSchemaVersion = 1;
+// The shop's schema version, kept in PRAGMA user_version: 1 for the first shops, 2 since the
+// balance view recounts through qx_stock_recount. A shop with an older mark gets its views and
+// triggers made again from their sources when it is opened; a newer mark is refused.
+constexpr int kSchemaVersion = 2;
 constexpr int kBusyTimeoutMs = 15000;
 constexpr std::size_t kStatementCacheLimit = 512;
 
@@ -172,12 +177,20 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
     }
     try {
         configureConnection();
-        if (!hasSchema()) {
+        const int version = schemaVersion();
+        if (version == 0) {
             if (!create) throw Error(path + " is not a shop database (no tables)");
             createSchema();
+        } else if (version > kSchemaVersion) {
+            throw Error(path + " was made by a newer version of the program (schema version " + std::to_string(version) +
+                        ", this version knows up to " + std::to_string(kSchemaVersion) + "); open it with that version");
+        } else if (version < kSchemaVersion) {
+            addSkuCompletion();  // first: it also writes the SKU rows the old lines lack
+            renewGeneratedObjects();
+        } else {
+            addSkuCompletion();
         }
         for (const auto& statement : procedures::closingSnapshotStatements()) runNative(statement);
-        addSkuCompletion();
     } catch (...) {
         for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
         cache_.clear();
@@ -201,6 +214,7 @@ void SqliteDatabase::configureConnection() {
     sqlite3_create_function(db_, "qx_stock_short", 2, utf8, &guard_, stockShortFunction, nullptr, nullptr);
     sqlite3_create_function(db_, "qx_closed_period", 4, utf8, &guard_, closedPeriodFunction, nullptr, nullptr);
     sqlite3_progress_handler(db_, kProgressSteps, progressHandler, nullptr);
+    registerStockRecount(db_);
     runNative("PRAGMA journal_mode=WAL");
     // WAL with synchronous=NORMAL: a commit is in the log when it returns, so an acknowledged
     // save survives a killed or crashed process; a power cut may take back the last commits
@@ -210,9 +224,50 @@ void SqliteDatabase::configureConnection() {
     catalog_ = std::make_unique<tsql::SqliteCatalog>(db_);
 }
 
-bool SqliteDatabase::hasSchema() {
+int SqliteDatabase::schemaVersion() {
     auto result = stepNative("PRAGMA user_version", true, nullptr);
-    return !result.rows.empty() && std::get<std::int64_t>(result.rows[0][0]) >= kSchemaVersion;
+    return result.rows.empty() ? 0 : static_cast<int>(std::get<std::int64_t>(result.rows[0][0]));
+}
+
+namespace {
+
+// The names the statements create: "CREATE VIEW name" / "CREATE TRIGGER name", any case.
+std::vector<std::string> createdNames(const std::string& sql, std::string_view what) {
+    std::vector<std::string> names;
+    std::string upper = sql;
+    for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    const std::string keyword = "CREATE " + std::string(what) + " ";
+    for (auto at = upper.find(keyword); at != std::string::npos; at = upper.find(keyword, at + 1)) {
+        auto begin = at + keyword.size();
+        while (begin < sql.size() && sql[begin] == ' ') ++begin;
+        auto end = begin;
+        while (end < sql.size() && (std::isalnum(static_cast<unsigned char>(sql[end])) || sql[end] == '_')) ++end;
+        if (end > begin) names.push_back(sql.substr(begin, end - begin));
+    }
+    return names;
+}
+
+}  // namespace
+
+// A shop made by an earlier version: its views and triggers are dropped and made again from
+// their sources (the posting rules, the module's views), in one transaction. Tables and rows
+// stay as they are.
+void SqliteDatabase::renewGeneratedObjects() {
+    Transaction transaction(*this, true);
+    if (schemaVersion() >= kSchemaVersion) return;  // another connection renewed them meanwhile
+    const auto triggers = posting::sqliteTriggerStatements();
+    std::vector<std::string> views = {posting::tsqlMovementViewStatement(), posting::sqliteBalanceViewStatement()};
+    for (const auto& file : viewDefinitions()) views.push_back(file.text);
+    for (const auto& sql : views)
+        for (const auto& name : createdNames(sql, "VIEW")) runNative("DROP VIEW IF EXISTS \"" + name + "\"");
+    for (const auto& sql : triggers)
+        for (const auto& name : createdNames(sql, "TRIGGER")) runNative("DROP TRIGGER IF EXISTS \"" + name + "\"");
+    runWithinTransaction(posting::tsqlMovementViewStatement());
+    runNative(posting::sqliteBalanceViewStatement());
+    for (const auto& file : viewDefinitions()) runWithinTransaction(file.text);
+    for (const auto& trigger : triggers) runNative(trigger);
+    runNative("PRAGMA user_version=" + std::to_string(kSchemaVersion));
+    transaction.commit();
 }
 
 // Tables from their T-SQL definitions, then the views generated from the posting rules, the
@@ -221,7 +276,8 @@ bool SqliteDatabase::hasSchema() {
 void SqliteDatabase::createSchema() {
     Transaction transaction(*this, true);
     for (const auto& file : tableDefinitions()) runWithinTransaction(file.text);
-    for (const auto& view : posting::tsqlViewStatements()) runWithinTransaction(view);
+    runWithinTransaction(posting::tsqlMovementViewStatement());
+    runNative(posting::sqliteBalanceViewStatement());
     for (const auto& file : viewDefinitions()) runWithinTransaction(file.text);
     for (const auto& file : seedRows()) runWithinTransaction(file.text);
     for (const auto& trigger : posting::sqliteTriggerStatements()) runNative(trigger);

@@ -82,7 +82,8 @@ private:
 
     void configureConnection();
     void createSchema();
-    bool hasSchema();
+    int schemaVersion();  // the shop's mark, 0 for a file without a shop
+    void renewGeneratedObjects();
     void addSkuCompletion();
     ResultSet runStatement(const tsql::Statement& statement, bool& produced);
     ResultSet stepNative(const std::string& sql, bool collect, const tsql::Statement* origin);

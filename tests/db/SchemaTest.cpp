@@ -6,7 +6,11 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <sqlite3.h>
+
 #include "DbTestSupport.h"
+#include "db/sqlite/PostingRules.h"
+#include "db/sqlite/SqliteDatabase.h"
 
 namespace qx::dbtest {
 namespace {
@@ -89,6 +93,68 @@ TEST(Schema, StockRowsInsertedWithOnlyTheirKeyStartAtZero) {
     auto r = shop.db->open("SELECT K0+K1+K2+K3+K4+K5+K6+K7+K8+K9, KC, B0+B9, BEGIN_SL, BEGIN_MONEY FROM D1802");
     ASSERT_EQ(r.rows.size(), 1u);
     for (const auto& v : r.rows[0]) EXPECT_EQ(integer(v), 0);
+}
+
+std::string definitionOf(db::Database& db, const std::string& name) {
+    return text(scalar(db, "SELECT sql FROM sqlite_master WHERE name = '" + name + "'"));
+}
+
+// The view a shop made by the first version holds: the plain T-SQL balance view.
+void makeItAFirstVersionShop(const std::string& file) {
+    auto db = db::openSqlite(file);
+    auto& sqlite = dynamic_cast<db::SqliteDatabase&>(*db);
+    sqlite.runNative("DROP VIEW V_CHECKKC; DROP TRIGGER qx_post_sale_line_ins");
+    db->execute(db::posting::tsqlBalanceViewStatement(), {true});
+    sqlite.runNative("PRAGMA user_version=1");
+    ASSERT_EQ(definitionOf(*db, "V_CHECKKC").find("qx_stock_recount"), std::string::npos);
+}
+
+TEST(SchemaVersion, AShopOfAnEarlierVersionGetsTheCurrentViewsAndTriggersWhenOpened) {
+    TempDir dir;
+    const std::string file = dir.file("shop.db");
+    {
+        auto db = db::openSqlite(file, true);
+        seedSmallShop(*db);
+        db->execute("INSERT INTO D8201 (T,NOID,KH_GYS_ID,CK_ID,BDATE,USER_ID) VALUES (1,'S1','G1','ZC','2026-05-05','admin');"
+                    "INSERT INTO D8201A (NOID,WL_ID,K_ID,COL_ID,CK_ID,S0) VALUES ('S1','K101','K1','01','ZC',2)");
+    }
+    makeItAFirstVersionShop(file);
+    auto db = db::openSqlite(file);
+    EXPECT_EQ(integer(scalar(*db, "SELECT user_version FROM pragma_user_version")), 2);
+    EXPECT_NE(definitionOf(*db, "V_CHECKKC").find("qx_stock_recount"), std::string::npos);
+    EXPECT_FALSE(definitionOf(*db, "qx_post_sale_line_ins").empty()) << "a missing trigger is made again";
+    EXPECT_EQ(stock(*db, "K101", "ZC"), sizes({-2})) << "rows stay";
+    db->execute("INSERT INTO D8201 (T,NOID,KH_GYS_ID,CK_ID,BDATE,USER_ID) VALUES (1,'S2','G1','ZC','2026-05-06','admin');"
+                "INSERT INTO D8201A (NOID,WL_ID,K_ID,COL_ID,CK_ID,S0) VALUES ('S2','K101','K1','01','ZC',1)");
+    EXPECT_EQ(stock(*db, "K101", "ZC"), sizes({-3})) << "the renewed triggers post";
+    EXPECT_EQ(count(*db, "V_CHECKKC"), 0);
+    db->execute("UPDATE d1802 SET K1 = 5 WHERE WL_ID = 'K101' AND CK_ID = 'ZC'", {true});
+    EXPECT_EQ(count(*db, "V_CHECKKC"), 1);
+}
+
+TEST(SchemaVersion, AShopOfANewerVersionIsRefusedAndLeftAsItIs) {
+    TempDir dir;
+    const std::string file = dir.file("shop.db");
+    {
+        auto db = db::openSqlite(file, true);
+        dynamic_cast<db::SqliteDatabase&>(*db).runNative("PRAGMA user_version=99");
+    }
+    try {
+        db::openSqlite(file);
+        ADD_FAILURE() << "a newer shop must not be opened";
+    } catch (const db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find("was made by a newer version of the program (schema version 99, this version knows up to 2)"),
+                  std::string::npos)
+            << e.what();
+    }
+    sqlite3* raw = nullptr;
+    ASSERT_EQ(sqlite3_open_v2(file.c_str(), &raw, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+    sqlite3_stmt* st = nullptr;
+    sqlite3_prepare_v2(raw, "PRAGMA user_version", -1, &st, nullptr);
+    ASSERT_EQ(sqlite3_step(st), SQLITE_ROW);
+    EXPECT_EQ(sqlite3_column_int(st, 0), 99);
+    sqlite3_finalize(st);
+    sqlite3_close(raw);
 }
 
 TEST(Tools, QxckSqlPrintsTheResultSetAsTabSeparatedText) {
