@@ -20,9 +20,13 @@ public:
     explicit SqliteCatalog(sqlite3* db) : db_(db) {}
     // "#name" looks in the temp schema; other names in main, then temp.
     std::optional<std::vector<CatalogColumn>> tableColumns(std::string_view name) const override;
+    // The INTEGER PRIMARY KEY, and unique indexes (not partial) on NOT NULL columns whose text
+    // columns compare under QX.
+    std::vector<std::vector<std::string>> uniqueKeys(std::string_view name) const override;
 
 private:
     std::optional<std::vector<CatalogColumn>> columnsIn(const char* schema, std::string_view table) const;
+    std::vector<std::vector<std::string>> keysIn(const char* schema, std::string_view table) const;
     sqlite3* db_;
 };
 
