@@ -88,14 +88,18 @@ void closedPeriodFunction(sqlite3_context* context, int, sqlite3_value** argv) {
 int progressHandler(void*) { return progressContinues() && !interruptRequested() ? 0 : 1; }
 constexpr int kProgressSteps = 20000;
 
+// A column's value read once through its sqlite3_value: the sqlite3_column_* calls would each
+// look the column up again. The value is "unprotected", which only matters when another thread
+// uses the connection; one connection is used by one thread (SQLITE_OPEN_NOMUTEX).
 Value valueAt(sqlite3_stmt* stmt, int i) {
-    switch (sqlite3_column_type(stmt, i)) {
-    case SQLITE_INTEGER: return static_cast<std::int64_t>(sqlite3_column_int64(stmt, i));
-    case SQLITE_FLOAT: return sqlite3_column_double(stmt, i);
+    sqlite3_value* value = sqlite3_column_value(stmt, i);
+    switch (sqlite3_value_type(value)) {
+    case SQLITE_INTEGER: return static_cast<std::int64_t>(sqlite3_value_int64(value));
+    case SQLITE_FLOAT: return sqlite3_value_double(value);
     case SQLITE_NULL: return std::monostate{};
     default: {
-        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, i));
-        return std::string(text ? text : "", static_cast<std::size_t>(sqlite3_column_bytes(stmt, i)));
+        const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+        return std::string(text ? text : "", static_cast<std::size_t>(sqlite3_value_bytes(value)));
     }
     }
 }
@@ -180,6 +184,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
     } catch (...) {
         for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
         cache_.clear();
+        catalog_.reset();
         sqlite3_close(db_);
         db_ = nullptr;
         throw;
@@ -188,6 +193,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
 
 SqliteDatabase::~SqliteDatabase() {
     for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
+    catalog_.reset();  // it keeps statements of its own on the connection
     sqlite3_close(db_);
 }
 
