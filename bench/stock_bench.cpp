@@ -5,6 +5,9 @@
 // stock rows beside the GROUP BY it pivots.
 //   bench_stock --db FILE         a shop made by qxck-demo --lines N
 //   bench_stock --lines N         makes one in the temp folder first (kept for the next run)
+//   --only query                  only the stock query's summary (with the translated text run
+//                                 bare, to part the engine's work from handing rows back)
+//   --explain 1                   also print the translated text and its query plan
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -19,6 +22,8 @@
 
 #include "bench/Timing.h"
 #include "db/sqlite/SqliteDatabase.h"
+#include "db/tsql/SqliteCatalog.h"
+#include "db/tsql/Translator.h"
 #include "db/tools/BulkShop.h"
 
 namespace {
@@ -48,12 +53,15 @@ void line(const char* what, Timing measured, Timing floor, const char* floorWhat
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::string path;
+    std::string path, only;
     long long lines = 0;
+    bool explain = false;
     for (int i = 1; i + 1 < argc; i += 2) {
         const std::string a = argv[i];
         if (a == "--db") path = argv[i + 1];
         else if (a == "--lines") lines = std::atoll(argv[i + 1]);
+        else if (a == "--only") only = argv[i + 1];
+        else if (a == "--explain") explain = std::string(argv[i + 1]) != "0";
     }
     if (path.empty() && lines <= 0) {
         std::fprintf(stderr, "usage: bench_stock --db FILE | --lines N\n");
@@ -80,8 +88,9 @@ int main(int argc, char** argv) {
                                       "SELECT 1 FROM d712a");
     std::printf("%s: %lld posting lines\n", path.c_str(), total);
 
-    // 1. SYS_ZM summary over every line beside one sequential aggregate over the line tables
     long long rows = 0;
+    if (only.empty()) {
+    // 1. SYS_ZM summary over every line beside one sequential aggregate over the line tables
     const Timing zm = millis([&] {
         rows = static_cast<long long>(
             db.open("EXEC SYS_ZM @param3=0,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1").rows.size());
@@ -143,6 +152,7 @@ int main(int argc, char** argv) {
             db.open("EXEC SYS_ZM @param=1,@BDATE='2026-05-01',@EDATE='2026-07-01',@wl_id='" + sku + "',@param2=1").rows.size());
     }, 5);
     line("SYS_ZM detail of the busiest SKU", detail, Timing{50, 50}, "the target", rows);
+    }
 
     // 3. the stock query's summary beside a hand-written GROUP BY over the stock rows
     const std::string k = "D1802.K0 + D1802.K1 + D1802.K2 + D1802.K3 + D1802.K4 + D1802.K5 + D1802.K6 + D1802.K7 + D1802.K8 + D1802.K9";
@@ -157,14 +167,31 @@ int main(int argc, char** argv) {
         "D1802.K2+D1802.K3+D1802.K4+D1802.K5+D1802.K6+ D1802.K7+D1802.K8+D1802.K9) > 0)  ORDER BY  D1800.K_ID, D1005.COL_ID";
     const Timing query = millis([&] { rows = static_cast<long long>(db.open(summary).rows.size()); });
     // the same rows by a hand-written SQLite GROUP BY over the stock rows
-    const Timing group = millis([&] {
-        native(h, "SELECT st.K_ID, s.COL_ID, st.M_ID, c.COL_NAME, st.WL_NAME, st.DW_NAME, p.PP_NAME, SUM(k.K0), SUM(k.K1), SUM(k.K2), "
+    const std::string handWritten = "SELECT st.K_ID, s.COL_ID, st.M_ID, c.COL_NAME, st.WL_NAME, st.DW_NAME, p.PP_NAME, SUM(k.K0), SUM(k.K1), SUM(k.K2), "
                   "SUM(k.K3), SUM(k.K4), SUM(k.K5), SUM(k.K6), SUM(k.K7), SUM(k.K8), SUM(k.K9), SUM(k.KC), st.PFJ, SUM(k.KC * st.PFJ), "
                   "0.0, 0.0, 'zz', '汇总值' FROM d1801 s JOIN d1802 k ON k.WL_ID = s.WL_ID JOIN d1800 st ON st.K_ID = s.K_ID "
                   "JOIN d1009 p ON p.PP_ID = st.PP_ID JOIN d1006 z ON z.M_ID = st.M_ID JOIN d1005 c ON c.COL_ID = s.COL_ID "
-                  "GROUP BY st.K_ID, s.COL_ID HAVING SUM(k.KC) > 0 ORDER BY st.K_ID, s.COL_ID");
-    });
+                  "GROUP BY st.K_ID, s.COL_ID HAVING SUM(k.KC) > 0 ORDER BY st.K_ID, s.COL_ID";
+    const Timing group = millis([&] { native(h, handWritten); });
     line("stock query summary", query, group, "same rows, hand-written GROUP BY", rows);
+    if (!only.empty() || explain) {
+        // the translated text stepped through bare: what the engine costs without the values
+        qx::tsql::SqliteCatalog catalog(h);
+        const auto statements = qx::tsql::parseBatch(summary);
+        const auto sqls = qx::tsql::emitSqlite(statements.front(), catalog);
+        const Timing bare = millis([&] { native(h, sqls.back()); });
+        line("  the translated text, rows stepped", bare, group, "same rows, hand-written GROUP BY", rows);
+        if (explain) {
+            for (const std::string* text : {&sqls.back(), &handWritten}) {
+                std::printf("\n%s\n", text->c_str());
+                sqlite3_stmt* st = nullptr;
+                sqlite3_prepare_v2(h, ("EXPLAIN QUERY PLAN " + *text).c_str(), -1, &st, nullptr);
+                while (sqlite3_step(st) == SQLITE_ROW) std::printf("  %s\n", reinterpret_cast<const char*>(sqlite3_column_text(st, 3)));
+                sqlite3_finalize(st);
+            }
+        }
+    }
+    if (!only.empty()) return 0;
 
     // 4. the warehouse cross-tab beside the GROUP BY it pivots
     const std::string source =

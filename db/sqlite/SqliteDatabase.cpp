@@ -93,14 +93,19 @@ void closedPeriodFunction(sqlite3_context* context, int, sqlite3_value** argv) {
 int progressHandler(void*) { return progressContinues() && !interruptRequested() ? 0 : 1; }
 constexpr int kProgressSteps = 20000;
 
-Value valueAt(sqlite3_stmt* stmt, int i) {
-    switch (sqlite3_column_type(stmt, i)) {
-    case SQLITE_INTEGER: return static_cast<std::int64_t>(sqlite3_column_int64(stmt, i));
-    case SQLITE_FLOAT: return sqlite3_column_double(stmt, i);
-    case SQLITE_NULL: return std::monostate{};
+// A column's value read once through its sqlite3_value: the sqlite3_column_* calls would each
+// look the column up again. The value is "unprotected", which only matters when another thread
+// uses the connection; one connection is used by one thread (SQLITE_OPEN_NOMUTEX).
+// The value is built in place at the row's end.
+void appendValueAt(std::vector<Value>& row, sqlite3_stmt* stmt, int i) {
+    sqlite3_value* value = sqlite3_column_value(stmt, i);
+    switch (sqlite3_value_type(value)) {
+    case SQLITE_INTEGER: row.emplace_back(std::in_place_type<std::int64_t>, sqlite3_value_int64(value)); break;
+    case SQLITE_FLOAT: row.emplace_back(std::in_place_type<double>, sqlite3_value_double(value)); break;
+    case SQLITE_NULL: row.emplace_back(); break;
     default: {
-        const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, i));
-        return std::string(text ? text : "", static_cast<std::size_t>(sqlite3_column_bytes(stmt, i)));
+        const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+        row.emplace_back(std::in_place_type<std::string>, text ? text : "", static_cast<std::size_t>(sqlite3_value_bytes(value)));
     }
     }
 }
@@ -194,6 +199,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
     } catch (...) {
         for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
         cache_.clear();
+        catalog_.reset();
         sqlite3_close(db_);
         db_ = nullptr;
         throw;
@@ -202,6 +208,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
 
 SqliteDatabase::~SqliteDatabase() {
     for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
+    catalog_.reset();  // it keeps statements of its own on the connection
     sqlite3_close(db_);
 }
 
@@ -395,7 +402,7 @@ ResultSet SqliteDatabase::stepNative(const std::string& sql, bool collect, const
         if (!collect) continue;
         std::vector<Value> row;
         row.reserve(static_cast<std::size_t>(columns));
-        for (int i = 0; i < columns; ++i) row.push_back(valueAt(stmt, i));
+        for (int i = 0; i < columns; ++i) appendValueAt(row, stmt, i);
         result.rows.push_back(std::move(row));
     }
     if (collect) typeUntypedColumns(result);

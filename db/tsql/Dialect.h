@@ -76,6 +76,18 @@ public:
     virtual std::string call(std::string_view helper, const std::vector<std::string>& args) const = 0;
     // The one value of a scalar subquery, an error when it yields more than one row.
     virtual std::string singleValue(const std::string& subquery) const = 0;
+
+    // Shortcuts an engine may take where its SQL allows them; every one is off by default.
+    // An aggregate query may select columns it does not group by (SQLite's bare columns): the
+    // GROUP BY then names only the columns that decide the others.
+    virtual bool selectsUngroupedColumns() const { return false; }
+    // a + b + c … of int values in one call that checks every partial sum for the int range, as
+    // SQL Server does at each addition; empty when the engine has no such helper.
+    virtual std::string checkedIntSum(const std::vector<std::string>& terms) const { return {}; }
+    // SUM(n * c) of int values n and a decimal c the query groups by, written c * SUM(n): the
+    // same in exact decimal arithmetic, one product per group instead of one per row, and the
+    // SUM(n) shared with the query's other sums of n.
+    virtual bool factorsGroupedFactorsOutOfSums() const { return false; }
 };
 
 // Spellings every dialect shares: text between quote characters with the quote doubled inside,

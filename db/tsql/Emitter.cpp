@@ -685,6 +685,18 @@ private:
             const SqlType lt = typeOf(l, scope), rt = typeOf(r, scope);
             if (lt == SqlType::DateTime && isNumeric(rt)) return d_.call("add_days", {expr(l, scope), "-(" + expr(r, scope) + ")"});
         }
+        // a + b + c … of ints: the engine's helper checks each partial sum in one call
+        if (checkedIntAddition(e, scope)) {
+            std::vector<const Expr*> terms{e.args[1].get()};
+            const Expr* left = e.args[0].get();
+            for (; checkedIntAddition(*left, scope); left = left->args[0].get()) terms.push_back(left->args[1].get());
+            terms.push_back(left);
+            if (terms.size() > 2) {
+                std::vector<std::string> texts;
+                for (auto term = terms.rbegin(); term != terms.rend(); ++term) texts.push_back(expr(**term, scope));
+                if (std::string sum = d_.checkedIntSum(texts); !sum.empty()) return sum;
+            }
+        }
         // exclusive or: a helper, since spelling it with | and & would write each operand twice
         if (e.text == "^") return d_.call("bitxor", {expr(l, scope), expr(r, scope)});
         // arithmetic with text converts the text to the number's type, or fails
@@ -703,6 +715,12 @@ private:
             return d_.call("checked", {text, d_.quoteString("int")});  // int arithmetic overflows as SQL Server's does
         if (e.text == "+" || e.text == "-" || e.text == "*") return exactDecimal(text, e, scope);
         return text;
+    }
+
+    // An addition of two ints that SQL Server checks for the int range.
+    bool checkedIntAddition(const Expr& e, const Scope& scope) {
+        return e.kind == ExprKind::Binary && e.text == "+" && typeOf(*e.args[0], scope) == SqlType::Integer &&
+               typeOf(*e.args[1], scope) == SqlType::Integer && fitsInt(*e.args[0]) && fitsInt(*e.args[1]);
     }
 
     // A literal beyond the int range is a decimal in SQL Server, so its arithmetic does not overflow.
@@ -920,6 +938,9 @@ private:
             }
             return text + ")";
         }
+        if (name == "SUM" && e.args.size() == 1 && !e.distinct && !e.star && d_.factorsGroupedFactorsOutOfSums()) {
+            if (auto factored = sumOfGroupedFactor(e, scope)) return *factored;
+        }
         if ((name == "MIN" || name == "MAX") && e.args.size() == 1 && e.args[0]->kind != ExprKind::Column &&
             typeOf(*e.args[0], scope) == SqlType::Text)
             return name + "(" + withCollation(arg(0), *e.args[0]) + ")";
@@ -946,6 +967,120 @@ private:
         if (name == "AVG" && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer) return d_.integerAverage(text);
         if (name == "SUM") return exactDecimal(text, e, scope);
         return text;
+    }
+
+    // SUM(n * c) with n an int and c a decimal column the query groups by: c is the same in
+    // every row of a group, so the sum is c * SUM(n), exactly so in decimal arithmetic (a NULL c
+    // or no n makes both NULL).
+    std::optional<std::string> sumOfGroupedFactor(const Expr& e, const Scope& scope) {
+        const Expr& product = *e.args[0];
+        if (product.kind != ExprKind::Binary || product.text != "*" || !groupBy_) return std::nullopt;
+        for (std::size_t side = 0; side < 2; ++side) {
+            const Expr& factor = *product.args[side];
+            const Expr& count = *product.args[1 - side];
+            if (factor.kind != ExprKind::Column || typeOf(count, scope) != SqlType::Integer) continue;
+            const Resolution r = resolve(factor.name, scope);
+            if (!r.source || !r.local || r.type != SqlType::Real || r.scale < 0 || !groupedOn(r.source, factor.name.last(), scope)) continue;
+            return exactDecimal("(" + expr(factor, scope) + " * SUM(" + expr(count, scope) + "))", e, scope);
+        }
+        return std::nullopt;
+    }
+
+    bool groupedOn(const Source* source, std::string_view column, const Scope& scope) const {
+        for (const auto& item : *groupBy_) {
+            if (item->kind != ExprKind::Column || !equalsIgnoreCase(item->name.last(), column)) continue;
+            const Resolution r = resolve(item->name, scope);
+            if (r.source == source && r.local) return true;
+        }
+        return false;
+    }
+
+    // GROUP BY items that the others decide, for an engine that may select what it does not
+    // group by: a column of a table whose row the kept items fix, because they hold one of its
+    // unique keys or equal one in the joins (each key column compared for equality with a fixed
+    // column of the same type), step by step from table to table. Only where every join is an
+    // inner one, and not in a view (it would outlive the keys it relies on).
+    std::vector<bool> decidedGroupItems(const SelectCore& c, const Scope& scope) {
+        std::vector<bool> dropped(c.groupBy.size(), false);
+        if (!d_.selectsUngroupedColumns() || inView_ || c.groupBy.size() < 2) return dropped;
+        std::vector<std::pair<const Expr*, const Expr*>> equalities;
+        for (const auto& ref : c.from)
+            if (!innerJoinEqualities(*ref, equalities)) return dropped;
+        if (c.where) conjunctEqualities(*c.where, equalities);
+        for (std::size_t i = c.groupBy.size(); i-- > 0;) {
+            const Expr& item = *c.groupBy[i];
+            if (item.kind != ExprKind::Column) continue;
+            const Resolution r = resolve(item.name, scope);
+            if (!r.source || !r.local || r.source->table.parts.empty()) continue;
+            dropped[i] = true;
+            dropped[i] = rowFixed(*r.source, c, scope, dropped, equalities);
+        }
+        return dropped;
+    }
+
+    bool innerJoinEqualities(const TableRef& ref, std::vector<std::pair<const Expr*, const Expr*>>& equalities) {
+        if (ref.kind != TableRef::Kind::Join) return true;
+        if (ref.joinType != JoinType::Inner && ref.joinType != JoinType::Cross) return false;
+        if (ref.on) conjunctEqualities(*ref.on, equalities);
+        return innerJoinEqualities(*ref.left, equalities) && innerJoinEqualities(*ref.right, equalities);
+    }
+
+    static void conjunctEqualities(const Expr& e, std::vector<std::pair<const Expr*, const Expr*>>& equalities) {
+        if (e.kind != ExprKind::Binary) return;
+        if (equalsIgnoreCase(e.text, "AND")) {
+            conjunctEqualities(*e.args[0], equalities);
+            conjunctEqualities(*e.args[1], equalities);
+        } else if (e.text == "=" && e.args[0]->kind == ExprKind::Column && e.args[1]->kind == ExprKind::Column) {
+            equalities.emplace_back(e.args[0].get(), e.args[1].get());
+        }
+    }
+
+    // Whether the GROUP BY items not dropped fix the row of target within each group.
+    bool rowFixed(const Source& target, const SelectCore& c, const Scope& scope, const std::vector<bool>& dropped,
+                  const std::vector<std::pair<const Expr*, const Expr*>>& equalities) {
+        std::set<std::pair<const Source*, std::string>> fixed;  // columns equal in every row of a group
+        std::set<const Source*> rows;                           // tables with one row per group
+        for (std::size_t i = 0; i < c.groupBy.size(); ++i) {
+            if (dropped[i] || c.groupBy[i]->kind != ExprKind::Column) continue;
+            const Resolution r = resolve(c.groupBy[i]->name, scope);
+            if (r.source && r.local) fixed.emplace(r.source, toUpper(c.groupBy[i]->name.last()));
+        }
+        auto equalsFixed = [&](const Source& source, const std::string& column) {
+            if (fixed.count({&source, toUpper(column)})) return true;
+            for (const auto& [a, b] : equalities) {
+                for (const auto& [mine, other] : {std::pair{a, b}, std::pair{b, a}}) {
+                    if (!equalsIgnoreCase(mine->name.last(), column)) continue;
+                    const Resolution m = resolve(mine->name, scope), o = resolve(other->name, scope);
+                    if (m.source == &source && o.source && o.local && m.type == o.type && m.type != SqlType::Unknown &&
+                        fixed.count({o.source, toUpper(other->name.last())}))
+                        return true;
+                }
+            }
+            return false;
+        };
+        for (bool changed = true; changed && !rows.count(&target);) {
+            changed = false;
+            for (const Source& source : scope.sources) {
+                if (rows.count(&source) || source.table.parts.empty() || !source.columns) continue;
+                for (const auto& key : keysOf(source.table)) {
+                    bool all = !key.empty();
+                    for (const auto& column : key) all = all && equalsFixed(source, column);
+                    if (!all) continue;
+                    rows.insert(&source);
+                    for (const auto& column : *source.columns) fixed.emplace(&source, toUpper(column.name));
+                    changed = true;
+                    break;
+                }
+            }
+        }
+        return rows.count(&target) > 0;
+    }
+
+    const std::vector<std::vector<std::string>>& keysOf(const Name& table) {
+        const std::string key = toUpper(table.last());
+        auto found = keyCache_.find(key);
+        if (found == keyCache_.end()) found = keyCache_.emplace(key, catalog_.uniqueKeys(table.last())).first;
+        return found->second;
     }
 
     // ---------------------------------------------------------------- queries
@@ -983,6 +1118,16 @@ private:
         return {};
     }
 
+    // The GROUP BY of the select being written, for as long as it is written.
+    struct GroupContext {
+        const std::vector<ExprPtr>*& slot;
+        const std::vector<ExprPtr>* saved;
+        GroupContext(const std::vector<ExprPtr>*& s, const std::vector<ExprPtr>* now) : slot(s), saved(s) { slot = now; }
+        ~GroupContext() { slot = saved; }
+        GroupContext(const GroupContext&) = delete;
+        GroupContext& operator=(const GroupContext&) = delete;
+    };
+
     std::string fromClause(const std::vector<TableRefPtr>& from, const Scope& scope) {
         std::string text;
         std::size_t joined = 0;
@@ -1000,6 +1145,7 @@ private:
     // selectList: written instead of the core's own select list (the ranking of WITH TIES)
     std::string core(const SelectCore& c, const Scope& scope, const std::vector<CatalogColumn>* targets, bool skipIdentity,
                      const std::vector<SqlType>* unionTypes = nullptr, const std::string* selectList = nullptr) {
+        GroupContext group(groupBy_, &c.groupBy);
         if (selectList) {
             std::string text = "SELECT " + *selectList;
             if (!c.from.empty()) text += " FROM " + fromClause(c.from, scope);
@@ -1047,8 +1193,12 @@ private:
         if (c.where) text += " WHERE " + expr(*c.where, scope);
         if (!c.groupBy.empty()) {
             text += " GROUP BY ";
+            const std::vector<bool> decided = decidedGroupItems(c, scope);
+            bool firstGroup = true;
             for (std::size_t i = 0; i < c.groupBy.size(); ++i) {
-                if (i) text += ", ";
+                if (decided[i]) continue;
+                if (!firstGroup) text += ", ";
+                firstGroup = false;
                 const Expr& g = *c.groupBy[i];
                 std::string group = expr(g, scope);
                 if (g.kind != ExprKind::Column && typeOf(g, scope) == SqlType::Text) group = withCollation(group, g);
@@ -1116,6 +1266,7 @@ private:
             if (single) singleScope = std::move(scope);
         }
         if (!q.orderBy.empty()) {
+            GroupContext group(groupBy_, single ? &q.cores[0].groupBy : nullptr);
             text += " ORDER BY ";
             for (std::size_t i = 0; i < q.orderBy.size(); ++i) {
                 if (i) text += ", ";
@@ -1471,6 +1622,7 @@ private:
     }
 
     std::string createView(const SyntaxTree& tree) {
+        inView_ = true;
         std::string text = "CREATE VIEW " + d_.quoteIdentifier(tree.target.last());
         if (!tree.columns.empty()) text += " (" + nameList(tree.columns) + ")";
         return text + " AS " + query(*tree.query, nullptr);
@@ -1498,6 +1650,9 @@ private:
     const TableRef* rowExposed_ = nullptr;
     int percentNesting_ = 0;  // the target's table in UPDATE … FROM (see updateThroughFrom)
     std::map<const Query*, std::pair<std::vector<OutputColumn>, bool>> outputCache_;
+    std::map<std::string, std::vector<std::vector<std::string>>> keyCache_;
+    const std::vector<ExprPtr>* groupBy_ = nullptr;  // the GROUP BY of the select being written
+    bool inView_ = false;
 };
 
 }  // namespace

@@ -132,6 +132,9 @@ public:
     std::string singleValue(const std::string& subquery) const override {
         return "(WITH qx_scalar(v) AS (" + subquery + ") SELECT qx_one(v) FROM qx_scalar)";
     }
+    bool selectsUngroupedColumns() const override { return true; }
+    std::string checkedIntSum(const std::vector<std::string>& terms) const override { return call("int_sum", terms); }
+    bool factorsGroupedFactorsOutOfSums() const override { return true; }
 };
 
 }  // namespace

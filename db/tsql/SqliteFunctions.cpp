@@ -375,6 +375,46 @@ void checkedFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     sqlite3_result_value(context, argv[0]);
 }
 
+// qx_int_sum(a, b, c, …): ((a + b) + c) … of int values as qx_checked checks each addition:
+// every partial sum is range-checked in turn, a NULL makes the rest NULL (no later check), a
+// float operand makes a float sum (only infinity is refused), as SQLite's + computes them.
+void intSumFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
+    static const IntegerKind& kind = *integerKind(std::string("int"));
+    bool isInteger = true;
+    long long whole = 0;
+    double real = 0;
+    for (int i = 0; i < argc; ++i) {
+        sqlite3_value* v = argv[i];
+        int type = sqlite3_value_type(v);
+        if (type == SQLITE_NULL) return sqlite3_result_null(context);
+        if (type != SQLITE_INTEGER && type != SQLITE_FLOAT) type = sqlite3_value_numeric_type(v) == SQLITE_INTEGER ? SQLITE_INTEGER : SQLITE_FLOAT;
+        if (i == 0) {
+            isInteger = type == SQLITE_INTEGER;
+            if (isInteger) whole = sqlite3_value_int64(v);
+            else real = sqlite3_value_double(v);
+            continue;
+        }
+        if (isInteger && type == SQLITE_INTEGER) {
+            long long sum = 0;
+            if (__builtin_add_overflow(whole, sqlite3_value_int64(v), &sum)) {
+                isInteger = false;  // SQLite turns an integer overflow into a float
+                real = static_cast<double>(whole) + static_cast<double>(sqlite3_value_int64(v));
+            } else {
+                whole = sum;
+                if (whole < kind.low || whole > kind.high) return overflow(context, kind);
+                continue;
+            }
+        } else {
+            const double left = isInteger ? static_cast<double>(whole) : real;
+            isInteger = false;
+            real = left + sqlite3_value_double(v);
+        }
+        if (std::isinf(real)) return sqlite3_result_error(context, "Arithmetic overflow error converting expression to data type float.", -1);
+    }
+    if (isInteger) sqlite3_result_int64(context, whole);
+    else sqlite3_result_double(context, real);
+}
+
 // qx_decimal(x, precision, scale): CAST(x AS decimal(p,s)) — rounded to s places, an error when
 // the whole part needs more than p - s digits.
 void decimalFunction(sqlite3_context* context, int, sqlite3_value** argv) {
@@ -665,6 +705,7 @@ void registerSqliteFunctions(sqlite3* db) {
         {"qx_stuff", 4, stuffFunction},         {"qx_concat", -1, concatFunction},      {"qx_quotename", 1, quotenameFunction},
         {"qx_quotename", 2, quotenameFunction}, {"qx_isnumeric", 1, isnumericFunction}, {"qx_bit", 1, bitFunction},
         {"qx_int", 2, intFunction},             {"qx_int", 3, intFunction},             {"qx_checked", 2, checkedFunction},
+        {"qx_int_sum", -1, intSumFunction},
         {"qx_decimal", 3, decimalFunction},     {"qx_fits", 4, fitsFunction},           {"qx_float_text", 1, floatTextFunction},
         {"qx_datename", 2, datenameFunction},   {"qx_eomonth", 1, eomonthFunction},     {"qx_eomonth", 2, eomonthFunction},
         {"qx_datefromparts", 3, datefrompartsFunction}, {"qx_isdate", 1, isdateFunction}, {"qx_add_days", 2, addDaysFunction},

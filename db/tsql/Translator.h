@@ -33,6 +33,10 @@ public:
     // Columns of a table or view, by its T-SQL name ("d8101", "#T", "[#phb]" unbracketed as
     // "#phb"); nullopt when no such table exists (yet).
     virtual std::optional<std::vector<CatalogColumn>> tableColumns(std::string_view name) const = 0;
+    // Sets of columns that identify one row of the table (its primary key, a unique key), each
+    // column NOT NULL and a text column compared under the text collation, so that rows equal
+    // on them under the comparisons the translation writes are one row. None by default.
+    virtual std::vector<std::vector<std::string>> uniqueKeys(std::string_view name) const { return {}; }
 };
 
 // EXEC name @a=1,@b='text' — values unquoted (doubled quotes undone), in call order.

@@ -1,4 +1,6 @@
 // The live catalog and the typing of result columns.
+#include <algorithm>
+
 #include "TsqlFixture.h"
 
 namespace qx::tsql::testing {
@@ -50,6 +52,25 @@ TEST(TsqlCatalog, SeesMainTempAndViews) {
     EXPECT_EQ((*temp)[0].type, SqlType::DateTime);
     EXPECT_FALSE(catalog.tableColumns("#missing").has_value());
     EXPECT_FALSE(catalog.tableColumns("missing").has_value());
+}
+
+TEST(TsqlCatalog, UniqueKeysAreThoseOfNotNullColumnsComparedAsTheTranslationCompares) {
+    Connection db;
+    db.run("CREATE TABLE k1 (A varchar(4) NOT NULL, B int NOT NULL, C varchar(4) NULL, D varchar(4) NOT NULL, E int NULL, PRIMARY KEY (A, B)) "
+           "CREATE UNIQUE INDEX k1_c ON k1 (C) CREATE UNIQUE INDEX k1_e ON k1 (E) CREATE INDEX k1_d ON k1 (D) "
+           "CREATE TABLE k2 (N int IDENTITY(1,1), T varchar(10) NULL) CREATE TABLE #k3 (X varchar(4) NOT NULL PRIMARY KEY)");
+    // a text key compared byte for byte would let 'a' and 'A' both in
+    ASSERT_EQ(sqlite3_exec(db.handle(), "CREATE UNIQUE INDEX k1_d_binary ON k1 (D COLLATE BINARY)", nullptr, nullptr, nullptr), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(db.handle(), "CREATE UNIQUE INDEX k1_b_d ON k1 (B, D)", nullptr, nullptr, nullptr), SQLITE_OK);
+    SqliteCatalog catalog(db.handle());
+    auto keys = catalog.uniqueKeys("K1");
+    std::sort(keys.begin(), keys.end());
+    ASSERT_EQ(keys.size(), 2u);  // the primary key and (B, D); not the NULL-able C and E, not D under BINARY
+    EXPECT_EQ(keys[0], (std::vector<std::string>{"A", "B"}));
+    EXPECT_EQ(keys[1], (std::vector<std::string>{"B", "D"}));
+    EXPECT_EQ(catalog.uniqueKeys("k2"), (std::vector<std::vector<std::string>>{{"N"}}));  // the row number
+    EXPECT_EQ(catalog.uniqueKeys("#k3"), (std::vector<std::vector<std::string>>{{"X"}}));
+    EXPECT_TRUE(catalog.uniqueKeys("missing").empty());
 }
 
 }  // namespace
