@@ -336,7 +336,10 @@ ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenanc
         } catch (const Error& e) {
             rollback();
             const bool retryable = lastState_ == "40P01" || lastState_ == "40001";
-            if (retryable && attempt < kAttempts) continue;
+            if (retryable && attempt < kAttempts) {
+                ++retried_;
+                continue;
+            }
             if (retryable)
                 throw Error("the batch collided with other terminals' work " + std::to_string(kAttempts) +
                                 " times and was given up; nothing of it was kept (" + e.what() + ")",

@@ -48,6 +48,10 @@ public:
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
     ResultSet runNative(const std::string& sql);
 
+    // How many times a batch of this connection was run again after the server cancelled it
+    // (deadlock, serialization failure, a key a concurrent batch had just taken).
+    int retriedBatches() const { return retried_; }
+
 private:
     void installRuntime();
     void configureSession();
@@ -61,6 +65,7 @@ private:
     pg_conn* conn_ = nullptr;
     std::string location_;
     std::string lastState_;  // SQLSTATE of the last failed statement
+    int retried_ = 0;
     std::unique_ptr<tsql::Catalog> catalog_;
 };
 
