@@ -58,14 +58,18 @@ private:
     void reconnectIfLost();
     void rollback();
     ResultSet runBatch(std::string_view tsqlBatch, bool maintenance = false);
-    ResultSet runStatements(std::string_view tsqlBatch);
-    ResultSet runStatement(const tsql::Statement& statement, bool& produced);
-    ResultSet runSql(const std::string& sql, const tsql::Statement* origin);
+    ResultSet runStatements(std::string_view tsqlBatch, bool commitAfter);
+    ResultSet runStatement(const tsql::Statement& statement, bool& produced, bool last);
+    ResultSet runSql(const std::string& sql, const tsql::Statement* origin, bool commitAfter);
+    void openTransaction();
+    void noteSchemaChange(const std::string& sql);
 
     pg_conn* conn_ = nullptr;
     std::string location_;
     std::string lastState_;  // SQLSTATE of the last failed statement
     int retried_ = 0;
+    bool beginPending_ = false;  // the batch's BEGIN goes with its first statement
+    bool committed_ = false;     // the batch's COMMIT went with its last statement
     std::unique_ptr<tsql::Catalog> catalog_;
 };
 
