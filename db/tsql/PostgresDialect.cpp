@@ -37,6 +37,15 @@ public:
         while (!value.empty() && value.back() == ' ') value.remove_suffix(1);
         return quoteString(value);
     }
+    // Stored without trailing blanks: SQL Server ignores them wherever it compares text (=,
+    // DISTINCT, GROUP BY, UNION, keys), PostgreSQL's collations do not. A written text loses
+    // them here, an expression through rtrim (see db/postgres/README.md, "Trailing blanks").
+    std::string storedText(const std::string& value, const std::string* literal) const override {
+        if (!literal) return "rtrim(" + value + ")";
+        std::string_view text = *literal;
+        while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+        return quoteString(text);
+    }
     // '#x' is a TEMP table in the connection's own pg_temp schema, under its T-SQL name.
     std::string tableReference(const Name& name) const override {
         if (name.isTemp()) return "pg_temp." + quoteIdentifier(stripBrackets(name.last()));
