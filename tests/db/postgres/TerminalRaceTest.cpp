@@ -10,22 +10,9 @@
 namespace qx::dbtest {
 namespace {
 
-class TerminalRace : public ::testing::TestWithParam<std::string> {
+class TerminalRace : public SharedShopTest {
 protected:
-    TempDir dir;
-    std::string location;
-
-    void SetUp() override {
-        if (GetParam() == "sqlite") {
-            location = dir.file("shop.db");
-        } else {
-            auto* server = test::PostgresServer::instance();
-            if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
-            location = server->freshDatabase();
-        }
-        auto db = db::openDatabase(location, true);
-        db->execute(test::kDocumentMasterData);
-    }
+    void seed(db::Database& db) override { db.execute(test::kDocumentMasterData); }
 };
 
 TEST_P(TerminalRace, FourTerminalsSavingReceiptsAndSalesOfTheSameSkusLoseNothing) {
