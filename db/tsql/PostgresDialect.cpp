@@ -258,9 +258,12 @@ public:
         if (helper == "add_days" && args.size() == 2)
             return "CAST(CAST(" + args[0] + " AS TIMESTAMP(0)) + (" + args[1] + ") * INTERVAL '1 day' AS TIMESTAMP(0))";
         if (helper == "decimal" && args.size() == 3) return "CAST(" + args[0] + " AS NUMERIC(" + args[1] + "," + args[2] + "))";
-        if (helper == "int" && args.size() == 2) {
-            if (args[1] == "'int'") return "CAST(trunc(CAST(" + args[0] + " AS NUMERIC)) AS INTEGER)";
-            return "qx_int(CAST(" + args[0] + " AS NUMERIC), " + args[1] + ")";  // tinyint, smallint, bigint: their ranges
+        if (helper == "int" && (args.size() == 2 || args.size() == 3)) {
+            // money rounds half away from zero (round of a NUMERIC does), other numbers are cut
+            const std::string number = "CAST(" + args[0] + " AS NUMERIC)";
+            const std::string whole = args.size() == 3 ? "round(" + number + ")" : "trunc(" + number + ")";
+            if (args[1] == "'int'") return "CAST(" + whole + " AS INTEGER)";
+            return "qx_int(" + (args.size() == 3 ? whole : number) + ", " + args[1] + ")";  // tinyint, smallint, bigint: their ranges
         }
         // TRY_CAST/TRY_CONVERT: one function per target type, NULL when the value does not convert.
         if (helper == "try" && args.size() == 4 && args[1].size() > 2) {
