@@ -258,6 +258,12 @@ public:
         if (helper == "add_days" && args.size() == 2)
             return "CAST(CAST(" + args[0] + " AS TIMESTAMP(0)) + (" + args[1] + ") * INTERVAL '1 day' AS TIMESTAMP(0))";
         if (helper == "decimal" && args.size() == 3) return "CAST(" + args[0] + " AS NUMERIC(" + args[1] + "," + args[2] + "))";
+        // a written text: read as SQL Server reads it ('' is 0, '12.5' refused)
+        const bool writtenText = !args.empty() && args[0].size() >= 2 && args[0].front() == '\'' && args[0].back() == '\'';
+        if (helper == "int" && args.size() == 2 && writtenText) {
+            const std::string value = "qx_int(CAST(" + args[0] + " AS TEXT), " + args[1] + ")";
+            return args[1] == "'int'" ? "CAST(" + value + " AS INTEGER)" : value;
+        }
         if (helper == "int" && (args.size() == 2 || args.size() == 3)) {
             // money rounds half away from zero (round of a NUMERIC does), other numbers are cut
             const std::string number = "CAST(" + args[0] + " AS NUMERIC)";
