@@ -82,6 +82,8 @@ std::string messageOf(const PGresult* result, pg_conn* conn) {
                "'. Cannot insert duplicate key in object '" + (table ? table : "") + "'. (" + (detail ? detail : message) + ")";
     }
     if (code == "22001") return "String or binary data would be truncated. (" + message + ")";
+    if (code == "22007" || code == "22008")  // a text that is no date, or a day the month has not
+        return "Conversion failed when converting date and/or time from character string. (" + message + ")";
     if (code == "22P02" && message.find("type numeric") != std::string::npos)
         return "Error converting data type varchar to numeric. (" + message + ")";
     if (code == "21000")
