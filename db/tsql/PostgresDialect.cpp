@@ -205,7 +205,24 @@ public:
         if (scale) return "CAST(" + value + " AS NUMERIC(38," + std::to_string(*scale) + "))";
         return "CAST(" + value + " AS DOUBLE PRECISION)";
     }
-    std::string toDateTime(const std::string& value) const override { return "CAST(" + value + " AS TIMESTAMP(0))"; }
+    // A written text is read as SQL Server reads it ('' and a time alone are on 1900-01-01); a
+    // text it does not read is left to the server, which refuses it.
+    std::string toDateTime(const std::string& value) const override {
+        if (value.size() >= 2 && value.front() == '\'' && value.back() == '\'') {
+            std::string text;
+            bool single = true;  // one quoted text, not an expression of several
+            for (std::size_t i = 1; i + 1 < value.size(); ++i) {
+                if (value[i] == '\'') {
+                    if (value[i + 1] != '\'' || i + 2 == value.size()) single = false;
+                    ++i;  // a doubled quote is one
+                }
+                text += value[i];
+            }
+            if (const auto date = single ? dates::parse(text) : std::nullopt; date && date->year >= 1753)
+                return "CAST(" + quoteString(dates::formatValue(*date)) + " AS TIMESTAMP(0))";
+        }
+        return "CAST(" + value + " AS TIMESTAMP(0))";
+    }
     std::string textToNumber(const std::string& value) const override {
         return "CAST(NULLIF(btrim(CAST(" + value + " AS TEXT)), '') AS NUMERIC)";
     }
@@ -279,7 +296,7 @@ public:
             return "qx_try_int(" + args[0] + ", " + args[1] + ")";
         }
         if (helper == "datetime" && args.size() == 2) return "qx_datetime(" + args[0] + ", " + args[1] + ")";
-        if (helper == "datetime" && !args.empty()) return "CAST(" + args[0] + " AS TIMESTAMP(0))";
+        if (helper == "datetime" && !args.empty()) return toDateTime(args[0]);
         if (helper == "concat") {  // NULL is an empty text, as on SQL Server
             std::string text = "concat(";
             for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : "") + args[i];
