@@ -85,3 +85,12 @@ PY
 
 echo "Stock reports beside their floors (bench_stock, wall-clock ms, median of 3):"
 "$bin/bench_stock" --lines "${QXCK_BENCH_LINES:-1000000}"
+
+# Four terminals saving receipts and sales of the same SKUs on one PostgreSQL shop (a private
+# server started for the run) for $QXCK_RACE_SECONDS seconds (default 60).
+# Then the reports' statements through the translator beside hand-written PostgreSQL, on the
+# 1 M-line shop (the one bench_stock made above) copied to a private server.
+if ls /usr/lib/postgresql/*/bin/initdb >/dev/null 2>&1 || [ -n "${QXCK_PG_BIN:-}" ]; then
+    "$bin/bench_terminal_race" --seconds "${QXCK_RACE_SECONDS:-60}"
+    "$bin/bench_pg_report" --from "${TMPDIR:-/tmp}/qxck-bench-lines${QXCK_BENCH_LINES:-1000000}.db"
+fi

@@ -6,6 +6,7 @@
 #include "db/sqlite/Procedures.h"
 #include "db/sqlite/Schema.h"
 #include "db/sqlite/SqliteDatabase.h"
+#include "db/tsql/TranslationError.h"
 
 #include <libpq-fe.h>
 
@@ -13,7 +14,9 @@
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "db/procedures/ClosingSnapshots.h"
@@ -83,6 +86,10 @@ std::string messageOf(const PGresult* result, pg_conn* conn) {
                "'. Cannot insert duplicate key in object '" + (table ? table : "") + "'. (" + (detail ? detail : message) + ")";
     }
     if (code == "22001") return "String or binary data would be truncated. (" + message + ")";
+    if (code == "22007" || code == "22008")  // a text that is no date, or a day the month has not
+        return "Conversion failed when converting date and/or time from character string. (" + message + ")";
+    if (code == "22P02" && message.find("type numeric") != std::string::npos)
+        return "Error converting data type varchar to numeric. (" + message + ")";
     if (code == "21000")
         return "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= or "
                "when the subquery is used as an expression.";
@@ -123,9 +130,21 @@ struct Result {
 };
 
 // The catalog the translator reads: tables of the search path and the connection's temp tables.
+// A table's columns are read once and kept (a batch names the same tables many times, each a
+// round trip to the server) until this connection changes a schema (CREATE, DROP, ALTER), rolls
+// a transaction back or reconnects. A table not found is asked again each time: another
+// connection may create it. A batch failing on a name or type while kept columns were used runs
+// once more with the catalog read afresh (another connection may have altered a table).
 class PostgresCatalog final : public tsql::Catalog {
 public:
     explicit PostgresCatalog(pg_conn* conn) : conn_(conn) {}
+    void forget() {
+        kept_.clear();
+        served_ = false;
+    }
+    void forget(const std::string& quotedName) { kept_.erase(quotedName); }
+    bool served() const { return served_; }  // kept columns used since forget() or unmark()
+    void unmark() { served_ = false; }
     std::optional<std::vector<tsql::CatalogColumn>> tableColumns(std::string_view name) const override {
         std::string table(name);
         if (table.size() >= 2 && table.front() == '[' && table.back() == ']') table = table.substr(1, table.size() - 2);
@@ -133,6 +152,10 @@ public:
         std::string quoted = "\"";
         for (char c : table) quoted += c == '"' ? std::string("\"\"") : std::string(1, lowerAscii(c));
         quoted += '"';
+        if (const auto kept = kept_.find(quoted); kept != kept_.end()) {
+            served_ = true;
+            return kept->second;
+        }
         const char* sql =
             "SELECT a.attname, format_type(a.atttypid, a.atttypmod), a.attidentity <> '', a.atttypid, a.atttypmod "
             "FROM pg_attribute a WHERE a.attrelid = to_regclass($1) AND a.attnum > 0 AND NOT a.attisdropped ORDER BY a.attnum";
@@ -157,12 +180,42 @@ public:
             }
             columns.push_back(std::move(column));
         }
+        kept_.emplace(quoted, columns);
         return columns;
     }
 
 private:
     pg_conn* conn_;
+    mutable std::unordered_map<std::string, std::vector<tsql::CatalogColumn>> kept_;
+    mutable bool served_ = false;
 };
+
+// Does this statement change what the catalog reads (tables, columns)?
+bool changesSchema(const std::string& sql) {
+    const auto start = sql.find_first_not_of(" \t\r\n");
+    if (start == std::string::npos) return false;
+    for (const char* word : {"CREATE", "DROP", "ALTER", "DO"}) {
+        const std::size_t n = std::strlen(word);
+        if (sql.size() - start > n && sameName(sql.substr(start, n), word) && !std::isalnum(static_cast<unsigned char>(sql[start + n])))
+            return true;
+    }
+    return false;
+}
+
+// The one temp table a schema change of the dialect's own spelling is about ("#t" in quotes),
+// or empty when it may be about any table.
+std::string tempTableChanged(const std::string& sql) {
+    for (const char* head : {"CREATE TABLE pg_temp.", "DROP TABLE IF EXISTS pg_temp.", "DROP TABLE pg_temp.", "ALTER TABLE pg_temp."}) {
+        const std::size_t n = std::strlen(head);
+        if (sql.compare(0, n, head) != 0 || sql.size() <= n || sql[n] != '"') continue;
+        std::size_t end = n + 1;
+        while (end < sql.size() && (sql[end] != '"' || (end + 1 < sql.size() && sql[end + 1] == '"'))) end += sql[end] == '"' ? 2 : 1;
+        if (end < sql.size()) return sql.substr(n, end - n + 1);
+    }
+    return {};
+}
+
+PostgresCatalog& cacheOf(const std::unique_ptr<tsql::Catalog>& catalog) { return static_cast<PostgresCatalog&>(*catalog); }
 
 }  // namespace
 
@@ -208,6 +261,7 @@ void PostgresDatabase::reconnectIfLost() {
         throw Error("cannot connect to the PostgreSQL server: " + message);
     }
     PQsetClientEncoding(conn_, "UTF8");
+    cacheOf(catalog_).forget();
     configureSession();
 }
 
@@ -242,7 +296,10 @@ PostgresDatabase::~PostgresDatabase() {
     if (conn_) PQfinish(conn_);
 }
 
-ResultSet PostgresDatabase::runNative(const std::string& sql) { return runSql(sql, nullptr); }
+ResultSet PostgresDatabase::runNative(const std::string& sql) {
+    noteSchemaChange(sql);
+    return runSql(sql, nullptr, false);
+}
 
 void PostgresDatabase::fail(const pg_result* result, const std::string& sql, const tsql::Statement* origin) {
     const char* state = PQresultErrorField(result, PG_DIAG_SQLSTATE);
@@ -259,9 +316,30 @@ void PostgresDatabase::fail(const pg_result* result, const std::string& sql, con
     throw Error(message, sql);
 }
 
-ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement* origin) {
-    untouched_ = false;
-    Result result{PQexec(conn_, sql.c_str())};
+// A statement goes to the server with the batch's BEGIN in front of it when the transaction has
+// not been opened yet, and with COMMIT after it when it is the batch's last: one round trip
+// instead of three for a batch of one statement (each round trip may wait for the server's
+// process to be scheduled on a busy machine). Of the results the first error counts, else the
+// last one with rows.
+ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement* origin, bool commitAfter) {
+    std::string text = sql;
+    if (beginPending_) text = "BEGIN;" + text;
+    if (commitAfter) text += ";COMMIT";
+    beginPending_ = false;
+    Result result{nullptr};
+    if (text == sql) {
+        result.r = PQexec(conn_, text.c_str());
+    } else if (PQsendQuery(conn_, text.c_str())) {
+        for (PGresult* next; (next = PQgetResult(conn_));) {
+            const auto kind = PQresultStatus(next);
+            const bool failed = kind != PGRES_TUPLES_OK && kind != PGRES_COMMAND_OK && kind != PGRES_EMPTY_QUERY;
+            const bool keep = !result.r || (failed && PQresultStatus(result.r) != PGRES_FATAL_ERROR) ||
+                              (kind == PGRES_TUPLES_OK && PQresultStatus(result.r) != PGRES_FATAL_ERROR);
+            if (keep) std::swap(result.r, next);
+            PQclear(next);
+        }
+    }
+    if (commitAfter && PQresultStatus(result.r) != PGRES_FATAL_ERROR && PQtransactionStatus(conn_) == PQTRANS_IDLE) committed_ = true;
     const auto status = PQresultStatus(result.r);
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY) fail(result.r, sql, origin);
     ResultSet set;
@@ -284,38 +362,67 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
     return set;
 }
 
-ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool& produced) {
+ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool& produced, bool last) {
     if (statement.procedure) {
-        // The procedures of the one registry, inside this batch's transaction.
+        // The procedures of the one registry, inside this batch's transaction (their statements
+        // take the pending BEGIN along, as any statement does).
         produced = true;
         return callProcedure(*this, statement);
     }
     const auto sqls = tsql::emitPostgres(statement, *catalog_);
     // The server names result columns by their folded names; give them back as written.
     const auto written = statement.returnsRows ? tsql::resultColumnsPostgres(statement, *catalog_) : std::vector<tsql::CatalogColumn>{};
-    ResultSet result;
-    for (std::size_t i = 0; i < sqls.size(); ++i) {
-        const bool collect = statement.returnsRows && i + 1 == sqls.size();
-        ResultSet r = runSql(sqls[i], &statement);
-        if (collect) {
-            if (written.size() == r.columns.size())
-                for (std::size_t c = 0; c < written.size(); ++c)
-                    if (sameName(written[c].name, r.columns[c].name)) r.columns[c].name = written[c].name;
-            result = std::move(r);
-            produced = true;
-        }
+    // The statement's pieces (SELECT … INTO is a DROP, a CREATE and an INSERT) in one round trip;
+    // only the last piece yields rows.
+    std::string joined;
+    for (const auto& sql : sqls) {
+        noteSchemaChange(sql);
+        joined += (joined.empty() ? "" : ";") + sql;
     }
+    if (joined.empty()) return {};
+    ResultSet result = runSql(joined, &statement, last);
+    if (!statement.returnsRows) return {};
+    if (written.size() == result.columns.size())
+        for (std::size_t c = 0; c < written.size(); ++c)
+            if (sameName(written[c].name, result.columns[c].name)) result.columns[c].name = written[c].name;
+    produced = true;
     return result;
+}
+
+// Forgets the kept columns a schema change may have made wrong: the one temp table it names, or
+// every table.
+void PostgresDatabase::noteSchemaChange(const std::string& sql) {
+    if (!catalog_ || !changesSchema(sql)) return;
+    const std::string temp = tempTableChanged(sql);
+    if (temp.empty()) cacheOf(catalog_).forget();
+    else cacheOf(catalog_).forget(temp);
 }
 
 // Ends a failed transaction (a failing COMMIT has ended it already).
 void PostgresDatabase::rollback() {
+    beginPending_ = false;
     if (PQstatus(conn_) == CONNECTION_OK && PQtransactionStatus(conn_) != PQTRANS_IDLE) Result done{PQexec(conn_, "ROLLBACK")};
+    cacheOf(catalog_).forget();  // tables made in the transaction are gone, dropped ones back
 }
 
-// The statements of a batch inside the running transaction; the last result set produced.
-ResultSet PostgresDatabase::runStatements(std::string_view tsqlBatch) {
-    return lastResultOfEach(tsqlBatch, [this](const tsql::Statement& statement, bool& produced) { return runStatement(statement, produced); });
+// The statements of a batch inside the running transaction; the last result set produced. With
+// commitAfter the transaction is committed together with the last statement.
+ResultSet PostgresDatabase::runStatements(std::string_view tsqlBatch, bool commitAfter) {
+    const auto statements = tsql::parseBatch(tsqlBatch);
+    ResultSet last;
+    for (std::size_t i = 0; i < statements.size(); ++i) {
+        bool produced = false;
+        ResultSet result = runStatement(statements[i], produced, commitAfter && i + 1 == statements.size());
+        if (produced) last = std::move(result);
+    }
+    return last;
+}
+
+// Sends the batch's BEGIN now if no statement has taken it along yet.
+void PostgresDatabase::openTransaction() {
+    if (!beginPending_) return;
+    beginPending_ = false;
+    runNative("BEGIN");
 }
 
 // One transaction per batch: the first failing statement rolls every earlier one back. The
@@ -326,19 +433,34 @@ ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenanc
     // serialization failure, left nothing behind: it runs again, a few times at most.
     constexpr int kAttempts = 4;
     reconnectIfLost();
+    bool readAfresh = false;
     for (int attempt = 1;; ++attempt) {
         lastState_.clear();
-        runNative("BEGIN");
+        cacheOf(catalog_).unmark();
+        beginPending_ = true;
+        committed_ = false;
         try {
             if (maintenance) runNative("SELECT set_config('qx.maintenance', 'on', true)");
-            untouched_ = !maintenance;
-            ResultSet last = runStatements(tsqlBatch);
-            runNative("COMMIT");
+            ResultSet last = runStatements(tsqlBatch, true);
+            if (beginPending_) beginPending_ = false;  // nothing was sent: no transaction to end
+            else if (!committed_) runNative("COMMIT");
             return last;
         } catch (const Error& e) {
+            // a name or type the kept catalog may have got wrong: once more, read afresh
+            const bool stale = cacheOf(catalog_).served() && !readAfresh &&
+                               (dynamic_cast<const tsql::TranslationError*>(&e) || lastState_ == "42703" || lastState_ == "42P01" ||
+                                lastState_ == "42804" || lastState_ == "42601" || lastState_ == "22P02");
             rollback();
+            if (stale) {
+                readAfresh = true;
+                --attempt;
+                continue;
+            }
             const bool retryable = lastState_ == "40P01" || lastState_ == "40001";
-            if (retryable && attempt < kAttempts) continue;
+            if (retryable && attempt < kAttempts) {
+                ++retried_;
+                continue;
+            }
             if (retryable)
                 throw Error("the batch collided with other terminals' work " + std::to_string(kAttempts) +
                                 " times and was given up; nothing of it was kept (" + e.what() + ")",
@@ -364,9 +486,9 @@ void PostgresDatabase::createShopTables() {
 void PostgresDatabase::createShop() {
     runNative("BEGIN");
     try {
-        for (const auto& file : tableDefinitions()) runStatements(file.text);
-        for (const auto& view : posting::tsqlViewStatements()) runStatements(view);
-        for (const auto& file : viewDefinitions()) runStatements(file.text);
+        for (const auto& file : tableDefinitions()) runStatements(file.text, false);
+        for (const auto& view : posting::tsqlViewStatements()) runStatements(view, false);
+        for (const auto& file : viewDefinitions()) runStatements(file.text, false);
         for (const auto& trigger : posting::postgresTriggerStatements()) runNative(trigger);
         for (const auto& statement : procedures::closingSnapshotStatements(procedures::postgresDialect())) runNative(statement);
         runNative("COMMIT");
@@ -436,7 +558,9 @@ void PostgresDatabase::ensureClosingSnapshots() {
 }
 
 void PostgresDatabase::readOneSnapshot() {
-    if (untouched_) runNative("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ");
+    if (!beginPending_) return;
+    beginPending_ = false;
+    runNative("BEGIN ISOLATION LEVEL REPEATABLE READ");
 }
 
 bool PostgresDatabase::setGuardsOff(bool off) {
@@ -553,7 +677,7 @@ private:
     }
 
     void start() {
-        db_.untouched_ = false;
+        db_.openTransaction();  // its statements belong to the batch's transaction
         std::vector<const char*> values;
         values.reserve(values_.size());
         for (const auto& v : values_) values.push_back(v ? v->c_str() : nullptr);

@@ -60,7 +60,7 @@ public:
 
     // What the procedures behind EXEC see of the connection (db/procedures/Session.h): the
     // running batch's transaction; statements with bound values read through a cursor.
-    ResultSet runWithinTransaction(std::string_view tsqlBatch) override { return runStatements(tsqlBatch); }
+    ResultSet runWithinTransaction(std::string_view tsqlBatch) override { return runStatements(tsqlBatch, false); }
     void executeNative(const std::string& sql) override { runNative(sql); }
     const procedures::Dialect& dialect() const override { return procedures::postgresDialect(); }
     bool setGuardsOff(bool off) override;
@@ -69,6 +69,10 @@ public:
     void readOneSnapshot() override;
     std::unique_ptr<procedures::NativeStatement> prepareNative(const std::string& sql) override;
 
+    // How many times a batch of this connection was run again after the server cancelled it
+    // (deadlock, serialization failure, a key a concurrent batch had just taken).
+    int retriedBatches() const { return retried_; }
+
 private:
     friend class PostgresStatement;
     void installRuntime();
@@ -76,16 +80,20 @@ private:
     void reconnectIfLost();
     void rollback();
     ResultSet runBatch(std::string_view tsqlBatch, bool maintenance = false);
-    ResultSet runStatements(std::string_view tsqlBatch);
-    ResultSet runStatement(const tsql::Statement& statement, bool& produced);
-    ResultSet runSql(const std::string& sql, const tsql::Statement* origin);
+    ResultSet runStatements(std::string_view tsqlBatch, bool commitAfter);
+    ResultSet runStatement(const tsql::Statement& statement, bool& produced, bool last);
+    ResultSet runSql(const std::string& sql, const tsql::Statement* origin, bool commitAfter);
+    void openTransaction();
     // Throws the server's error for a failed statement (remembering its SQLSTATE).
     [[noreturn]] void fail(const pg_result* result, const std::string& sql, const tsql::Statement* origin);
+    void noteSchemaChange(const std::string& sql);
 
     pg_conn* conn_ = nullptr;
     std::string location_;
     std::string lastState_;  // SQLSTATE of the last failed statement
-    bool untouched_ = false;  // a batch's transaction that has run no statement yet
+    int retried_ = 0;
+    bool beginPending_ = false;  // the batch's BEGIN goes with its first statement
+    bool committed_ = false;     // the batch's COMMIT went with its last statement
     std::unique_ptr<tsql::Catalog> catalog_;
 };
 

@@ -146,6 +146,17 @@ BEGIN
   END IF;
   RETURN v;
 END $q$)",
+        // CAST of a text to an integer type: blanks around it ignored, '' is 0, anything but a
+        // whole number refused in SQL Server's words.
+        R"(CREATE FUNCTION qx_int(text, text) RETURNS bigint LANGUAGE plpgsql IMMUTABLE STRICT AS $q$
+DECLARE t text := btrim($1 COLLATE "C");
+BEGIN
+  IF t = '' THEN RETURN 0; END IF;
+  IF t !~ '^[+-]?[0-9]+$' THEN
+    RAISE EXCEPTION 'Conversion failed when converting the varchar value ''%'' to data type %.', $1, $2;
+  END IF;
+  RETURN qx_int(t::numeric, $2);
+END $q$)",
         // TRY_CAST / TRY_CONVERT: the value converted, or NULL when it does not convert.
         R"(CREATE FUNCTION qx_try_int(text, text) RETURNS bigint LANGUAGE plpgsql IMMUTABLE STRICT AS $q$
 DECLARE t text := btrim($1 COLLATE "C");

@@ -67,6 +67,9 @@ public:
     virtual std::string limit(const std::string& count) const = 0;  // appended after ORDER BY
     // A text literal that is compared with another text: SQL Server ignores trailing blanks.
     virtual std::string comparedString(std::string_view value) const { return quoteString(value); }
+    // A text value stored into a text column: a written text (`literal` set, unquoted) or an
+    // expression. An engine whose comparisons count trailing blanks stores it without them.
+    virtual std::string storedText(const std::string& value, const std::string* /*literal*/) const { return value; }
     // AVG of integers: an integer, the fraction cut off.
     virtual std::string integerAverage(const std::string& average) const { return "CAST(" + average + " AS INTEGER)"; }
     // DATALENGTH of a text: its length in bytes.

@@ -554,6 +554,8 @@ private:
         std::string value = coerced(e, scope, target.type, true);
         if (isNumeric(target.type) && target.scale >= 0 && e.kind != ExprKind::Null)
             value = d_.round(value, target.scale);
+        if (target.type == SqlType::Text && e.kind == ExprKind::String) return d_.storedText(value, &e.text);
+        if (target.type == SqlType::Text && typeOf(e, scope) == SqlType::Text) return d_.storedText(value, nullptr);
         return value;
     }
 

@@ -37,6 +37,15 @@ public:
         while (!value.empty() && value.back() == ' ') value.remove_suffix(1);
         return quoteString(value);
     }
+    // Stored without trailing blanks: SQL Server ignores them wherever it compares text (=,
+    // DISTINCT, GROUP BY, UNION, keys), PostgreSQL's collations do not. A written text loses
+    // them here, an expression through rtrim (see db/postgres/README.md, "Trailing blanks").
+    std::string storedText(const std::string& value, const std::string* literal) const override {
+        if (!literal) return "rtrim(" + value + ")";
+        std::string_view text = *literal;
+        while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+        return quoteString(text);
+    }
     // '#x' is a TEMP table in the connection's own pg_temp schema, under its T-SQL name.
     std::string tableReference(const Name& name) const override {
         if (name.isTemp()) return "pg_temp." + quoteIdentifier(stripBrackets(name.last()));
@@ -205,7 +214,24 @@ public:
         if (scale) return "CAST(" + value + " AS NUMERIC(38," + std::to_string(*scale) + "))";
         return "CAST(" + value + " AS DOUBLE PRECISION)";
     }
-    std::string toDateTime(const std::string& value) const override { return "CAST(" + value + " AS TIMESTAMP(0))"; }
+    // A written text is read as SQL Server reads it ('' and a time alone are on 1900-01-01); a
+    // text it does not read is left to the server, which refuses it.
+    std::string toDateTime(const std::string& value) const override {
+        if (value.size() >= 2 && value.front() == '\'' && value.back() == '\'') {
+            std::string text;
+            bool single = true;  // one quoted text, not an expression of several
+            for (std::size_t i = 1; i + 1 < value.size(); ++i) {
+                if (value[i] == '\'') {
+                    if (value[i + 1] != '\'' || i + 2 == value.size()) single = false;
+                    ++i;  // a doubled quote is one
+                }
+                text += value[i];
+            }
+            if (const auto date = single ? dates::parse(text) : std::nullopt; date && date->year >= 1753)
+                return "CAST(" + quoteString(dates::formatValue(*date)) + " AS TIMESTAMP(0))";
+        }
+        return "CAST(" + value + " AS TIMESTAMP(0))";
+    }
     std::string textToNumber(const std::string& value) const override {
         return "CAST(NULLIF(btrim(CAST(" + value + " AS TEXT)), '') AS NUMERIC)";
     }
@@ -258,9 +284,18 @@ public:
         if (helper == "add_days" && args.size() == 2)
             return "CAST(CAST(" + args[0] + " AS TIMESTAMP(0)) + (" + args[1] + ") * INTERVAL '1 day' AS TIMESTAMP(0))";
         if (helper == "decimal" && args.size() == 3) return "CAST(" + args[0] + " AS NUMERIC(" + args[1] + "," + args[2] + "))";
-        if (helper == "int" && args.size() == 2) {
-            if (args[1] == "'int'") return "CAST(trunc(CAST(" + args[0] + " AS NUMERIC)) AS INTEGER)";
-            return "qx_int(CAST(" + args[0] + " AS NUMERIC), " + args[1] + ")";  // tinyint, smallint, bigint: their ranges
+        // a written text: read as SQL Server reads it ('' is 0, '12.5' refused)
+        const bool writtenText = !args.empty() && args[0].size() >= 2 && args[0].front() == '\'' && args[0].back() == '\'';
+        if (helper == "int" && args.size() == 2 && writtenText) {
+            const std::string value = "qx_int(CAST(" + args[0] + " AS TEXT), " + args[1] + ")";
+            return args[1] == "'int'" ? "CAST(" + value + " AS INTEGER)" : value;
+        }
+        if (helper == "int" && (args.size() == 2 || args.size() == 3)) {
+            // money rounds half away from zero (round of a NUMERIC does), other numbers are cut
+            const std::string number = "CAST(" + args[0] + " AS NUMERIC)";
+            const std::string whole = args.size() == 3 ? "round(" + number + ")" : "trunc(" + number + ")";
+            if (args[1] == "'int'") return "CAST(" + whole + " AS INTEGER)";
+            return "qx_int(" + (args.size() == 3 ? whole : number) + ", " + args[1] + ")";  // tinyint, smallint, bigint: their ranges
         }
         // TRY_CAST/TRY_CONVERT: one function per target type, NULL when the value does not convert.
         if (helper == "try" && args.size() == 4 && args[1].size() > 2) {
@@ -270,7 +305,7 @@ public:
             return "qx_try_int(" + args[0] + ", " + args[1] + ")";
         }
         if (helper == "datetime" && args.size() == 2) return "qx_datetime(" + args[0] + ", " + args[1] + ")";
-        if (helper == "datetime" && !args.empty()) return "CAST(" + args[0] + " AS TIMESTAMP(0))";
+        if (helper == "datetime" && !args.empty()) return toDateTime(args[0]);
         if (helper == "concat") {  // NULL is an empty text, as on SQL Server
             std::string text = "concat(";
             for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : "") + args[i];

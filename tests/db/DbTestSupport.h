@@ -106,6 +106,30 @@ inline std::unique_ptr<db::Database> newShopDatabase(const std::string& engine, 
     return db;
 }
 
+// Where a shop several processes open lives on an engine: a file in `dir`, or a new empty
+// database on the test process's private PostgreSQL server. Empty when that engine cannot run
+// here (no PostgreSQL server binaries).
+inline std::string shopLocation(const std::string& engine, const TempDir& dir) {
+    if (engine == "sqlite") return dir.file("shop.db");
+    auto* server = test::PostgresServer::instance();
+    return server ? server->freshDatabase() : std::string();
+}
+
+// A shop on the test's engine (the parameter) that several processes open by its location:
+// created empty, then seed() fills it. Skips when the engine cannot run here.
+class SharedShopTest : public ::testing::TestWithParam<std::string> {
+protected:
+    TempDir dir;
+    std::string location;
+    virtual void seed(db::Database& shop) = 0;
+    void SetUp() override {
+        location = shopLocation(GetParam(), dir);
+        if (location.empty()) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+        auto shop = db::openDatabase(location, true);
+        seed(*shop);
+    }
+};
+
 // A fresh shop database with the small shop, on SQLite or PostgreSQL. `available` is false when
 // the engine cannot run here; the shop is then an SQLite one and the test should skip.
 struct Shop {

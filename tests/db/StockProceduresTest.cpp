@@ -332,7 +332,7 @@ TEST_P(StockMovements, HostileArgumentsAreRefusedOrInert) {
 // SKU by their texts; texts that differ only in letter case or trailing blanks still match as the
 // database's own joins match them (the reading of one article's lines joins in SQL).
 TEST_P(StockMovements, KeysInOtherLetterCaseMatchAsTheJoinsMatchThem) {
-    if (GetParam() == "postgresql") GTEST_SKIP() << "stored trailing blanks still count on PostgreSQL (db/postgres/README.md)";
+    if (GetParam() == "postgresql") GTEST_SKIP() << "a server shop stores written texts without their trailing blanks (db/postgres/README.md)";
     seedStyleK1();
     db.execute("INSERT INTO D1801 VALUES ('K109','k1 ','02')", db::ExecOptions{true});
     openingStock(db, "K109", "MD1", sizes({0, 0, 4}));

@@ -37,22 +37,9 @@ std::array<std::string, 2> atOnce(db::Database& first, db::Database& second, con
     return outcome;
 }
 
-class Concurrency : public ::testing::TestWithParam<std::string> {
+class Concurrency : public SharedShopTest {
 protected:
-    TempDir dir;
-    std::string location;
-
-    void SetUp() override {
-        if (GetParam() == "sqlite") {
-            location = dir.file("shop.db");
-        } else {
-            auto* server = test::PostgresServer::instance();
-            if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
-            location = server->freshDatabase();
-        }
-        auto db = db::openDatabase(location, true);
-        seedSmallShop(*db);
-    }
+    void seed(db::Database& db) override { seedSmallShop(db); }
 };
 
 TEST_P(Concurrency, EightProcessesTakingAThousandNumbersEachNeverGetTheSameOne) {

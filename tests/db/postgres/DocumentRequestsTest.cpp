@@ -6,21 +6,13 @@
 
 #include "db/DbTestSupport.h"
 #include "support/GoldenStatements.h"
+#include "support/TerminalRace.h"
 
 namespace qx::dbtest {
 namespace {
 
-// Size group A (S, M, L), colours 01..03, warehouse 01; K01 (barcode rule 2: style + colour
-// mark + size mark, stock checked, cost 25) and K02 (rule 0, stock not checked, cost 40).
-constexpr const char* kMasterData =
-    "INSERT INTO D1006 (M_ID, M_NAME, M0, M1, M2, BS0, BS1, BS2) VALUES ('A','服装码','S','M','L','s','m','l');"
-    "INSERT INTO D1005 (COL_ID, COL_NAME, S) VALUES ('01','黑色','BK');"
-    "INSERT INTO D1005 (COL_ID, COL_NAME, S) VALUES ('02','白色','WH');"
-    "INSERT INTO D1005 (COL_ID, COL_NAME, S) VALUES ('03','红色','RD');"
-    "INSERT INTO D1007 (CK_ID, CK_NAME) VALUES ('01','总仓');"
-    "INSERT INTO D1800 (K_ID, M_ID, WL_NAME, CHECK_KC, TMI, DJ) VALUES ('K01','A','衬衫',1,2,25);"
-    "INSERT INTO D1800 (K_ID, M_ID, WL_NAME, CHECK_KC, TMI, DJ) VALUES ('K02','A','长裤',0,0,40);"
-    "INSERT INTO sys_co (CO, PARAM) VALUES ('测试公司','');";
+// The master data the golden batches are written against (tests/support/TerminalRace.h).
+using test::kDocumentMasterData;
 
 class DocumentRequests : public ::testing::TestWithParam<std::string> {
 protected:
@@ -31,7 +23,7 @@ protected:
 
     void SetUp() override {
         if (!db) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
-        db->execute(kMasterData);
+        db->execute(kDocumentMasterData);
     }
     std::string batch(const qx::test::GoldenStatements& golden, const char* name, const std::string& number = {}) {
         return golden.text(name, {{"number", QString::fromStdString(number)}}).toStdString();

@@ -141,6 +141,58 @@ TEST_F(PostgresDatabaseTest, ABatchReturnsItsLastResultSetAndTempTablesStayPriva
     EXPECT_TRUE(db_->open("SELECT * FROM Items WHERE 1 = 0").rows.empty());
 }
 
+// The columns the translator read are kept between batches; a temp table made again with other
+// columns, one made by a batch that failed, and a table another connection altered are read
+// afresh.
+TEST_F(PostgresDatabaseTest, KeptTableColumnsFollowEveryChangeOfATable) {
+    db_->execute("INSERT INTO Items (ItemNo, Name, Qty) VALUES ('A1', 'Coat', 3)");
+    db_->execute("SELECT ItemNo, Qty INTO #x FROM Items");
+    EXPECT_EQ(db_->open("SELECT * FROM #x").columns.size(), 2u);
+    db_->execute("DROP TABLE #x; SELECT Name INTO #x FROM Items");
+    auto columns = db_->open("SELECT * FROM #x").columns;
+    ASSERT_EQ(columns.size(), 1u);
+    EXPECT_EQ(columns[0].name, "name");
+
+    // made, read and then rolled back with its batch: not there afterwards
+    EXPECT_NE(errorOf("SELECT ItemNo, Name, Qty INTO #y FROM Items; INSERT INTO #y VALUES ('B1', 'Hat', 1); SELECT * FROM Nowhere"),
+              "no error");
+    EXPECT_NE(errorOf("INSERT INTO #y VALUES ('B2', 'Cap', 2)"), "no error");
+    db_->execute("SELECT ItemNo INTO #y FROM Items");
+    db_->execute("INSERT INTO #y VALUES ('B3')");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #y").rows[0][0], Value(std::int64_t{2}));
+
+    // another terminal adds a column: a positional insert with the new column goes through
+    db_->execute("INSERT INTO Items VALUES ('A2', 'Scarf', 1, 5, '2024-02-01')");
+    qx::db::PostgresDatabase(uri_).runNative("ALTER TABLE items ADD colour VARCHAR(10) COLLATE qx");
+    db_->execute("INSERT INTO Items VALUES ('A3', 'Belt', 2, 8, '2024-02-02', 'black')");
+    EXPECT_EQ(text(db_->open("SELECT Colour FROM Items WHERE ItemNo = 'A3'").rows.at(0).at(0)), "black");
+}
+
+// A batch goes to the server in as few round trips as it can (its BEGIN with the first
+// statement, its COMMIT with the last) and still keeps nothing of a failure, also one found
+// only at COMMIT, nor leaves a transaction open after a batch with nothing to run.
+TEST_F(PostgresDatabaseTest, ABatchIsOneTransactionAlsoWhenItsEndsTravelWithItsStatements) {
+    auto* server = dynamic_cast<qx::db::PostgresDatabase*>(db_.get());
+    ASSERT_NE(server, nullptr);
+    server->runNative("CREATE TABLE later (n INTEGER)");
+    server->runNative("CREATE FUNCTION later_check() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN IF NEW.n > 5 THEN RAISE "
+                      "EXCEPTION 'too many at commit'; END IF; RETURN NULL; END $$");
+    server->runNative("CREATE CONSTRAINT TRIGGER later_guard AFTER INSERT ON later DEFERRABLE INITIALLY DEFERRED FOR EACH ROW "
+                      "EXECUTE FUNCTION later_check()");
+    EXPECT_EQ(errorOf("INSERT INTO Items (ItemNo) VALUES ('K1'); INSERT INTO later VALUES (9)"), "too many at commit");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM Items WHERE ItemNo = 'K1'").rows[0][0], Value(std::int64_t{0}));
+    EXPECT_EQ(errorOf("INSERT INTO later VALUES (7)"), "too many at commit") << "the only statement, COMMIT with it";
+    EXPECT_EQ(errorOf("INSERT INTO later VALUES (2)"), "no error");
+    EXPECT_EQ(errorOf("-- nothing to run"), "no error");
+    EXPECT_EQ(db_->open("SELECT n FROM later").rows.size(), 1u);
+    EXPECT_EQ(server->runNative("SELECT 1").rows.size(), 1u);
+    // no transaction left open: another connection sees the row at once
+    EXPECT_EQ(connect()->open("SELECT COUNT(*) FROM later").rows[0][0], Value(std::int64_t{1}));
+    const auto last = db_->open("SELECT ItemNo INTO #z FROM Items; SELECT 1 AS one; SELECT 2 AS two");
+    ASSERT_EQ(last.rows.size(), 1u);
+    EXPECT_EQ(last.columns.at(0).name, "two");
+}
+
 TEST_F(PostgresDatabaseTest, NullsComeBackAsNull) {
     db_->execute("INSERT INTO Items (ItemNo) VALUES ('D1')");
     const auto row = db_->open("SELECT Name, Qty, Price, Sold FROM Items").rows.at(0);

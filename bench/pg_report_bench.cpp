@@ -1,0 +1,261 @@
+// The reports' statements on PostgreSQL: each report's batch as the screen sends it (its golden
+// file), run through the translator, beside the same query written by hand for PostgreSQL. Both
+// give the same rows (checked: row count and every column's sum); the figures are the median
+// wall times of 21 runs of each, taken in turn, after one warm-up run ($QXCK_REPORT_RUNS), and
+// the fastest run of each.
+//   bench_pg_report [--from FILE]    a shop file (default $QXCK_REPORT_DB, else a shop of
+//                                    1,000,000 lines made once by qxck-demo --lines in the temp
+//                                    folder), copied to a private PostgreSQL server started for
+//                                    the run (tests/support/PostgresServer.h)
+//   bench_pg_report --db URI         a shop already on a server
+//   QXCK_REPORT_CASES="204 255"      only these reports
+// Only reports whose batches call no procedure other than SYS_M (which runs its text in place).
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "db/postgres/PostgresDatabase.h"
+#include "db/tools/BulkShop.h"
+#include "db/tools/ShopCopy.h"
+#include "support/PostgresServer.h"
+
+namespace {
+
+[[noreturn]] void die(const std::string& message) {
+    std::fprintf(stderr, "bench_pg_report: %s\n", message.c_str());
+    std::exit(1);
+}
+
+// The cases of a golden statement file: "-- case: name" or "-- name" starts one, "#" lines are
+// notes, a case's lines are joined with nothing, "${br}" is a line break.
+std::map<std::string, std::string> goldenCases(const std::string& file) {
+    std::ifstream in(std::string(QXCK_BENCH_SOURCE_DIR) + "/tests/" + file);
+    if (!in) die("no golden file " + file);
+    std::map<std::string, std::string> cases;
+    std::string name;
+    for (std::string line; std::getline(in, line);) {
+        if (line.rfind("-- ", 0) == 0) {
+            name = line.substr(3);
+            if (name.rfind("case:", 0) == 0) name = name.substr(5);
+            name.erase(0, name.find_first_not_of(' '));
+            cases[name];
+        } else if (!name.empty() && !line.empty() && line[0] != '#') {
+            cases[name] += line;
+        }
+    }
+    for (auto& [n, text] : cases)
+        for (auto at = text.find("${br}"); at != std::string::npos; at = text.find("${br}", at)) text.replace(at, 5, "\n");
+    return cases;
+}
+
+struct Case {
+    std::string name, golden, goldenCase;
+    std::string hand;  // the same query written for PostgreSQL
+};
+
+const char* kQty = "(l.s0+l.s1+l.s2+l.s3+l.s4+l.s5+l.s6+l.s7+l.s8+l.s9)";
+
+std::vector<Case> cases() {
+    const std::string q = kQty;
+    const std::string range = " AND h.bdate >= '2026-03-01' AND h.bdate < '2026-03-19'";
+    // the detail's line of a receipt (0) or a purchase return (2), with its supplier
+    auto purchaseDetail = [&](const char* head, const char* lines, const char* sign, const char* price, const char* amount, int kind) {
+        const std::string s = sign;
+        std::string sizes;
+        for (int i = 0; i < 10; ++i) sizes += ", " + s + "l.s" + std::to_string(i);
+        return "SELECT " + std::to_string(kind) + " AS ttype, h.bdate, l.noid, st.m_id, st.k_id, st.wl_name, st.dw_name, c.col_name" + sizes +
+               ", 0 AS stot, 0.00 AS zk, 0.00 AS vipzk, 0.00 AS odj, 0.00 AS omoney, l." + price + ", " + s + "l." + amount +
+               ", g.kh_gys_id AS oid, g.kg_name AS oname, NULL AS note FROM d1801 w JOIN " + lines +
+               " l ON l.wl_id = w.wl_id JOIN d1800 st ON st.k_id = w.k_id JOIN d1005 c ON c.col_id = w.col_id JOIN " + head +
+               " h ON h.noid = l.noid AND h.t = 1 JOIN d1103 g ON g.kh_gys_id = h.kh_gys_id JOIN d1007 k ON k.ck_id = h.ck_id "
+               "JOIN d1101 y ON y.yw_id = h.yw_id WHERE TRUE" + range;
+    };
+    auto salesDetail = [&](const char* head, const char* lines, const char* sign, int kind) {
+        const std::string s = sign;
+        std::string sizes;
+        for (int i = 0; i < 10; ++i) sizes += ", " + s + "l.s" + std::to_string(i);
+        return "SELECT " + std::to_string(kind) + " AS ttype, h.bdate, l.noid, st.m_id, st.k_id, st.wl_name, st.dw_name, c.col_name" + sizes +
+               ", 0 AS stot, 0.00 AS zk, 0.00 AS vipzk, 0.00 AS odj, 0.00 AS omoney, l.sj, " + s +
+               "l.smoney, g.kh_gys_id AS oid, g.kg_name AS oname, NULL AS note FROM d1801 w JOIN " + lines +
+               " l ON l.wl_id = w.wl_id JOIN d1800 st ON st.k_id = w.k_id JOIN d1009 p ON p.pp_id = st.pp_id JOIN d1005 c ON "
+               "c.col_id = w.col_id JOIN " + head +
+               " h ON h.noid = l.noid AND h.t = 1 JOIN d1102 g ON g.kh_gys_id = h.kh_gys_id JOIN d1007 k ON k.ck_id = h.ck_id "
+               "JOIN d1101 y ON y.yw_id = h.yw_id WHERE TRUE" + range;
+    };
+    // the summaries' lines: counterparty, quantity, amount (and profit)
+    auto purchaseLines = [&](const char* head, const char* lines, const char* sign, const char* amount) {
+        const std::string s = sign;
+        return "SELECT g.kg_name, " + s + q + " AS q, " + s + "l." + amount +
+               " AS m FROM " + head + " h JOIN " + lines + " l ON l.noid = h.noid JOIN d1801 w ON w.wl_id = l.wl_id JOIN d1800 st ON "
+               "st.k_id = w.k_id JOIN d1101 y ON y.yw_id = h.yw_id JOIN d1008 b ON b.bm_id = y.bm_id JOIN d1103 g ON g.kh_gys_id = "
+               "h.kh_gys_id JOIN d1007 k ON k.ck_id = h.ck_id JOIN d1005 c ON c.col_id = w.col_id WHERE h.t = 1" + range;
+    };
+    auto salesLines = [&](const char* head, const char* lines, const char* sign, const char* profit) {
+        const std::string s = sign;
+        return "SELECT g.kg_name, " + s + q + " AS q, " + s + "l.smoney AS m, " + profit + " AS ly FROM " + head + " h JOIN " + lines +
+               " l ON l.noid = h.noid JOIN d1801 w ON w.wl_id = l.wl_id JOIN d1800 st ON st.k_id = w.k_id JOIN d1009 p ON p.pp_id = "
+               "st.pp_id JOIN d1101 y ON y.yw_id = h.yw_id JOIN d1008 b ON b.bm_id = y.bm_id JOIN d1102 g ON g.kh_gys_id = "
+               "h.kh_gys_id JOIN d1007 k ON k.ck_id = h.ck_id JOIN d1005 c ON c.col_id = w.col_id WHERE h.t = 1" + range;
+    };
+    auto pointOfSale = [&](const std::string& items) {
+        return "SELECT v.vipname, " + q + ", l.smoney, l.smoney - l.money FROM " + items +
+               " JOIN d712 h ON h.noid = l.noid JOIN d1007 k ON k.ck_id = h.ck_id" + range +
+               " LEFT JOIN d702 v ON v.vipid = h.vipid LEFT JOIN d1101 y ON y.yw_id = h.yw_id LEFT JOIN d1008 b ON b.bm_id = y.bm_id";
+    };
+    std::vector<Case> out;
+    out.push_back({"203 purchase detail, by supplier", "reports/golden/qxck203.sql", "by supplier",
+                   "SELECT * FROM (" + purchaseDetail("d8101", "d8101a", "", "dj", "money", 0) + " UNION ALL " +
+                       purchaseDetail("d8102", "d8102a", "0-", "sj", "smoney", 2) + ") t ORDER BY oid, bdate, noid"});
+    out.push_back({"204 purchase summary, by supplier", "reports/golden/qxck204.sql", "by supplier, no dates, no sizes",
+                   "SELECT kg_name, SUM(q), SUM(m) FROM (" + purchaseLines("d8101", "d8101a", "", "money") + " UNION ALL " +
+                       purchaseLines("d8102", "d8102a", "0-", "smoney") + ") t GROUP BY kg_name"});
+    out.push_back({"213 sales detail, by customer", "reports/golden/qxck213.sql", "by customer, tickets and returns",
+                   "SELECT * FROM (" + salesDetail("d8201", "d8201a", "", 0) + " UNION ALL " + salesDetail("d8202", "d8202a", "0-", 2) +
+                       ") t ORDER BY oid, bdate, noid"});
+    out.push_back(
+        {"214 sales summary, by customer, all sources", "reports/golden/qxck214.sql", "by customer, all sources",
+         "SELECT kg_name, SUM(q), SUM(m), SUM(ly) FROM (" + salesLines("d8201", "d8201a", "", "l.smoney - l.money") + " UNION ALL " +
+             salesLines("d8202", "d8202a", "0-", "l.money - l.smoney") + " UNION ALL " +
+             pointOfSale("d1800 st JOIN d1801 w ON w.k_id = st.k_id JOIN d1009 p ON p.pp_id = st.pp_id JOIN d712a l ON l.wl_id = "
+                         "w.wl_id JOIN d1005 c ON c.col_id = w.col_id") +
+             " UNION ALL " +
+             pointOfSale("(VALUES ('Z'), ('ZZZZZ'), ('ZZZZC')) AS st(k_id) JOIN d712a l ON l.wl_id = st.k_id") +
+             ") t(kg_name, q, m, ly) GROUP BY kg_name"});
+    const std::string k = "(k.k0+k.k1+k.k2+k.k3+k.k4+k.k5+k.k6+k.k7+k.k8+k.k9)";
+    out.push_back({"255 stock query summary, in stock only", "reports/golden/qxck255.sql",
+                   "summary, all warehouses, in stock only, cost shown",
+                   "SELECT st.k_id, c.col_id, st.m_id, c.col_name, st.wl_name, st.dw_name, p.pp_name, SUM(k.k0), SUM(k.k1), SUM(k.k2), "
+                   "SUM(k.k3), SUM(k.k4), SUM(k.k5), SUM(k.k6), SUM(k.k7), SUM(k.k8), SUM(k.k9), SUM(" + k + "), st.pfj, SUM(" + k +
+                       " * st.pfj), st.dj, SUM(" + k + " * st.dj), 'zz', '汇总值' FROM d1801 w JOIN d1802 k ON k.wl_id = w.wl_id JOIN d1800 "
+                       "st ON st.k_id = w.k_id JOIN d1009 p ON p.pp_id = st.pp_id JOIN d1006 z ON z.m_id = st.m_id JOIN d1005 c ON c.col_id "
+                       "= w.col_id GROUP BY st.k_id, c.col_id, st.m_id, st.pfj, c.col_name, p.pp_name, st.wl_name, st.dw_name, st.dj "
+                       "HAVING SUM(" + k + ") > 0 ORDER BY st.k_id, c.col_id"});
+    return out;
+}
+
+// Row count and the sum of every number column: two queries giving the same rows agree.
+struct Shape {
+    std::size_t rows = 0;
+    std::vector<double> sums;
+};
+Shape shapeOf(const qx::db::ResultSet& r) {
+    Shape s;
+    s.rows = r.rows.size();
+    s.sums.assign(r.columns.size(), 0.0);
+    for (const auto& row : r.rows)
+        for (std::size_t c = 0; c < row.size() && c < s.sums.size(); ++c) {
+            if (auto* i = std::get_if<std::int64_t>(&row[c])) s.sums[c] += static_cast<double>(*i);
+            else if (auto* d = std::get_if<double>(&row[c])) s.sums[c] += *d;
+        }
+    return s;
+}
+bool same(const Shape& a, const Shape& b) {
+    if (a.rows != b.rows || a.sums.size() != b.sums.size()) return false;
+    for (std::size_t i = 0; i < a.sums.size(); ++i)
+        if (std::fabs(a.sums[i] - b.sums[i]) > 0.005 * std::max(1.0, std::fabs(b.sums[i]))) return false;
+    return true;
+}
+std::string text(const Shape& s) {
+    std::string out = std::to_string(s.rows) + " rows;";
+    for (double v : s.sums) {
+        char buffer[32];
+        std::snprintf(buffer, sizeof buffer, " %.2f", v);
+        out += buffer;
+    }
+    return out;
+}
+
+// Wall times of two bodies run in turn (so both see the same load on a shared machine), after
+// one warm-up run each (the server's caches, the translator's catalog reads): sorted, so the
+// median is in the middle and the fastest run (the least disturbed by other work) first.
+std::pair<std::vector<double>, std::vector<double>> timesMs(const std::function<void()>& first, const std::function<void()>& second,
+                                                            int runs) {
+    first();
+    second();
+    std::vector<double> a, b;
+    auto time = [](const std::function<void()>& body) {
+        const auto start = std::chrono::steady_clock::now();
+        body();
+        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    };
+    for (int i = 0; i < runs; ++i) {
+        a.push_back(time(first));
+        b.push_back(time(second));
+    }
+    std::sort(a.begin(), a.end());
+    std::sort(b.begin(), b.end());
+    return {a, b};
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::string from, uri;
+    for (int i = 1; i + 1 < argc; i += 2) {
+        if (!std::strcmp(argv[i], "--from")) from = argv[i + 1];
+        else if (!std::strcmp(argv[i], "--db")) uri = argv[i + 1];
+        else die("usage: bench_pg_report [--from FILE | --db URI]");
+    }
+    try {
+        if (uri.empty()) {
+            if (from.empty() && std::getenv("QXCK_REPORT_DB")) from = std::getenv("QXCK_REPORT_DB");
+            if (from.empty()) {
+                from = (std::filesystem::temp_directory_path() / "qxck-bench-lines1000000.db").string();
+                if (!std::filesystem::exists(from)) {
+                    qx::demo::BulkOptions o;
+                    o.lines = 1000000;
+                    o.seed = 1;
+                    o.endDate = "2026-06-30";
+                    qx::demo::createBulkShop(from, o);
+                }
+            }
+            auto* server = qx::test::PostgresServer::instance();
+            if (!server) die("PostgreSQL server binaries not installed");
+            uri = server->freshDatabase();
+            const auto start = std::chrono::steady_clock::now();
+            qx::copy::copyShop(from, uri);
+            std::printf("%s copied to a private server in %.1f s\n", from.c_str(),
+                        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
+        }
+        qx::db::PostgresDatabase db(uri);
+        db.runNative("ANALYZE");
+        const auto lines = db.runNative(
+            "SELECT (SELECT count(*) FROM d8101a) + (SELECT count(*) FROM d8102a) + (SELECT count(*) FROM d8201a) + "
+            "(SELECT count(*) FROM d8202a) + (SELECT count(*) FROM d8301a) + (SELECT count(*) FROM d8303a) + (SELECT count(*) FROM d712a)");
+        std::printf("Reports on PostgreSQL, translated beside hand-written (wall ms, median of runs in turn; %lld document lines):\n",
+                    static_cast<long long>(std::get<std::int64_t>(lines.rows.at(0).at(0))));
+        const std::string only = std::getenv("QXCK_REPORT_CASES") ? std::getenv("QXCK_REPORT_CASES") : "";
+        int slower = 0;
+        const int runs = std::getenv("QXCK_REPORT_RUNS") ? std::max(1, std::atoi(std::getenv("QXCK_REPORT_RUNS"))) : 21;
+        for (const Case& c : cases()) {
+            if (!only.empty() && only.find(c.name.substr(0, 3)) == std::string::npos) continue;
+            const auto golden = goldenCases(c.golden);
+            const auto it = golden.find(c.goldenCase);
+            if (it == golden.end()) die(c.golden + " has no case '" + c.goldenCase + "'");
+            const std::string& batch = it->second;
+            const Shape translated = shapeOf(db.open(batch)), hand = shapeOf(db.runNative(c.hand));
+            if (!same(translated, hand))
+                die(c.name + ": the rows differ\n  translated:   " + text(translated) + "\n  hand-written: " + text(hand));
+            const auto [ts, hs] = timesMs([&] { db.open(batch); }, [&] { db.runNative(c.hand); }, runs);
+            const double t = ts[ts.size() / 2], h = hs[hs.size() / 2];
+            const double speed = t > 0 ? h / t : 0;  // translated speed relative to hand-written
+            const double fastest = ts.front() > 0 ? hs.front() / ts.front() : 0;
+            if (speed < 0.9) ++slower;
+            std::printf("  %-44s translated %8.1f (fastest %7.1f)   hand-written %8.1f (fastest %7.1f)   speed %5.2f (fastest runs %5.2f)   rows %zu\n",
+                        c.name.c_str(), t, ts.front(), h, hs.front(), speed, fastest, translated.rows);
+        }
+        std::printf("  (speed: hand-written median / translated median; the target is at least 0.90; %d below)\n", slower);
+        return 0;
+    } catch (const std::exception& e) {
+        die(e.what());
+    }
+}
