@@ -21,7 +21,7 @@ std::unique_ptr<Database> openDatabase(const std::string& location, bool create)
         if (!create) throw Error(location + " is not a shop database (no tables)");
         db->createShop();
     } else {
-        db->upgradeShop();
+        db->openShop();  // an older mark renews the generated objects, a newer one is refused
     }
     db->ensureClosingSnapshots();  // a shop made before the snapshots existed gets them
     return db;

@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <optional>
+#include <set>
 #include <unordered_map>
 #include <vector>
 
@@ -491,6 +492,7 @@ void PostgresDatabase::createShop() {
         for (const auto& file : viewDefinitions()) runStatements(file.text, false);
         for (const auto& trigger : posting::postgresTriggerStatements()) runNative(trigger);
         for (const auto& statement : procedures::closingSnapshotStatements(procedures::postgresDialect())) runNative(statement);
+        markSchemaVersion();
         runNative("COMMIT");
     } catch (...) {
         rollback();
@@ -502,13 +504,18 @@ bool PostgresDatabase::hasShop() {
     return !runNative("SELECT 1 FROM pg_trigger WHERE tgname = 'qx_d1802_total' AND tgrelid = to_regclass('d1802')").rows.empty();
 }
 
-void PostgresDatabase::upgradeShop() {
+std::vector<const posting::SkuCompletion*> PostgresDatabase::missingSkuCompletions() {
     std::vector<const posting::SkuCompletion*> missing;
     for (const auto& completion : posting::skuCompletions()) {
         std::string name = completion.triggerName;
         for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
         if (runNative("SELECT 1 FROM pg_trigger WHERE tgname = '" + name + "'").rows.empty()) missing.push_back(&completion);
     }
+    return missing;
+}
+
+void PostgresDatabase::upgradeShop() {
+    const auto missing = missingSkuCompletions();
     if (missing.empty()) return;
     runNative("BEGIN");
     try {
@@ -521,6 +528,74 @@ void PostgresDatabase::upgradeShop() {
         rollback();
         throw;
     }
+}
+
+int PostgresDatabase::schemaVersion() {
+    if (runNative("SELECT 1 WHERE to_regclass('qx_schema_version') IS NOT NULL").rows.empty()) return 0;
+    const ResultSet mark = runNative("SELECT max(version)::int8 FROM qx_schema_version");
+    if (mark.rows.empty() || !std::holds_alternative<std::int64_t>(mark.rows[0][0])) return 0;
+    return static_cast<int>(std::get<std::int64_t>(mark.rows[0][0]));
+}
+
+// A view rather than a table: it goes wherever the shop's schema goes (a dump, a copy) and is no
+// table a shop copy would look for in the file.
+void PostgresDatabase::markSchemaVersion() {
+    runNative("CREATE OR REPLACE VIEW qx_schema_version AS SELECT " + std::to_string(kSchemaVersion) + " AS version");
+}
+
+// The advisory lock key of the renewal (any number the shop's own code does not take).
+constexpr long long kRenewalLock = 0x71785f636b;  // "qx_ck"
+
+void PostgresDatabase::openShop() {
+    const int version = schemaVersion();
+    if (version > kSchemaVersion) throw Error(newerSchemaMessage(location_, version));
+    if (version == kSchemaVersion) {
+        upgradeShop();
+        return;
+    }
+    runNative("BEGIN");
+    try {
+        // terminals opening the same old shop at once: one renews, the others find the mark set
+        runNative("SELECT pg_advisory_xact_lock(" + std::to_string(kRenewalLock) + ")");
+        const int now = schemaVersion();
+        if (now > kSchemaVersion) throw Error(newerSchemaMessage(location_, now));
+        if (now < kSchemaVersion) renewGeneratedObjects();
+        runNative("COMMIT");
+    } catch (...) {
+        rollback();
+        throw;
+    }
+}
+
+// Within the caller's transaction. The views go in the reverse of their creation order (a later
+// one may read an earlier one; a view of the shop's own users on them makes this fail, keeping
+// everything); dropping a trigger function drops its triggers with it. Tables, the snapshot table
+// included, keep their rows.
+void PostgresDatabase::renewGeneratedObjects() {
+    const auto missing = missingSkuCompletions();
+    std::vector<std::string> views = posting::tsqlViewStatements();
+    for (const auto& file : viewDefinitions()) views.push_back(file.text);
+    std::vector<std::string> functions = posting::postgresTriggerStatements();
+    const auto snapshots = procedures::closingSnapshotStatements(procedures::postgresDialect());
+    functions.insert(functions.end(), snapshots.begin(), snapshots.end());
+    for (const auto& completion : posting::skuCompletions()) functions.push_back(completion.postgresTrigger);
+
+    std::vector<std::string> viewNames;
+    for (const auto& sql : views)
+        for (const auto& name : createdNames(sql, "VIEW")) viewNames.push_back(name);
+    for (auto name = viewNames.rbegin(); name != viewNames.rend(); ++name) runNative("DROP VIEW IF EXISTS " + *name);
+    std::set<std::string> dropped;
+    for (const auto& sql : functions)
+        for (const auto& name : createdNames(sql, "OR REPLACE FUNCTION"))
+            if (dropped.insert(name).second) runNative("DROP FUNCTION IF EXISTS " + name + " CASCADE");
+
+    for (const auto& view : posting::tsqlViewStatements()) runStatements(view, false);
+    for (const auto& file : viewDefinitions()) runStatements(file.text, false);
+    for (const auto& trigger : posting::postgresTriggerStatements()) runNative(trigger);
+    for (const auto& statement : snapshots) runNative(statement);
+    for (const auto* completion : missingSkuCompletions()) runNative(completion->postgresTrigger);
+    for (const auto* completion : missing) runNative(completion->backfill);
+    markSchemaVersion();
 }
 
 void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions& options) { runBatch(tsqlBatch, options.maintenance); }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "db/Database.h"
 #include "db/procedures/Session.h"
@@ -14,6 +15,10 @@ struct pg_conn;
 struct pg_result;
 
 namespace qx::db {
+
+namespace posting {
+struct SkuCompletion;
+}
 
 class PostgresDatabase final : public Database, public ProcedureSession {
 public:
@@ -52,6 +57,16 @@ public:
     // lines lack. Nothing when the shop has them.
     void upgradeShop();
 
+    // The shop's schema version mark (the view qx_schema_version), 0 when it has none.
+    int schemaVersion();
+
+    // What opening a shop does with its mark: a newer one than this build's is refused (nothing
+    // changes); none or an older one has the generated views, posting triggers and guards and the
+    // closing snapshots' trigger functions dropped and made again from their sources, the SKU
+    // completion added as upgradeShop() does, and the current mark set, in one transaction; tables
+    // and rows stay. With the current mark, upgradeShop().
+    void openShop();
+
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
     ResultSet runNative(const std::string& sql);
 
@@ -87,6 +102,9 @@ private:
     // Throws the server's error for a failed statement (remembering its SQLSTATE).
     [[noreturn]] void fail(const pg_result* result, const std::string& sql, const tsql::Statement* origin);
     void noteSchemaChange(const std::string& sql);
+    std::vector<const posting::SkuCompletion*> missingSkuCompletions();
+    void renewGeneratedObjects();
+    void markSchemaVersion();
 
     pg_conn* conn_ = nullptr;
     std::string location_;

@@ -25,10 +25,6 @@
 namespace qx::db {
 namespace {
 
-// The shop's schema version, kept in PRAGMA user_version: 1 for the first shops, 2 since the
-// balance view recounts through qx_stock_recount. A shop with an older mark gets its views and
-// triggers made again from their sources when it is opened; a newer mark is refused.
-constexpr int kSchemaVersion = 2;
 constexpr int kBusyTimeoutMs = 15000;
 constexpr std::size_t kStatementCacheLimit = 512;
 
@@ -187,8 +183,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
             if (!create) throw Error(path + " is not a shop database (no tables)");
             createSchema();
         } else if (version > kSchemaVersion) {
-            throw Error(path + " was made by a newer version of the program (schema version " + std::to_string(version) +
-                        ", this version knows up to " + std::to_string(kSchemaVersion) + "); open it with that version");
+            throw Error(newerSchemaMessage(path, version));
         } else if (version < kSchemaVersion) {
             addSkuCompletion();  // first: it also writes the SKU rows the old lines lack
             renewGeneratedObjects();
@@ -236,25 +231,6 @@ int SqliteDatabase::schemaVersion() {
     return result.rows.empty() ? 0 : static_cast<int>(std::get<std::int64_t>(result.rows[0][0]));
 }
 
-namespace {
-
-// The names the statements create: "CREATE VIEW name" / "CREATE TRIGGER name", any case.
-std::vector<std::string> createdNames(const std::string& sql, std::string_view what) {
-    std::vector<std::string> names;
-    std::string upper = sql;
-    for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    const std::string keyword = "CREATE " + std::string(what) + " ";
-    for (auto at = upper.find(keyword); at != std::string::npos; at = upper.find(keyword, at + 1)) {
-        auto begin = at + keyword.size();
-        while (begin < sql.size() && sql[begin] == ' ') ++begin;
-        auto end = begin;
-        while (end < sql.size() && (std::isalnum(static_cast<unsigned char>(sql[end])) || sql[end] == '_')) ++end;
-        if (end > begin) names.push_back(sql.substr(begin, end - begin));
-    }
-    return names;
-}
-
-}  // namespace
 
 // A shop made by an earlier version: its views and triggers are dropped and made again from
 // their sources (the posting rules, the module's views), in one transaction. Tables and rows

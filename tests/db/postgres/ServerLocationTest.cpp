@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "db/DbTestSupport.h"
+#include "db/sqlite/Schema.h"
 #include "db/tools/ShopCopy.h"
 
 namespace qx::dbtest {
@@ -121,6 +122,99 @@ TEST_F(ServerLocation, AShopMovesFromItsFileToAServerWithEveryRow) {
         << "the number counters came along";
     EXPECT_EQ(count(*copy, "V_CHECKKC"), 0) << "the stock rows equal the documents' recomputation";
     EXPECT_THROW(copy::copyShop(sharedDemoShop(), uri), db::Error) << "a target that holds a shop";
+}
+
+
+// The schema version mark of a shop on a server.
+long long markOf(db::PostgresDatabase& server) { return integer(server.runNative("SELECT version FROM qx_schema_version").rows.at(0).at(0)); }
+
+std::string definitionOf(db::PostgresDatabase& server, const std::string& view) {
+    return text(server.runNative("SELECT pg_get_viewdef('" + view + "'::regclass)").rows.at(0).at(0));
+}
+
+long long triggersNamed(db::PostgresDatabase& server, const std::string& name) {
+    return integer(server.runNative("SELECT count(*) FROM pg_trigger WHERE tgname = '" + name + "'").rows.at(0).at(0));
+}
+
+// A shop with a sale posted, then its generated objects made stale: the balance view replaced, the
+// sale lines' posting trigger gone, the stock total trigger doing nothing, the reopen snapshot
+// trigger gone; and its mark set to `mark` (none for 0).
+void makeItAShopOfVersion(const std::string& uri, int mark) {
+    auto db = db::openDatabase(uri, true);
+    db->execute(kSmallShopBatch);
+    db->execute("INSERT INTO D8201 (T,NOID,KH_GYS_ID,CK_ID,BDATE,USER_ID) VALUES (1,'S1','G1','ZC','2026-05-05','admin');"
+                "INSERT INTO D8201A (NOID,WL_ID,K_ID,COL_ID,CK_ID,S0) VALUES ('S1','K101','K1','01','ZC',2)");
+    ASSERT_EQ(stock(*db, "K101", "ZC"), sizes({-2}));
+    auto& server = dynamic_cast<db::PostgresDatabase&>(*db);
+    server.runNative("DROP VIEW v_checkkc; CREATE VIEW v_checkkc AS SELECT 'stale'::text AS ck_id; "
+                     "DROP FUNCTION qx_post_sale_line_ins CASCADE; DROP TRIGGER qx_snapshot_reopen ON sys_co; "
+                     "CREATE OR REPLACE FUNCTION qx_d1802_total() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RETURN NEW; END $$");
+    if (mark == 0) server.runNative("DROP VIEW qx_schema_version");
+    else server.runNative("CREATE OR REPLACE VIEW qx_schema_version AS SELECT " + std::to_string(mark) + " AS version");
+    ASSERT_EQ(triggersNamed(server, "qx_post_sale_line_ins"), 0);
+}
+
+TEST_F(ServerLocation, ANewShopCarriesTheSchemaVersionMark) {
+    const std::string uri = server->freshDatabase();
+    auto created = db::openDatabase(uri, true);
+    auto& shop = dynamic_cast<db::PostgresDatabase&>(*created);
+    EXPECT_EQ(markOf(shop), kSchemaVersion);
+    EXPECT_EQ(shop.schemaVersion(), kSchemaVersion);
+    EXPECT_EQ(kSchemaVersion, 2) << "the same mark as a shop file's";
+    created.reset();
+    auto reopened = db::openDatabase(uri);
+    EXPECT_EQ(dynamic_cast<db::PostgresDatabase&>(*reopened).schemaVersion(), kSchemaVersion);
+}
+
+class OlderServerShop : public ServerLocation, public ::testing::WithParamInterface<int> {};
+
+TEST_P(OlderServerShop, GetsItsGeneratedObjectsRenewedAndKeepsItsRows) {
+    const std::string uri = server->freshDatabase();
+    makeItAShopOfVersion(uri, GetParam());
+    if (HasFatalFailure()) return;
+    auto db = db::openDatabase(uri);
+    auto& shop = dynamic_cast<db::PostgresDatabase&>(*db);
+    EXPECT_EQ(shop.schemaVersion(), kSchemaVersion);
+    EXPECT_EQ(definitionOf(shop, "v_checkkc").find("stale"), std::string::npos);
+    EXPECT_EQ(triggersNamed(shop, "qx_post_sale_line_ins"), 1) << "a missing trigger is made again";
+    EXPECT_EQ(triggersNamed(shop, "qx_snapshot_reopen"), 1) << "and the snapshots' one";
+    EXPECT_EQ(count(*db, "D8201A"), 1) << "rows stay";
+    EXPECT_EQ(count(*db, "D1007"), 3);
+    EXPECT_EQ(stock(*db, "K101", "ZC"), sizes({-2}));
+    db->execute("INSERT INTO D8201 (T,NOID,KH_GYS_ID,CK_ID,BDATE,USER_ID) VALUES (1,'S2','G1','ZC','2026-05-06','admin');"
+                "INSERT INTO D8201A (NOID,WL_ID,K_ID,COL_ID,CK_ID,S0) VALUES ('S2','K101','K1','01','ZC',1)");
+    EXPECT_EQ(stock(*db, "K101", "ZC"), sizes({-3})) << "the renewed triggers post";
+    EXPECT_EQ(integer(scalar(*db, "SELECT KC FROM d1802 WHERE WL_ID = 'K101' AND CK_ID = 'ZC'")), -3) << "the total is kept again";
+    EXPECT_EQ(count(*db, "V_CHECKKC"), 0) << "the renewed balance view";
+    db->execute("UPDATE d1802 SET K1 = 5 WHERE WL_ID = 'K101' AND CK_ID = 'ZC'", {true});
+    EXPECT_EQ(count(*db, "V_CHECKKC"), 1);
+    db.reset();
+    EXPECT_EQ(dynamic_cast<db::PostgresDatabase&>(*db::openDatabase(uri)).schemaVersion(), kSchemaVersion) << "opening again changes nothing";
+}
+
+INSTANTIATE_TEST_SUITE_P(Mark, OlderServerShop, ::testing::Values(0, 1),
+                         [](const ::testing::TestParamInfo<int>& info) { return info.param ? "Older" : "None"; });
+
+TEST_F(ServerLocation, AShopWithANewerMarkIsRefusedAndLeftAsItIs) {
+    const std::string uri = server->freshDatabase();
+    makeItAShopOfVersion(uri, 99);
+    if (HasFatalFailure()) return;
+    try {
+        db::openDatabase(uri);
+        ADD_FAILURE() << "a newer shop must not be opened";
+    } catch (const db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find(uri + " was made by a newer version of the program (schema version 99, this version knows up to 2); "
+                                              "open it with that version"),
+                  std::string::npos)
+            << e.what();
+    }
+    EXPECT_THROW(db::openDatabase(uri, true), db::Error) << "create on it refuses it too";
+    db::PostgresDatabase shop(uri);
+    EXPECT_EQ(markOf(shop), 99);
+    EXPECT_NE(definitionOf(shop, "v_checkkc").find("stale"), std::string::npos) << "nothing renewed";
+    EXPECT_EQ(triggersNamed(shop, "qx_post_sale_line_ins"), 0);
+    EXPECT_EQ(triggersNamed(shop, "qx_snapshot_reopen"), 0) << "nor the snapshots";
+    EXPECT_EQ(count(shop, "D8201A"), 1);
 }
 
 }  // namespace
