@@ -342,7 +342,10 @@ void intFunction(sqlite3_context* context, int argc, sqlite3_value** argv) {
         case SQLITE_FLOAT: {
             const double x = sqlite3_value_double(argv[0]);
             const double whole = rounding ? std::round(clean(x)) : std::trunc(x);
-            if (!(whole >= static_cast<double>(kind.low) && whole <= static_cast<double>(kind.high)) || std::isnan(whole)) return overflow(context, kind);
+            // The bigint range ends below 2^63, which is the double nearest its largest value.
+            const bool fits = whole >= static_cast<double>(kind.low) &&
+                              (kind.high == std::numeric_limits<long long>::max() ? whole < 0x1p63 : whole <= static_cast<double>(kind.high));
+            if (!fits || std::isnan(whole)) return overflow(context, kind);
             return sqlite3_result_int64(context, static_cast<long long>(whole));
         }
         default: break;

@@ -1,0 +1,1 @@
+SELECT CAST(9223372036854775808 AS bigint) + CAST(1 AS bigint) + CAST(-1 AS bigint)
