@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/StockCalls.h"
 #include "bench/Timing.h"
 #include "db/postgres/PostgresDatabase.h"
 
@@ -72,23 +73,20 @@ int main(int argc, char** argv) {
     long long rows = 0;
     const Timing zm = millis([&] {
         rows = static_cast<long long>(
-            db.open("EXEC SYS_ZM @param3=0,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1").rows.size());
+            db.open(qx::bench::kJuneSummaryBySize).rows.size());
     });
     line("SYS_ZM summary, all lines", zm, aggregate, "GROUP BY over the line tables", rows);
     line("SYS_ZM summary, all lines", zm, stream, "the stream summed by the server", rows);
     const Timing byStyle = millis([&] {
         rows = static_cast<long long>(
-            db.open("EXEC SYS_ZM @param3=1,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1").rows.size());
+            db.open(qx::bench::kJuneSummaryByStyle).rows.size());
     });
     line("SYS_ZM summary by style", byStyle, aggregate, "GROUP BY over the line tables", rows);
 
     // 2. the detail of the busiest SKU
     const std::string sku = std::get<std::string>(
         db.runNative("SELECT wl_id FROM d712a GROUP BY wl_id ORDER BY count(*) DESC LIMIT 1").rows.at(0).at(0));
-    const Timing detail = millis([&] {
-        rows = static_cast<long long>(
-            db.open("EXEC SYS_ZM @param=1,@BDATE='2026-05-01',@EDATE='2026-07-01',@wl_id='" + sku + "',@param2=1").rows.size());
-    }, 5);
+    const Timing detail = qx::bench::timeArticleDetail(db, sku, rows);
     line("SYS_ZM detail of the busiest SKU", detail, Timing{50, 50}, "the target", rows);
 
     // 3. the warehouse cross-tab beside the GROUP BY it pivots

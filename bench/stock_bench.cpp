@@ -22,6 +22,7 @@
 #include <variant>
 #include <vector>
 
+#include "bench/StockCalls.h"
 #include "bench/Timing.h"
 #include "db/sqlite/SqliteDatabase.h"
 #include "db/tsql/SqliteCatalog.h"
@@ -124,7 +125,7 @@ int main(int argc, char** argv) {
     // 1. SYS_ZM summary over every line beside one sequential aggregate over the line tables
     const Timing zm = millis([&] {
         rows = static_cast<long long>(
-            db.open("EXEC SYS_ZM @param3=0,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1").rows.size());
+            db.open(qx::bench::kJuneSummaryBySize).rows.size());
     });
     std::string floorSql;
     for (const char* t : {"D8101A", "D8102A", "D8201A", "D8202A", "d8301A", "D8303A", "d712a"})
@@ -135,7 +136,7 @@ int main(int argc, char** argv) {
     // the same by style: the stream read and summed alike, far fewer result rows to hand back
     const Timing byStyle = millis([&] {
         rows = static_cast<long long>(
-            db.open("EXEC SYS_ZM @param3=1,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1").rows.size());
+            db.open(qx::bench::kJuneSummaryByStyle).rows.size());
     });
     line("SYS_ZM summary by style", byStyle, aggregate, "GROUP BY over the line tables", rows);
 
@@ -162,7 +163,7 @@ int main(int argc, char** argv) {
                         std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count());
         const Timing fromSnapshot = millis([&] {
             rows = static_cast<long long>(
-                db.open("EXEC SYS_ZM @param3=0,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1").rows.size());
+                db.open(qx::bench::kJuneSummaryBySize).rows.size());
         });
         line("SYS_ZM summary, from the snapshot", fromSnapshot, aggregate, "GROUP BY over the line tables", rows);
         std::printf("  (from the snapshot vs from every movement: %.1f %%, cpu %.1f %%)\n", 100.0 * fromSnapshot.wall / zm.wall,
@@ -178,10 +179,7 @@ int main(int argc, char** argv) {
         if (sqlite3_step(st) == SQLITE_ROW) sku = reinterpret_cast<const char*>(sqlite3_column_text(st, 0));
         sqlite3_finalize(st);
     }
-    const Timing detail = millis([&] {
-        rows = static_cast<long long>(
-            db.open("EXEC SYS_ZM @param=1,@BDATE='2026-05-01',@EDATE='2026-07-01',@wl_id='" + sku + "',@param2=1").rows.size());
-    }, 5);
+    const Timing detail = qx::bench::timeArticleDetail(db, sku, rows);
     line("SYS_ZM detail of the busiest SKU", detail, Timing{50, 50}, "the target", rows);
     }
 
