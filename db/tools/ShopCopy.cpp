@@ -354,7 +354,11 @@ void appendValue(std::string& out, sqlite3_stmt* stmt, int i, const TargetColumn
         break;
     }
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(stmt, i));
-    const int size = sqlite3_column_bytes(stmt, i);
+    int size = sqlite3_column_bytes(stmt, i);
+    // The server's shop keeps its texts without trailing blanks (they count in its comparisons,
+    // not in SQL Server's), so a copied text loses them as a text written there does.
+    if (column.kind == Kind::Text)
+        while (size > 0 && text[size - 1] == ' ') --size;
     for (int k = 0; k < size; ++k) {
         const char c = text[k];
         switch (c) {
@@ -402,7 +406,7 @@ long long copyTable(Server& server, sqlite3* db, const Plan& plan) {
 bool close(double a, double b) { return std::fabs(a - b) <= 1e-6 + 1e-9 * std::max(std::fabs(a), std::fabs(b)); }
 
 // Row count, the sum of every number column (rounded as the server keeps it), the total length
-// of every text column and count and sum of every date column.
+// of every text column without its trailing blanks and count and sum of every date column.
 void compareSums(Server& server, sqlite3* db, const Plan& plan) {
     std::string sqliteSql = "SELECT count(*)", serverSql = "SELECT count(*)::float8";
     std::vector<std::string> what = {"row count"};
@@ -427,7 +431,7 @@ void compareSums(Server& server, sqlite3* db, const Plan& plan) {
             what.push_back("sum of the dates in " + c.target.name);
             break;
         case Kind::Text:
-            sqliteSql += ", total(length(" + s + "))";
+            sqliteSql += ", total(length(rtrim(" + s + ", ' ')))";
             serverSql += ", coalesce(sum(length(" + t + ")), 0)::float8";
             what.push_back("length of the texts in " + c.target.name);
             break;
@@ -488,7 +492,12 @@ void compareRows(Server& server, sqlite3* db, const Plan& plan) {
             else if (type == SQLITE_FLOAT && plan.columns[i].target.kind == Kind::Integer)
                 row.emplace_back(std::to_string(static_cast<long long>(sqlite3_column_double(s, k))));
             else if (type == SQLITE_FLOAT) row.emplace_back(shortest(sqlite3_column_double(s, k)));
-            else row.emplace_back(std::string(reinterpret_cast<const char*>(sqlite3_column_text(s, k)), sqlite3_column_bytes(s, k)));
+            else {
+                std::string text(reinterpret_cast<const char*>(sqlite3_column_text(s, k)), sqlite3_column_bytes(s, k));
+                if (plan.columns[i].target.kind == Kind::Text)
+                    while (!text.empty() && text.back() == ' ') text.pop_back();
+                row.emplace_back(std::move(text));
+            }
         }
         fileRows.push_back(std::move(row));
     }

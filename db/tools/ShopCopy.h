@@ -1,6 +1,7 @@
 #pragma once
 // Moving a shop from its SQLite file to a PostgreSQL server: the shop's tables are created on
-// the server, every row is copied as it stands (stock rows are not posted again), and both
+// the server, every row is copied as it stands (stock rows are not posted again; texts lose their
+// trailing blanks, which the server's shop never stores), and both
 // sides are compared before the copy is committed. All or nothing: a copy that fails leaves the
 // server as it was before (a replaced shop stays removed).
 #include <functional>
