@@ -1,5 +1,7 @@
 #include "db/Progress.h"
 
+#include "db/Interrupt.h"
+
 namespace qx::db {
 namespace {
 thread_local ProgressCallback current;
@@ -9,6 +11,6 @@ ProgressScope::ProgressScope(ProgressCallback callback) : previous_(std::move(cu
 
 ProgressScope::~ProgressScope() { current = std::move(previous_); }
 
-bool progressContinues() { return !current || current(); }
+bool progressContinues() { return (!current || current()) && !interruptRequested(); }
 
 }  // namespace qx::db

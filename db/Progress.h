@@ -22,7 +22,8 @@ private:
     ProgressCallback previous_;
 };
 
-// Asks the current callback; true when there is none.
+// Asks the current callback (true when there is none) and the process-wide interrupt check of
+// db/Interrupt.h, so a cancel in the user interface also stops a procedure between its steps.
 bool progressContinues();
 
 // The message of the error a cancelled operation fails with.

@@ -6,6 +6,7 @@
 
 #include "period/Frmqxck342_1.h"
 #include "period/Frmqxck342_2.h"
+#include "framework/ProgressDialog.h"
 #include "period/PeriodCommon.h"
 
 TQXCK342* QXCK342 = nullptr;
@@ -138,7 +139,7 @@ void TQXCK342::btn_okClick(QObject* Sender) {
 }
 
 void TQXCK342::bth_kcchkClick(QObject*) {
-    qx::period::runWithProgress(this, "帐目平衡检查", [this] {
+    TProgressRun::Run(this, "帐目平衡检查", [this] {
         opensql(AdoQry_Tmp, FormParam[0], BalanceQuery, 0, 0, {}, {}, false, "1");
     });
     if (AdoQry_Tmp->IsEmpty()) {
@@ -154,7 +155,7 @@ void TQXCK342::bth_kcchkClick(QObject*) {
 void TQXCK342::bsSkinButton1Click(QObject*) {
     const AnsiString action = "全部成本重算";
     reportFailure(action, [&] {
-        qx::period::runWithProgress(this, action, [this] {
+        TProgressRun::Run(this, action, [this] {
             opensql(AdoQry_Tmp, FormParam[0], CostRecalculation, 0, 0, {}, {}, false, "1");
         });
     });

@@ -2,6 +2,7 @@
 
 #include <QVBoxLayout>
 
+#include "framework/ProgressDialog.h"
 #include "period/PeriodCommon.h"
 
 TQXCK342_1* QXCK342_1 = nullptr;
@@ -117,7 +118,7 @@ void TQXCK342_1::FormKeyDown(QObject* Sender, int& Key, Qt::KeyboardModifiers Sh
 void TQXCK342_1::btn_okClick(QObject*) {
     AnsiString result;
     try {
-        qx::period::runWithProgress(this, "修正", [&] {
+        TProgressRun::Run(this, "修正", [&] {
             result = ExecSql("342", "342", "E", RepairBatch, 65535, false, true, false, true);
         });
     } catch (const EDatabaseError&) {

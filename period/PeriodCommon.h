@@ -1,7 +1,7 @@
 #pragma once
-// What the period screens share: running one long database call under a progress window that
-// can cancel it, the size-column titles of their grids, copying a result into a screen's own
-// dataset, and the hook through which the balance check opens the stock movement detail.
+// What the period screens share: the size-column titles of their grids, copying a result into a
+// screen's own dataset, and the hook through which the balance check opens the stock movement
+// detail.
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -10,16 +10,6 @@
 #include "framework/Frm_Base.h"
 
 namespace qx::period {
-
-// Runs `work` (one database call) with a progress window that appears after half a second and
-// offers "取消". Cancelling interrupts the call: the database rolls its batch back and the
-// operation ends silently. Any other failure propagates unchanged.
-void runWithProgress(QWidget* parent, const QString& label, const std::function<void()>& work);
-
-// Tests and scripts: asked where the window would be asked whether the user cancelled
-// (nullptr: the window decides). Returns the previous probe.
-using CancelProbe = std::function<bool()>;
-CancelProbe setCancelProbe(CancelProbe probe);
 
 // The size name of position i of the current row of `ds` (field prefix "m" or "M"), "-" when
 // the name is empty.

@@ -1,6 +1,5 @@
 #include "db/sqlite/SqliteDatabase.h"
 
-#include "db/Interrupt.h"
 
 #include <sqlite3.h>
 #include <strings.h>
@@ -86,7 +85,7 @@ void closedPeriodFunction(sqlite3_context* context, int, sqlite3_value** argv) {
 
 // Every few thousand steps of the virtual machine: may the running operation go on? Either
 // the operation's own progress callback or the screen's cancel button may stop it.
-int progressHandler(void*) { return progressContinues() && !interruptRequested() ? 0 : 1; }
+int progressHandler(void*) { return progressContinues() ? 0 : 1; }
 constexpr int kProgressSteps = 20000;
 
 // A column's value read once through its sqlite3_value: the sqlite3_column_* calls would each

@@ -1,10 +1,12 @@
 // Cancelling a long database operation: the statement is interrupted with the cancel message,
-// its batch is rolled back, and the connection goes on working.
+// its batch is rolled back, and the connection goes on working, whether the operation's own
+// callback or the user interface's interrupt check asks for it.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 #include "DbTestSupport.h"
+#include "db/Interrupt.h"
 #include "db/Progress.h"
 
 namespace qx::dbtest {
@@ -59,6 +61,26 @@ TEST_F(Progress, ScopesNestAndRestoreTheOuterCallback) {
     }
     EXPECT_TRUE(db::progressContinues());
     EXPECT_EQ(outer, 1);
+}
+
+TEST_F(Progress, TheInterruptCheckOfTheUserInterfaceStopsAProcedureToo) {
+    // the progress window installs the process-wide check, not a callback: a cost
+    // recalculation asks between its steps and must hear it
+    int asked = 0;
+    const auto previous = db::setInterruptCheck([&] {
+        ++asked;
+        return true;
+    });
+    EXPECT_FALSE(db::progressContinues());
+    try {
+        db->open("EXEC SYS_CBKS");
+        ADD_FAILURE() << "the cost recalculation ran to its end through a cancel";
+    } catch (const db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find(db::kCancelledMessage), std::string::npos) << e.what();
+    }
+    db::setInterruptCheck(previous);
+    EXPECT_GE(asked, 2);
+    EXPECT_TRUE(db::progressContinues());
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "db/Interrupt.h"
 #include "framework/ProgressDialog.h"
 #include "framework/U_function.h"
+#include "support/CancelledProgress.h"
 
 namespace {
 
@@ -39,14 +40,9 @@ TEST_F(ProgressTest, AShortRunShowsNothing) {
 }
 
 TEST_F(ProgressTest, CancelStopsTheStatementAndRollsBackItsBatch) {
-    TProgressRun::SetShowDelay(0);
     qx::ui::ScopedScriptedSink sink;
     bool ended = false;
-    // the cancel button is pressed once the window is up
-    QTimer::singleShot(50, [] {
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (auto* d = qobject_cast<QProgressDialog*>(w)) d->cancel();
-    });
+    qx::test::CancelledProgress user;  // presses "取消" once the window is up
     const bool completed = qx::guard([&] {
         TProgressRun::Run(nullptr, "正在查询…", [&] {
             db->execute(std::string("CREATE TABLE t (x INT); INSERT INTO t VALUES (1); ") + kLong);

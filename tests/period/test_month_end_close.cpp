@@ -9,6 +9,7 @@
 #include "period/Frmqxck342_1.h"
 #include "period/Frmqxck342_2.h"
 #include "period/PeriodCommon.h"
+#include "support/CancelledProgress.h"
 #include "tests/framework/FakeDatabase.h"
 #include "tests/period/PeriodFixture.h"
 
@@ -253,9 +254,10 @@ TEST_F(MonthEndClose, ACancelledCostRecalculationWritesNothingAndSaysNothing) {
     sell("S1", "2026-03-17", "K0101", 5);
     const QString before = scalar("SELECT DJ FROM D8201A WHERE NOID='S1'");
     auto screen = open();
-    auto previous = qx::period::setCancelProbe([] { return true; });
-    screen->bsSkinButton1->click();
-    qx::period::setCancelProbe(previous);
+    {
+        qx::test::CancelledProgress user;
+        screen->bsSkinButton1->click();
+    }
     EXPECT_EQ(scalar("SELECT DJ FROM D8201A WHERE NOID='S1'"), before);
     EXPECT_TRUE(sink->texts().isEmpty()) << sink->texts().join("|").toStdString();
     EXPECT_TRUE(modalDialogs.isEmpty());
