@@ -1,6 +1,7 @@
 #include "db/postgres/PostgresDatabase.h"
 
 #include "db/BatchStatements.h"
+#include "db/Progress.h"
 #include "db/postgres/PostgresRuntime.h"
 #include "db/sqlite/PostingRules.h"
 #include "db/sqlite/Procedures.h"
@@ -9,6 +10,7 @@
 #include "db/tsql/TranslationError.h"
 
 #include <libpq-fe.h>
+#include <poll.h>
 
 #include <atomic>
 #include <cctype>
@@ -306,6 +308,7 @@ void PostgresDatabase::fail(const pg_result* result, const std::string& sql, con
     const char* state = PQresultErrorField(result, PG_DIAG_SQLSTATE);
     lastState_ = state ? state : "";
     std::string message = messageOf(result, conn_);
+    if (cancelled_ && lastState_ == "57014") message = kCancelledMessage;
     if (PQstatus(conn_) == CONNECTION_BAD) {
         // Killed by the server's administrator, a restart or the network: the server keeps
         // nothing of a transaction that did not commit.
@@ -327,19 +330,7 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
     if (beginPending_) text = "BEGIN;" + text;
     if (commitAfter) text += ";COMMIT";
     beginPending_ = false;
-    Result result{nullptr};
-    if (text == sql) {
-        result.r = PQexec(conn_, text.c_str());
-    } else if (PQsendQuery(conn_, text.c_str())) {
-        for (PGresult* next; (next = PQgetResult(conn_));) {
-            const auto kind = PQresultStatus(next);
-            const bool failed = kind != PGRES_TUPLES_OK && kind != PGRES_COMMAND_OK && kind != PGRES_EMPTY_QUERY;
-            const bool keep = !result.r || (failed && PQresultStatus(result.r) != PGRES_FATAL_ERROR) ||
-                              (kind == PGRES_TUPLES_OK && PQresultStatus(result.r) != PGRES_FATAL_ERROR);
-            if (keep) std::swap(result.r, next);
-            PQclear(next);
-        }
-    }
+    Result result{awaitResult(PQsendQuery(conn_, text.c_str()) != 0)};
     if (commitAfter && PQresultStatus(result.r) != PGRES_FATAL_ERROR && PQtransactionStatus(conn_) == PQTRANS_IDLE) committed_ = true;
     const auto status = PQresultStatus(result.r);
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK && status != PGRES_EMPTY_QUERY) fail(result.r, sql, origin);
@@ -361,6 +352,40 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
         set.rows.push_back(std::move(row));
     }
     return set;
+}
+
+PGresult* PostgresDatabase::awaitResult(bool sent) {
+    cancelled_ = false;
+    if (!sent) return nullptr;  // the connection's message tells why
+    constexpr int kAskEveryMs = 100;
+    PGresult* kept = nullptr;
+    for (;;) {
+        while (PQisBusy(conn_)) {
+            pollfd socket{PQsocket(conn_), POLLIN, 0};
+            const int ready = ::poll(&socket, 1, kAskEveryMs);
+            if (ready != 0) {
+                if (!PQconsumeInput(conn_)) break;  // lost: PQgetResult reports it
+                continue;
+            }
+            if (!cancelled_ && !progressContinues()) {
+                cancelled_ = true;
+                if (PGcancel* cancel = PQgetCancel(conn_)) {
+                    char error[256];
+                    PQcancel(cancel, error, sizeof error);  // the server answers with an error
+                    PQfreeCancel(cancel);
+                }
+            }
+        }
+        PGresult* next = PQgetResult(conn_);
+        if (!next) break;
+        const auto kind = PQresultStatus(next);
+        const bool failed = kind != PGRES_TUPLES_OK && kind != PGRES_COMMAND_OK && kind != PGRES_EMPTY_QUERY;
+        const bool keep = !kept || (failed && PQresultStatus(kept) != PGRES_FATAL_ERROR) ||
+                          (kind == PGRES_TUPLES_OK && PQresultStatus(kept) != PGRES_FATAL_ERROR);
+        if (keep) std::swap(kept, next);
+        PQclear(next);
+    }
+    return kept;
 }
 
 ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool& produced, bool last) {
@@ -759,7 +784,7 @@ private:
         const int count = static_cast<int>(values.size());
         if (query_) {
             const std::string declare = "DECLARE " + name_ + " NO SCROLL CURSOR FOR " + sql_;
-            Result r{PQexecParams(db_.conn_, declare.c_str(), count, nullptr, values.data(), nullptr, nullptr, 0)};
+            Result r{db_.awaitResult(PQsendQueryParams(db_.conn_, declare.c_str(), count, nullptr, values.data(), nullptr, nullptr, 0))};
             if (PQresultStatus(r.r) != PGRES_COMMAND_OK) db_.fail(r.r, sql_, nullptr);
             open_ = true;
             exhausted_ = false;
@@ -768,18 +793,18 @@ private:
             return;
         }
         if (!prepared_) {
-            Result r{PQprepare(db_.conn_, name_.c_str(), sql_.c_str(), 0, nullptr)};
+            Result r{db_.awaitResult(PQsendPrepare(db_.conn_, name_.c_str(), sql_.c_str(), 0, nullptr))};
             if (PQresultStatus(r.r) != PGRES_COMMAND_OK) db_.fail(r.r, sql_, nullptr);
             prepared_ = true;
         }
-        Result r{PQexecPrepared(db_.conn_, name_.c_str(), count, values.data(), nullptr, nullptr, 0)};
+        Result r{db_.awaitResult(PQsendQueryPrepared(db_.conn_, name_.c_str(), count, values.data(), nullptr, nullptr, 0))};
         const auto status = PQresultStatus(r.r);
         if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK) db_.fail(r.r, sql_, nullptr);
     }
 
     void fetch() {
         clearResult();
-        result_ = PQexec(db_.conn_, ("FETCH " + std::to_string(kSlice) + " FROM " + name_).c_str());
+        result_ = db_.awaitResult(PQsendQuery(db_.conn_, ("FETCH " + std::to_string(kSlice) + " FROM " + name_).c_str()));
         if (PQresultStatus(result_) != PGRES_TUPLES_OK) {
             Result failed{result_};
             result_ = nullptr;

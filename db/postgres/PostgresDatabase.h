@@ -101,6 +101,10 @@ private:
     void openTransaction();
     // Throws the server's error for a failed statement (remembering its SQLSTATE).
     [[noreturn]] void fail(const pg_result* result, const std::string& sql, const tsql::Statement* origin);
+    // The result of what was just sent (true: it went out) once the server has answered,
+    // asking db::progressContinues() while it waits; a no asks the server to cancel the running
+    // statement. Of several results the first error counts, else the last one with rows.
+    pg_result* awaitResult(bool sent);
     void noteSchemaChange(const std::string& sql);
     std::vector<const posting::SkuCompletion*> missingSkuCompletions();
     void renewGeneratedObjects();
@@ -112,6 +116,7 @@ private:
     int retried_ = 0;
     bool beginPending_ = false;  // the batch's BEGIN goes with its first statement
     bool committed_ = false;     // the batch's COMMIT went with its last statement
+    bool cancelled_ = false;     // the user cancelled the statement the server is answering
     std::unique_ptr<tsql::Catalog> catalog_;
 };
 

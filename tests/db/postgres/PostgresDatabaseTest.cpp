@@ -1,5 +1,5 @@
 // The PostgreSQL engine on a private test server: connection, atomic batches, the last result
-// set, value types, errors, and T-SQL translated with SQL Server's meaning on both engines.
+// set, value types, errors, a cancelled statement, and T-SQL translated with SQL Server's meaning on both engines.
 #include <gtest/gtest.h>
 
 #include <sqlite3.h>
@@ -13,6 +13,8 @@
 #include <unistd.h>
 
 #include "db/Database.h"
+#include "db/Interrupt.h"
+#include "db/Progress.h"
 #include "db/postgres/PostgresDatabase.h"
 #include "db/tsql/Translator.h"
 #include "support/PostgresServer.h"
@@ -358,6 +360,45 @@ TEST_F(PostgresDatabaseTest, SysMRunsTheTextItIsHandedAndTheRegisteredProcedures
 
 // The server ends the connection while a batch runs (an administrator, a restart): the batch
 // fails clearly, nothing of it is kept, and the next batch opens the connection again.
+TEST_F(PostgresDatabaseTest, ACancelStopsAStatementOnTheServerAndKeepsNothingOfItsBatch) {
+    std::string rows = "CREATE TABLE k (x int);";
+    for (int i = 0; i < 1000; ++i) rows += "INSERT INTO k VALUES (" + std::to_string(i) + ");";
+    db_->execute(rows);
+    int asked = 0;
+    const auto started = std::chrono::steady_clock::now();
+    {
+        // a billion rows: runs far longer than any test unless the server stops it
+        qx::db::ProgressScope cancel([&] { return ++asked < 3; });
+        try {
+            db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('C1', 1); SELECT count(*) FROM k a, k b, k c");
+            ADD_FAILURE() << "the statement ran to its end";
+        } catch (const qx::db::Error& e) {
+            EXPECT_STREQ(e.what(), qx::db::kCancelledMessage);
+        }
+    }
+    EXPECT_EQ(asked, 3) << "asked while the server works, until the first no";
+    EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(60)) << "stopped, not waited out";
+    EXPECT_TRUE(db_->open("SELECT ItemNo FROM Items WHERE ItemNo = 'C1'").rows.empty()) << "the batch was rolled back";
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('C2', 2)");
+    EXPECT_EQ(db_->open("SELECT ItemNo FROM Items WHERE ItemNo = 'C2'").rows.size(), 1u) << "the connection goes on working";
+}
+
+TEST_F(PostgresDatabaseTest, TheUserInterfacesInterruptCheckCancelsToo) {
+    std::string rows = "CREATE TABLE k (x int);";
+    for (int i = 0; i < 1000; ++i) rows += "INSERT INTO k VALUES (" + std::to_string(i) + ");";
+    db_->execute(rows);
+    const auto previous = qx::db::setInterruptCheck([] { return true; });
+    std::string message = "no error";
+    try {
+        db_->open("SELECT count(*) FROM k a, k b, k c");
+    } catch (const qx::db::Error& e) {
+        message = e.what();
+    }
+    qx::db::setInterruptCheck(previous);
+    EXPECT_EQ(message, qx::db::kCancelledMessage);
+    EXPECT_EQ(std::get<std::int64_t>(db_->open("SELECT count(*) FROM k").rows.at(0).at(0)), 1000);
+}
+
 TEST_F(PostgresDatabaseTest, AConnectionKilledMidBatchKeepsNothingAndTheNextBatchReconnects) {
     const auto pid = std::to_string(std::get<std::int64_t>(db_->open("SELECT pg_backend_pid()").rows.at(0).at(0)));
     auto admin = connect();
