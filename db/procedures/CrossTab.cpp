@@ -62,6 +62,19 @@ std::size_t columnIndex(const ResultSet& rs, const std::string& name, std::size_
 struct Cell {
     double sum = 0;
 };
+using Cells = std::map<std::string, std::map<std::string, Cell>>;  // row key → column key → cell
+
+// The width of the pivot table's row key column: 100 characters, or the longest key's (a server
+// refuses a longer text than its column takes).
+std::size_t rowKeyWidth(const Cells& cells) {
+    std::size_t widest = 100;
+    for (const auto& [row, columns] : cells) {
+        std::size_t characters = 0;
+        for (const unsigned char c : row) characters += (c & 0xC0) != 0x80;
+        widest = std::max(widest, characters);
+    }
+    return widest;
+}
 
 ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool headerRows) {
     auto arg = [&](const char* name) {
@@ -96,7 +109,7 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
 
     bool integral = true;
     std::set<std::string> columnKeys;
-    std::map<std::string, std::map<std::string, Cell>> cells;
+    Cells cells;
     for (const auto& r : src.rows) {
         const std::string row = textOf(r[rk]);
         const std::string column = textOf(r[ck]);
@@ -172,11 +185,13 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
     // cached by their text and must never meet another shape under the same name.
     std::string shape = integral ? "i" : "f";
     for (const auto& n : names) shape += "\x1f" + n;
+    const std::size_t keyWidth = rowKeyWidth(cells);
+    shape += "\x1f" + std::to_string(keyWidth);
     char suffix[17];
     std::snprintf(suffix, sizeof suffix, "%016zx", std::hash<std::string>{}(shape));
     const std::string table = std::string("qx_crosstab_") + suffix;
     db.executeNative(std::string("DROP TABLE IF EXISTS ") + d.tempSchema + table);
-    std::string create = "CREATE TEMP TABLE " + table + " (" + quoteName(d, names[0]) + " VARCHAR(100) COLLATE QX";
+    std::string create = "CREATE TEMP TABLE " + table + " (" + quoteName(d, names[0]) + " VARCHAR(" + std::to_string(keyWidth) + ") COLLATE QX";
     for (std::size_t i = 1; i < names.size(); ++i)
         create += ", " + quoteName(d, names[i]) + (integral ? " BIGINT" : " FLOAT");  // a server's INT stops at 2^31
     db.executeNative(create + ")");

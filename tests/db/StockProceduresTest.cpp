@@ -555,6 +555,18 @@ TEST_P(CrossTabs, SumsBeyondTheIntegerRangeKeepTheirValueWithExtraColumns) {
     EXPECT_EQ(r.str(0, "WL_NAME"), "款一");
 }
 
+TEST_P(CrossTabs, ARowKeyLongerThanAHundredCharactersIsKeptWhole) {
+    const std::string longKey = std::string(90, 'K') + std::string("长款名称长款名称长款名称长款名称长款名称长款名称长款名称");  // 118 characters
+    const std::string src = "SELECT ''" + longKey + "'' AS wl_id, ''X'' AS k, 3 AS v UNION ALL SELECT ''K1'', ''X'', 1";
+    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v',@selectstr=',D1800.WL_NAME',"
+                      "@innerstr='LEFT JOIN D1800 ON D1800.K_ID=D.WL_ID'");
+    ASSERT_EQ(r.size(), 2u);
+    const std::size_t longRow = r.str(0, "wl_id") == longKey ? 0 : 1;
+    EXPECT_EQ(r.str(longRow, "wl_id"), longKey);
+    EXPECT_EQ(r.num(longRow, "X"), 3);
+    EXPECT_EQ(r.str(1 - longRow, "WL_NAME"), "款一");
+}
+
 TEST_P(CrossTabs, AnEmptyRowSourceGivesTheKeyAndTotalOnly) {
     auto r = call(db, "EXEC SYS_JX @param1='SELECT K_ID AS wl_id, K_ID AS ck_name, 0 AS kc FROM d1800 WHERE 1=0',@param2='wl_id',"
                       "@param3='ck_name',@param4='kc'");
