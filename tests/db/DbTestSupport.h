@@ -3,12 +3,16 @@
 // to post documents against, and readers for stock rows and single values.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
+#include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "db/Database.h"
 #include "db/SmallShop.h"
@@ -93,6 +97,36 @@ inline void seedSmallShop(db::Database& db) { db.execute(kSmallShopBatch); }
 // The engines the engine-level suites run on, each test once per engine.
 inline std::vector<std::string> engines() { return {"sqlite", "postgresql"}; }
 inline std::string engineTestName(const ::testing::TestParamInfo<std::string>& info) { return info.param; }
+
+// A value as both engines must agree on it: numbers by value, dates with their time.
+inline std::string normalised(const db::Value& v) {
+    if (std::holds_alternative<std::monostate>(v)) return "\\N";
+    if (auto* i = std::get_if<std::int64_t>(&v)) return std::to_string(*i);
+    if (auto* d = std::get_if<double>(&v)) {
+        if (std::trunc(*d) == *d && std::fabs(*d) < 1e15) return std::to_string(static_cast<long long>(*d));
+        char buffer[64];
+        std::snprintf(buffer, sizeof buffer, "%.6f", *d);
+        return buffer;
+    }
+    std::string s = std::get<std::string>(v);
+    if (s.size() == 10 && s[4] == '-' && s[7] == '-') s += " 00:00:00";
+    return s;
+}
+
+// Every row a batch returns, each as one text, sorted (engines may order ties differently).
+inline std::vector<std::string> sortedRows(const db::ResultSet& result) {
+    std::vector<std::string> rows;
+    for (const auto& row : result.rows) {
+        std::string line;
+        for (const auto& v : row) line += normalised(v) + "|";
+        rows.push_back(line);
+    }
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+// Every row of a table, each as one text, sorted.
+inline std::vector<std::string> rowsOf(db::Database& db, const std::string& table) { return sortedRows(db.open("SELECT * FROM " + table)); }
 
 // A new, empty shop database (tables, views, posting triggers and guards) on an engine: an
 // SQLite file in `dir`, or a database on the test process's private PostgreSQL server.

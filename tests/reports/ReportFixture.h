@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QMap>
 #include <QTemporaryDir>
-#include <QTextStream>
 #include <functional>
 #include <memory>
 #include <ostream>
@@ -24,28 +23,17 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
+#include "tests/support/GoldenStatements.h"
 #include "tests/support/ScreenTestEnvironment.h"
 #include "tests/support/ShopDatabaseTest.h"
 
 namespace qx::test {
 
-// Golden statements: "-- name" on a line of its own, then the statement up to the next "-- "
-// line (line breaks inside a statement are not part of it; a statement is one line).
+// The golden statements of a report (tests/reports/golden/<file>), by case name.
 inline QMap<QString, QString> goldenStatements(const QString& file) {
-    QFile f(QStringLiteral(QX_REPORT_GOLDEN_DIR) + "/" + file);
-    if (!f.open(QIODevice::ReadOnly | QIODevice::Text)) throw std::runtime_error("no golden file " + file.toStdString());
+    const GoldenStatements golden("reports/golden/" + file);
     QMap<QString, QString> out;
-    QString name;
-    QTextStream in(&f);
-    while (!in.atEnd()) {
-        const QString line = in.readLine();
-        if (line.startsWith("-- ")) {
-            name = line.mid(3).trimmed();
-            out[name];
-        } else if (!name.isEmpty() && !line.isEmpty()) {
-            out[name] += line;
-        }
-    }
+    for (const QString& name : golden.caseNames()) out[name] = golden.text(name);
     return out;
 }
 

@@ -23,33 +23,6 @@
 namespace qx::dbtest {
 namespace {
 
-// A value as both engines must agree on it: numbers by value, dates with their time.
-std::string normalised(const db::Value& v) {
-    if (std::holds_alternative<std::monostate>(v)) return "\\N";
-    if (auto* i = std::get_if<std::int64_t>(&v)) return std::to_string(*i);
-    if (auto* d = std::get_if<double>(&v)) {
-        if (std::trunc(*d) == *d && std::fabs(*d) < 1e15) return std::to_string(static_cast<long long>(*d));
-        char buffer[64];
-        std::snprintf(buffer, sizeof buffer, "%.6f", *d);
-        return buffer;
-    }
-    std::string s = std::get<std::string>(v);
-    if (s.size() == 10 && s[4] == '-' && s[7] == '-') s += " 00:00:00";
-    return s;
-}
-
-// Every row of a table, each as one text, sorted.
-std::vector<std::string> rowsOf(db::Database& db, const std::string& table) {
-    std::vector<std::string> rows;
-    for (const auto& row : db.open("SELECT * FROM " + table).rows) {
-        std::string line;
-        for (const auto& v : row) line += normalised(v) + "|";
-        rows.push_back(line);
-    }
-    std::sort(rows.begin(), rows.end());
-    return rows;
-}
-
 // Writes straight into the file, past the database's own checks (a row a server would refuse).
 void rawSqlite(const std::string& path, const std::string& sql) {
     db::SqliteDatabase file(path, true);
