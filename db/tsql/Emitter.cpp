@@ -1185,6 +1185,13 @@ private:
             else if (unionTypes && positionKnown && position < unionTypes->size() && e.kind == ExprKind::String &&
                      (*unionTypes)[position] != SqlType::Text)
                 text += coerced(e, scope, (*unionTypes)[position], false);
+            else if (unionTypes && positionKnown && position < unionTypes->size() && isNumeric((*unionTypes)[position]) &&
+                     typeOf(e, scope) == SqlType::Text) {
+                // a text branch of a numeric UNION column is converted, as SQL Server converts it
+                const std::string number = d_.textToNumber(expr(e, scope));
+                text += (*unionTypes)[position] == SqlType::Integer ? d_.toInteger(number) : number;
+                if (e.kind == ExprKind::Column && !item.alias) text += " AS " + d_.quoteIdentifier(e.name.last());
+            }
             else if (e.kind != ExprKind::Column && typeOf(e, scope) == SqlType::Text)
                 text += withCollation(expr(e, scope), e);  // the value compares, groups and sorts as text columns do
             else text += expr(e, scope);
