@@ -70,8 +70,12 @@ public:
         stock_.assign(skus_.size() * warehouses_.size(), Sizes{});
         touched_.assign(stock_.size(), false);
         long long written = existingLines;
+        const long long bulk = std::max<long long>(1, o_.lines - existingLines);
         while (written < o_.lines) {
-            written += document(std::min<long long>(o_.lines - written, random_.between(3, 24)));
+            // documents in date order, as a shop enters them day by day: a month's documents
+            // lie together in the tables and their numbers follow the dates
+            const auto day = static_cast<std::size_t>(std::min<long long>(364, (written - existingLines) * 365 / bulk));
+            written += document(std::min<long long>(o_.lines - written, random_.between(3, 24)), days_[day]);
             if (o_.progress && (written / 100000) != lastReport_) {
                 lastReport_ = written / 100000;
                 o_.progress(written);
@@ -233,10 +237,9 @@ private:
         return q;
     }
 
-    // One document of a kind drawn by weight; returns its line count.
-    long long document(long long lines) {
+    // One document of a kind drawn by weight, dated `day`; returns its line count.
+    long long document(long long lines, const std::string& day) {
         const int pick = random_.between(1, 100);
-        const std::string& day = days_[static_cast<std::size_t>(random_.between(0, 364))];
         const std::string shop = warehouses_[static_cast<std::size_t>(random_.between(1, static_cast<int>(warehouses_.size()) - 1))];
         const std::string head = warehouses_[0];
         const bool effective = random_.between(1, 100) > 3;  // a few stay unapproved

@@ -1,6 +1,7 @@
 #pragma once
 // A large shop for measuring: the demo shop (master data and a year of documents), then more
-// styles and as many further document lines of every kind as asked, written straight into the
+// styles and as many further document lines of every kind as asked, dated through the year in
+// the order they are written (as a shop enters them), written straight into the
 // tables with prepared statements in one transaction (triggers set aside while writing), and
 // the stock rows brought to what the posting rules make of them.
 #include <cstdint>

@@ -1,5 +1,6 @@
-// The large shop for measuring: as many lines as asked, every document kind, stock rows that
-// the recomputation from the documents confirms, and closing stock = book stock.
+// The large shop for measuring: as many lines as asked, every document kind dated in the order
+// written, stock rows that the recomputation from the documents confirms, and closing stock =
+// book stock.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -33,6 +34,19 @@ TEST(BulkShop, WritesTheLinesAskedForWithConsistentStock) {
     EXPECT_GT(count(*db, "D8101", "T=0"), 0) << "some documents are not effective";
     EXPECT_EQ(count(*db, "V_CHECKKC"), 0) << "stock rows agree with the documents";
     EXPECT_GT(summary.skus, summary.demo.skus);
+    // dated in the order written, as a shop enters its documents: numbers follow the days (a
+    // till's tickets of one day come at any hour), and the year is covered
+    for (const char* head : {"D8101", "D8201", "d712"}) {
+        const std::string bulk = std::string("NOID LIKE '%B%'");
+        EXPECT_EQ(integer(scalar(*db, "SELECT count(*) FROM " + std::string(head) + " a JOIN " + head +
+                                          " b ON a.NOID < b.NOID AND CONVERT(varchar(10), a.BDATE, 120) > CONVERT(varchar(10), b.BDATE, 120) WHERE a." + bulk + " AND b." + bulk)),
+                  0)
+            << head;
+        EXPECT_EQ(text(scalar(*db, "SELECT CONVERT(varchar(7), MIN(BDATE), 120) FROM " + std::string(head) + " WHERE " + bulk)), "2025-07")
+            << head;
+        EXPECT_EQ(text(scalar(*db, "SELECT CONVERT(varchar(7), MAX(BDATE), 120) FROM " + std::string(head) + " WHERE " + bulk)), "2026-06")
+            << head;
+    }
     // closing at a date after the last movement = the stock rows
     auto r = db->open("EXEC SYS_ZM @param3=1,@BDATE='2026-01-01',@EDATE='2030-01-01',@ck_id1=''");
     std::map<std::string, long long> closing;
