@@ -47,7 +47,16 @@ Value valueOf(const PGresult* result, int row, int column) {
         case kInt2: case kInt4: case kInt8: return static_cast<std::int64_t>(std::strtoll(text, nullptr, 10));
         case kFloat4: case kFloat8: case kNumeric: return std::strtod(text, nullptr);
         case kDate: return std::string(text) + " 00:00:00";
-        case kTimestamp: case kTimestampTz: return std::string(text).substr(0, 19);  // seconds, no fraction or zone
+        case kTimestamp: case kTimestampTz: {
+            // seconds, and milliseconds when there are any (".5" is ".500", as a file keeps them); no zone
+            std::string value(text, std::min<std::size_t>(std::strlen(text), 19));
+            if (text[value.size()] == '.') {
+                std::string fraction;
+                for (const char* c = text + 20; *c >= '0' && *c <= '9' && fraction.size() < 3; ++c) fraction += *c;
+                if (fraction.find_first_not_of('0') != std::string::npos) value += "." + fraction + std::string(3 - fraction.size(), '0');
+            }
+            return value;
+        }
         default: return std::string(text);
     }
 }

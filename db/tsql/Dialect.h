@@ -65,6 +65,8 @@ public:
     // LIKE as SQL Server matches it: % _ [set] [^set], case-insensitive, trailing blanks ignored.
     virtual std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const = 0;
     virtual std::string limit(const std::string& count) const = 0;  // appended after ORDER BY
+    // A date written as text, already read ("2006-08-30 13:02:03.123"), where a date is meant.
+    virtual std::string dateLiteral(std::string_view iso) const { return quoteString(iso); }
     // A text literal that is compared with another text: SQL Server ignores trailing blanks.
     virtual std::string comparedString(std::string_view value) const { return quoteString(value); }
     // A text value stored into a text column: a written text (`literal` set, unquoted) or an

@@ -536,7 +536,7 @@ private:
                 if (auto date = dates::parse(e.text)) {
                     if (date->year < 1753)
                         fail("The conversion of a varchar data type to a datetime data type resulted in an out-of-range value.", e.pos);
-                    return d_.quoteString(dates::formatValue(*date));
+                    return d_.dateLiteral(dates::formatValue(*date));
                 }
                 if (storing) fail("Conversion failed when converting date and/or time from character string.", e.pos);
                 return expr(e, scope);
@@ -830,7 +830,7 @@ private:
 
     std::string dateArgument(const Expr& e, const Scope& scope) {
         if (e.kind == ExprKind::String) {
-            if (auto date = dates::parse(e.text)) return d_.quoteString(dates::formatValue(*date));
+            if (auto date = dates::parse(e.text)) return d_.dateLiteral(dates::formatValue(*date));
         }
         return expr(e, scope);
     }

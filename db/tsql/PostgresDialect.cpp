@@ -37,6 +37,8 @@ public:
         while (!value.empty() && value.back() == ' ') value.remove_suffix(1);
         return quoteString(value);
     }
+    // Typed, so that it stays a date where nothing else says so (the branches of a UNION).
+    std::string dateLiteral(std::string_view iso) const override { return "TIMESTAMP " + quoteString(iso); }
     // Stored without trailing blanks: SQL Server ignores them wherever it compares text (=,
     // DISTINCT, GROUP BY, UNION, keys), PostgreSQL's collations do not. A written text loses
     // them here, an expression through rtrim (see db/postgres/README.md, "Trailing blanks").
@@ -82,7 +84,7 @@ public:
             case SqlType::Text: return std::string("TEXT COLLATE ") + kPostgresCollation;
             case SqlType::Integer: return "INTEGER";
             case SqlType::Real: return "DOUBLE PRECISION";
-            case SqlType::DateTime: return "TIMESTAMP(0)";
+            case SqlType::DateTime: return "TIMESTAMP(3)";  // SQL Server keeps 1/300 s: .000, .003, .007
             case SqlType::Unknown: return "TEXT";
         }
         return "TEXT";
@@ -107,7 +109,7 @@ public:
     std::string currentDateTime() const override { return "LOCALTIMESTAMP(0)"; }
     std::string datePart(dates::Part part, const std::string& text) const override {
         // a date written as text ('2006-08-30') is read as a date first
-        const std::string date = !text.empty() && text.front() == '\'' ? "CAST(" + text + " AS TIMESTAMP(0))" : text;
+        const std::string date = !text.empty() && text.front() == '\'' ? "CAST(" + text + " AS TIMESTAMP(3))" : text;
         const char* field = nullptr;
         switch (part) {
             case dates::Part::Year: field = "year"; break;
@@ -119,7 +121,12 @@ public:
             case dates::Part::Minute: field = "minute"; break;
             case dates::Part::Second: return "CAST(floor(date_part('second', " + date + ")) AS INTEGER)";
             case dates::Part::Weekday: return "(CAST(date_part('dow', " + date + ") AS INTEGER) + 1)";  // Sunday is 1
-            default: return std::string("qx_datepart('") + dates::partName(part) + "', " + date + ")";
+            case dates::Part::Millisecond: return "(CAST(floor(date_part('milliseconds', " + date + ")) AS INTEGER) % 1000)";
+            // Sunday-start weeks, week 1 the one holding 1 January: the days before the year's
+            // first Sunday are week 1, whatever weekday the year starts on.
+            case dates::Part::Week:
+                return "(CAST(floor((date_part('doy', " + date + ") - 1 + date_part('dow', date_trunc('year', " + date +
+                       "))) / 7) AS INTEGER) + 1)";
         }
         return std::string("CAST(date_part('") + field + "', " + date + ") AS INTEGER)";
     }
@@ -130,11 +137,14 @@ public:
             return date;
         return "(TIMESTAMP '1900-01-01 00:00:00' + (" + date + ") * INTERVAL '1 day')";
     }
+    // The result refused outside 1753-01-01 .. 9999-12-31 (qx_date_added); milliseconds round to
+    // SQL Server's 1/300 s.
     std::string dateAdd(dates::Part part, const std::string& amount, const std::string& writtenDate) const override {
-        const std::string date = dayNumberAsDate(writtenDate);
+        const std::string date = "CAST(" + dayNumberAsDate(writtenDate) + " AS TIMESTAMP(3))";
         const char* unit = nullptr;
         switch (part) {
             case dates::Part::Year: unit = "1 year"; break;
+            case dates::Part::Quarter: unit = "3 months"; break;
             case dates::Part::Month: unit = "1 month"; break;
             case dates::Part::Day:
             case dates::Part::DayOfYear:
@@ -143,14 +153,15 @@ public:
             case dates::Part::Hour: unit = "1 hour"; break;
             case dates::Part::Minute: unit = "1 minute"; break;
             case dates::Part::Second: unit = "1 second"; break;
-            default: return std::string("qx_dateadd('") + dates::partName(part) + "', " + amount + ", " + date + ")";
+            case dates::Part::Millisecond: return "qx_date_added(qx_ticks(" + date + " + (" + amount + ") * INTERVAL '1 millisecond'))";
         }
-        return "CAST(CAST(" + date + " AS TIMESTAMP(0)) + (" + amount + ") * INTERVAL '" + unit + "' AS TIMESTAMP(0))";
+        if (!unit) unit = "1 day";
+        return "qx_date_added(" + date + " + (" + amount + ") * INTERVAL '" + unit + "')";
     }
     // Boundaries crossed, as SQL Server counts them.
     std::string dateDiff(dates::Part part, const std::string& writtenFrom, const std::string& writtenTo) const override {
         const std::string from = dayNumberAsDate(writtenFrom), to = dayNumberAsDate(writtenTo);
-        const std::string f = "CAST(" + from + " AS TIMESTAMP(0))", t = "CAST(" + to + " AS TIMESTAMP(0))";
+        const std::string f = "CAST(" + from + " AS TIMESTAMP(3))", t = "CAST(" + to + " AS TIMESTAMP(3))";
         switch (part) {
             case dates::Part::Year: return "CAST(date_part('year', " + t + ") - date_part('year', " + f + ") AS INTEGER)";
             case dates::Part::Month:
@@ -158,13 +169,15 @@ public:
                        ") - date_part('month', " + f + ") AS INTEGER)";
             case dates::Part::Day:
             case dates::Part::DayOfYear: return "(CAST(" + t + " AS DATE) - CAST(" + f + " AS DATE))";
+            case dates::Part::Millisecond:
+                return "CAST(round(CAST(date_part('epoch', " + t + ") - date_part('epoch', " + f + ") AS NUMERIC) * 1000) AS INTEGER)";
             default: return std::string("qx_datediff('") + dates::partName(part) + "', " + from + ", " + to + ")";
         }
     }
     std::string toText(const std::string& value, std::optional<int> style, int length, bool fixed) const override {
         const std::string type = std::string(fixed ? "CHAR(" : "VARCHAR(") + std::to_string(length > 0 ? length : 30) + ")";
         if (!style) return "CAST(" + value + " AS " + type + ")";
-        const std::string date = "CAST(" + value + " AS TIMESTAMP(0))";
+        const std::string date = "CAST(" + value + " AS TIMESTAMP(3))";
         auto part = [&](const char* format) { return "to_char(" + date + ", '" + format + "')"; };
         const char* format = nullptr;
         switch (*style) {
@@ -214,8 +227,9 @@ public:
         if (scale) return "CAST(" + value + " AS NUMERIC(38," + std::to_string(*scale) + "))";
         return "CAST(" + value + " AS DOUBLE PRECISION)";
     }
-    // A written text is read as SQL Server reads it ('' and a time alone are on 1900-01-01); a
-    // text it does not read is left to the server, which refuses it.
+    // A written text is read as SQL Server reads it ('' and a time alone are on 1900-01-01, the
+    // time rounded to 1/300 s); anything else goes through qx_datetime, which refuses a date
+    // before 1753 and rounds the time the same way.
     std::string toDateTime(const std::string& value) const override {
         if (value.size() >= 2 && value.front() == '\'' && value.back() == '\'') {
             std::string text;
@@ -228,9 +242,11 @@ public:
                 text += value[i];
             }
             if (const auto date = single ? dates::parse(text) : std::nullopt; date && date->year >= 1753)
-                return "CAST(" + quoteString(dates::formatValue(*date)) + " AS TIMESTAMP(0))";
+                return "CAST(" + quoteString(dates::formatValue(*date)) + " AS TIMESTAMP(3))";
+            return "qx_datetime(CAST(" + value + " AS TEXT))";
         }
-        return "CAST(" + value + " AS TIMESTAMP(0))";
+        if (value == "NULL") return "CAST(NULL AS TIMESTAMP(3))";
+        return "qx_datetime(" + value + ")";
     }
     std::string textToNumber(const std::string& value) const override {
         return "CAST(NULLIF(btrim(CAST(" + value + " AS TEXT)), '') AS NUMERIC)";
@@ -282,7 +298,7 @@ public:
     std::string call(std::string_view helper, const std::vector<std::string>& args) const override {
         if (helper == "checked" && !args.empty()) return args[0];  // integer arithmetic overflows by itself
         if (helper == "add_days" && args.size() == 2)
-            return "CAST(CAST(" + args[0] + " AS TIMESTAMP(0)) + (" + args[1] + ") * INTERVAL '1 day' AS TIMESTAMP(0))";
+            return "qx_date_added(qx_ticks(CAST(" + args[0] + " AS TIMESTAMP(3)) + (" + args[1] + ") * INTERVAL '1 day'))";
         if (helper == "decimal" && args.size() == 3) return "CAST(" + args[0] + " AS NUMERIC(" + args[1] + "," + args[2] + "))";
         // a written text: read as SQL Server reads it ('' is 0, '12.5' refused)
         const bool writtenText = !args.empty() && args[0].size() >= 2 && args[0].front() == '\'' && args[0].back() == '\'';
@@ -311,7 +327,7 @@ public:
             for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : "") + args[i];
             return text + ")";
         }
-        if (helper == "date" && args.size() == 1) return "CAST(CAST(" + args[0] + " AS DATE) AS TIMESTAMP(0))";
+        if (helper == "date" && args.size() == 1) return "CAST(CAST(" + args[0] + " AS DATE) AS TIMESTAMP(3))";
         if (helper == "substring" && args.size() == 3) return "substr(" + args[0] + ", " + args[1] + ", " + args[2] + ")";
         std::string text = "qx_" + std::string(helper) + "(";
         for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : "") + args[i];
