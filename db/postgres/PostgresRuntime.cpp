@@ -265,6 +265,10 @@ BEGIN
   RETURN t;
 END $q$)",
         "CREATE FUNCTION qx_float_text(text) RETURNS text LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT $1$q$",
+        // An integer as text of at most the given length, padded with blanks to it when fixed is
+        // 1 (CHAR(n)): "*" when its digits and sign do not fit.
+        "CREATE FUNCTION qx_int_text(bigint, integer, integer) RETURNS text LANGUAGE sql IMMUTABLE AS "
+        "$q$SELECT CASE WHEN length($1::text) > $2 THEN '*' WHEN $3 = 1 THEN rpad($1::text, $2) ELSE $1::text END$q$",
         // LEFT and RIGHT refuse a negative count.
         R"(CREATE FUNCTION qx_count(bigint, text) RETURNS integer LANGUAGE plpgsql IMMUTABLE AS $q$
 BEGIN

@@ -780,6 +780,7 @@ private:
                 }
                 if (style && !dates::formatStyle(dates::DateTime{}, *style) && *style != 0)
                     fail("unsupported CONVERT style " + std::to_string(*style), e.pos);
+                if (!style && valueType == SqlType::Integer) return d_.integerToText(v, length, e.type.isFixedChar());
                 return d_.toText(v, style, length, e.type.isFixedChar());
             }
             case SqlType::Integer: {
@@ -968,6 +969,9 @@ private:
         // SQL Server averages integers as integers
         if (name == "AVG" && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer) return d_.integerAverage(text);
         if (name == "SUM") return exactDecimal(text, e, scope);
+        // SIGN, CEILING and FLOOR of an integer are integers on SQL Server
+        if ((name == "SIGN" || name == "CEILING" || name == "FLOOR") && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer)
+            return d_.integerResult(text);
         return text;
     }
 
@@ -1597,13 +1601,16 @@ private:
         statements.push_back(d_.createTableHead(tree.target) + " (" + body + ")");
         if (identity && (identity->identitySeed != 1 || identity->identityStep != 1))
             for (auto& sql : d_.identitySequence(tree.target, identity->name, identity->identitySeed, identity->identityStep)) statements.push_back(sql);
+        for (const auto& column : tree.columnDefs)
+            if (!column.identity)
+                for (auto& sql : d_.columnMarks(tree.target, column.name, column.type)) statements.push_back(sql);
         return statements;
     }
 
     // What a column refuses as SQL Server does: text longer than VARCHAR(n)/CHAR(n) ("String or
     // binary data would be truncated"), integers outside INT/SMALLINT/TINYINT (overflow).
     std::string storageCheck(const Name& table, const ColumnDef& column) const {
-        if (d_.columnTypesCheckValues()) return "";
+        if (d_.columnTypeChecks(column.type)) return "";
         const std::string name = d_.quoteIdentifier(column.name);
         const std::string& type = column.type.name;
         if (column.type.sqlType() == SqlType::Text && !column.type.params.empty() && column.type.params[0] > 0)
@@ -1613,7 +1620,7 @@ private:
             return " CHECK (" + d_.call("fits_decimal", {name, std::to_string(precision), std::to_string(column.type.scale())}) + ")";
         }
         if (type == "INT" || type == "INTEGER" || type == "SMALLINT" || type == "TINYINT")
-            return " CHECK (" + d_.call("checked", {name, d_.quoteString(integerKind(type))}) + " IS " + name + ")";
+            return " CHECK (" + d_.integerRangeCheck(name, integerKind(type)) + ")";
         return "";
     }
 

@@ -76,6 +76,10 @@ public:
                     return "NUMERIC(" + std::to_string(precision) + "," + std::to_string(type.scale()) + ")";
                 }
                 return "DOUBLE PRECISION";
+            case SqlType::Integer:
+                if (type.name == "SMALLINT" || type.name == "TINYINT") return "SMALLINT";
+                if (type.name == "BIGINT") return "BIGINT";
+                return "INTEGER";
             default: return columnTypeFor(type.sqlType());
         }
     }
@@ -93,6 +97,12 @@ public:
     std::vector<std::string> identitySequence(const Name& table, std::string_view column, long long seed, long long step) const override {
         return {"ALTER TABLE " + tableReference(table) + " ALTER COLUMN " + quoteIdentifier(column) + " SET INCREMENT BY " +
                 std::to_string(step) + " SET MINVALUE " + std::to_string(std::min(seed, 1LL) - 1) + " RESTART WITH " + std::to_string(seed)};
+    }
+    // MONEY and SMALLMONEY are NUMERIC(19,4) and NUMERIC(10,4) here, like a DECIMAL of that size:
+    // the column's comment says "money" (the catalog reads it back: CAST(money AS int) rounds).
+    std::vector<std::string> columnMarks(const Name& table, std::string_view column, const TypeSpec& type) const override {
+        if (type.name != "MONEY" && type.name != "SMALLMONEY") return {};
+        return {"COMMENT ON COLUMN " + tableReference(table) + "." + quoteIdentifier(column) + " IS 'money'"};
     }
     std::string collate() const override { return std::string(" COLLATE ") + kPostgresCollation; }
 
@@ -175,8 +185,13 @@ public:
         }
     }
     std::string toText(const std::string& value, std::optional<int> style, int length, bool fixed) const override {
-        const std::string type = std::string(fixed ? "CHAR(" : "VARCHAR(") + std::to_string(length > 0 ? length : 30) + ")";
-        if (!style) return "CAST(" + value + " AS " + type + ")";
+        // CHAR(n) is text padded with blanks to n: the blanks stay in a concatenation (a bpchar
+        // value would lose them there).
+        const std::string n = std::to_string(length > 0 ? length : 30);
+        auto sized = [&](const std::string& text) {
+            return fixed ? "rpad(CAST(" + text + " AS VARCHAR(" + n + ")), " + n + ")" : "CAST(" + text + " AS VARCHAR(" + n + "))";
+        };
+        if (!style) return sized(value);
         const std::string date = "CAST(" + value + " AS TIMESTAMP(3))";
         auto part = [&](const char* format) { return "to_char(" + date + ", '" + format + "')"; };
         const char* format = nullptr;
@@ -213,12 +228,17 @@ public:
                 const bool seconds = *style == 9 || *style == 109;
                 const std::string text = part("Mon ") + " || lpad(" + part("FMDD") + ", 2) || " + part(" YYYY ") + " || lpad(" +
                                          part("FMHH12") + ", 2) || " + part(seconds ? ":MI:SS:MS" : ":MI") + " || " + part("AM");
-                return "CAST(" + text + " AS " + type + ")";
+                return sized(text);
             }
             default:
                 return "qx_to_char(" + value + ", " + std::to_string(*style) + ", " + std::to_string(length) + ", " + (fixed ? "1" : "0") + ")";
         }
-        return "CAST(" + part(format) + " AS " + type + ")";
+        return sized(part(format));
+    }
+    std::string integerResult(const std::string& value) const override { return "CAST(" + value + " AS INTEGER)"; }
+    std::string integerToText(const std::string& value, int length, bool fixed) const override {
+        if (length <= 0) return toText(value, std::nullopt, length, fixed);
+        return "qx_int_text(" + value + ", " + std::to_string(length) + ", " + (fixed ? "1" : "0") + ")";
     }
     // SQL Server cuts the fraction off (CAST(2.7 AS int) is 2); PostgreSQL would round.
     std::string toInteger(const std::string& value) const override { return "CAST(trunc(" + value + ") AS INTEGER)"; }
@@ -293,8 +313,12 @@ public:
     }
     std::string byteLength(const std::string& value) const override { return "octet_length(CAST(" + value + " AS TEXT))"; }
     std::string limit(const std::string& count) const override { return " LIMIT " + count; }
-    // VARCHAR(n), INTEGER and NUMERIC(p,s) refuse out-of-range values on PostgreSQL itself.
-    bool columnTypesCheckValues() const override { return true; }
+    // VARCHAR(n), INTEGER, SMALLINT, BIGINT and NUMERIC(p,s) refuse out-of-range values on
+    // PostgreSQL itself; a TINYINT (a SMALLINT there) is checked for 0 .. 255.
+    bool columnTypeChecks(const TypeSpec& type) const override { return type.name != "TINYINT"; }
+    std::string integerRangeCheck(const std::string& column, const char* kind) const override {
+        return "qx_int(" + column + ", " + quoteString(kind) + ") = " + column;
+    }
     std::string call(std::string_view helper, const std::vector<std::string>& args) const override {
         if (helper == "checked" && !args.empty()) return args[0];  // integer arithmetic overflows by itself
         if (helper == "add_days" && args.size() == 2)
