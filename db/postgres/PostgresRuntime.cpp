@@ -20,6 +20,13 @@ SELECT date_trunc('second', $1) +
         R"(CREATE FUNCTION qx_date_added(timestamp) RETURNS timestamp LANGUAGE sql STABLE AS $q$
 SELECT CASE WHEN $1 IS NULL OR ($1 >= '1753-01-01' AND $1 < '10000-01-01') THEN $1
   ELSE qx_fail('Adding a value to a ''datetime'' column caused an overflow.')::timestamp END$q$)",
+        // A text too long for its column: SQL Server's message, naming the table and the column.
+        R"(CREATE FUNCTION qx_truncated(text, text, text) RETURNS text LANGUAGE sql STABLE AS $q$
+SELECT qx_fail('String or binary data would be truncated in table ''' || $2 || ''', column ''' || $3 ||
+               '''. Truncated value: ''' || left($1, 40) || '''.')$q$)",
+        // qx_fits(text, length, table, column): the text when it has at most length characters.
+        R"(CREATE FUNCTION qx_fits(text, integer, text, text) RETURNS text LANGUAGE sql STABLE AS $q$
+SELECT CASE WHEN char_length($1) <= $2 THEN $1 ELSE qx_truncated($1, $3, $4) END$q$)",
         // a ^ b
         "CREATE FUNCTION qx_bitxor(integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
         "CREATE FUNCTION qx_bitxor(bigint, bigint) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
@@ -114,9 +121,10 @@ SELECT regexp_instr($2 COLLATE "C",
 SELECT CASE WHEN $2 COLLATE "C" = '' THEN $1 ELSE
   regexp_replace($1 COLLATE "C", regexp_replace($2 COLLATE "C", '([.^$*+?()\[\]{}|\\-])', '\\\1', 'g'),
                  replace($3 COLLATE "C", '\', '\\'), 'gi') END$q$)",
-        // CHARINDEX(needle, text, start): case and width ignored, searching from start (below 1: from 1).
+        // CHARINDEX(needle, text, start): case and width ignored, searching from start (below 1: from
+        // 1); an empty needle is found nowhere.
         R"(CREATE FUNCTION qx_charindex(text, text, bigint) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS $q$
-SELECT CASE WHEN p = 0 THEN 0 ELSE p + s - 1 END FROM (
+SELECT CASE WHEN p = 0 OR $1 = '' THEN 0 ELSE p + s - 1 END FROM (
   SELECT greatest($3, 1) AS s, strpos(lower(normalize(substr($2, greatest($3, 1)::integer), NFKC)) COLLATE "C",
                                       lower(normalize($1, NFKC)) COLLATE "C") AS p) v$q$)",
         // STUFF(text, start, length, insert): NULL when start is outside the text or length negative.

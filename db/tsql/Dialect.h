@@ -84,9 +84,14 @@ public:
     virtual std::string dateLiteral(std::string_view iso) const { return quoteString(iso); }
     // A text literal that is compared with another text: SQL Server ignores trailing blanks.
     virtual std::string comparedString(std::string_view value) const { return quoteString(value); }
-    // A text value stored into a text column: a written text (`literal` set, unquoted) or an
-    // expression. An engine whose comparisons count trailing blanks stores it without them.
-    virtual std::string storedText(const std::string& value, const std::string* /*literal*/) const { return value; }
+    // A text value stored into the text column `column` of `table`: a written text (`literal`
+    // set, unquoted) or an expression. An engine whose comparisons count trailing blanks stores
+    // it without them; one whose column types refuse a value too long without naming the table
+    // and column may check column.length itself.
+    virtual std::string storedText(const std::string& value, const std::string* /*literal*/, std::string_view /*table*/,
+                                   const CatalogColumn& /*column*/) const {
+        return value;
+    }
     // AVG of integers: an integer, the fraction cut off.
     virtual std::string integerAverage(const std::string& average) const { return "CAST(" + average + " AS INTEGER)"; }
     // A function of an integer that SQL Server types as an integer and the engine may not.

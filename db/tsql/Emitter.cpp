@@ -550,12 +550,14 @@ private:
 
     // The value e as SQL Server stores it into a column: converted to the column's type and,
     // for DECIMAL(p,s) and MONEY, rounded to the places the column keeps.
-    std::string stored(const Expr& e, const Scope& scope, const CatalogColumn& target) {
+    // table: the name a message about the column gives (the statement's target when empty).
+    std::string stored(const Expr& e, const Scope& scope, const CatalogColumn& target, std::string_view table = {}) {
         std::string value = coerced(e, scope, target.type, true);
         if (isNumeric(target.type) && target.scale >= 0 && e.kind != ExprKind::Null)
             value = d_.round(value, target.scale);
-        if (target.type == SqlType::Text && e.kind == ExprKind::String) return d_.storedText(value, &e.text);
-        if (target.type == SqlType::Text && typeOf(e, scope) == SqlType::Text) return d_.storedText(value, nullptr);
+        if (table.empty() && statement_.tree) table = statement_.tree->target.last();
+        if (target.type == SqlType::Text && e.kind == ExprKind::String) return d_.storedText(value, &e.text, table, target);
+        if (target.type == SqlType::Text && typeOf(e, scope) == SqlType::Text) return d_.storedText(value, nullptr, table, target);
         return value;
     }
 
@@ -1471,7 +1473,7 @@ private:
         for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
             const Assignment& a = tree.assignments[i];
             if (i) text += ", ";
-            text += d_.quoteIdentifier(a.column.last()) + " = " + stored(*a.value, scope, targetColumn(*target, a.column.last()));
+            text += d_.quoteIdentifier(a.column.last()) + " = " + stored(*a.value, scope, targetColumn(*target, a.column.last()), target->table.last());
         }
         text += " FROM " + fromClause(tree.from, scope);
         const std::string row = d_.rowIdentifier();

@@ -42,10 +42,23 @@ public:
     // Stored without trailing blanks: SQL Server ignores them wherever it compares text (=,
     // DISTINCT, GROUP BY, UNION, keys), PostgreSQL's collations do not. A written text loses
     // them here, an expression through rtrim (see db/postgres/README.md, "Trailing blanks").
-    std::string storedText(const std::string& value, const std::string* literal) const override {
-        if (!literal) return "rtrim(" + value + ")";
+    // A value longer than the column is refused naming the table and column, as SQL Server does
+    // (the server's own refusal names neither): a written text when it is translated, an
+    // expression by qx_fits.
+    std::string storedText(const std::string& value, const std::string* literal, std::string_view table,
+                           const CatalogColumn& column) const override {
+        const std::string names = quoteString(stripBrackets(table)) + ", " + quoteString(column.name);
+        if (!literal) {
+            if (column.length <= 0) return "rtrim(" + value + ")";
+            return "qx_fits(rtrim(" + value + "), " + std::to_string(column.length) + ", " + names + ")";
+        }
         std::string_view text = *literal;
         while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+        std::size_t characters = 0;
+        for (const char c : text)
+            if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++characters;
+        if (column.length > 0 && characters > static_cast<std::size_t>(column.length))
+            return "qx_truncated(" + quoteString(text) + ", " + names + ")";
         return quoteString(text);
     }
     // '#x' is a TEMP table in the connection's own pg_temp schema, under its T-SQL name.
@@ -297,7 +310,11 @@ public:
     // Case and width ignored: both sides folded to NFKC (full-width letters become ASCII) and
     // lower case, then searched under "C" (PostgreSQL 15 refuses substring searches on the
     // nondeterministic collation).
+    // An empty needle is found nowhere (0); one that is no written text goes through qx_charindex,
+    // which knows that too.
     std::string charIndex(const std::string& needle, const std::string& haystack) const override {
+        if (needle == "''") return "(CASE WHEN " + haystack + " IS NULL THEN NULL ELSE 0 END)";
+        if (needle.size() < 2 || needle.front() != '\'' || needle.back() != '\'') return "qx_charindex(" + needle + ", " + haystack + ", 1)";
         return "strpos(lower(normalize(" + haystack + ", NFKC)) COLLATE \"C\", lower(normalize(" + needle + ", NFKC)) COLLATE \"C\")";
     }
     // PostgreSQL 15 refuses LIKE on a nondeterministic collation: the value without its trailing

@@ -24,6 +24,8 @@ struct CatalogColumn {
     int scale = -1;
     // A MONEY/SMALLMONEY column: CAST(… AS int) of it rounds instead of truncating.
     bool money = false;
+    // Characters a VARCHAR(n)/CHAR(n) column holds; 0 when unlimited or not known.
+    int length = 0;
 };
 
 // What the translator may ask about the database it translates for.
