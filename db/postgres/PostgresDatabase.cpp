@@ -198,6 +198,7 @@ public:
                 default: column.type = tsql::SqlType::Text; break;
             }
             column.identity = PQgetvalue(result.r, i, 2)[0] == 't';
+            column.bigint = type == kInt8;
             if (type == kVarchar || type == kBpchar) {
                 const long modifier = std::strtol(PQgetvalue(result.r, i, 4), nullptr, 10);
                 if (modifier > 4) column.length = static_cast<int>(modifier - 4);

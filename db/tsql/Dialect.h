@@ -94,8 +94,9 @@ public:
     }
     // AVG of integers: an integer, the fraction cut off.
     virtual std::string integerAverage(const std::string& average) const { return "CAST(" + average + " AS INTEGER)"; }
-    // A function of an integer that SQL Server types as an integer and the engine may not.
-    virtual std::string integerResult(const std::string& value) const { return value; }
+    // A function of an integer that SQL Server types as an integer ("int", "bigint") and the
+    // engine may not (a sum of bigints, the sign of an int).
+    virtual std::string integerResult(const std::string& value, const char* /*kind*/) const { return value; }
     // DATALENGTH of a text: its length in bytes.
     virtual std::string byteLength(const std::string& text) const { return "length(CAST(" + text + " AS BLOB))"; }
     // A runtime helper with SQL Server's meaning, by its T-SQL name in lower case ("charindex",

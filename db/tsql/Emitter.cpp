@@ -40,6 +40,7 @@ struct Resolution {
     SqlType type = SqlType::Unknown;
     int scale = -1;
     bool money = false;
+    bool bigint = false;
     bool local = false;
 };
 
@@ -253,6 +254,7 @@ private:
                     result.type = c->type;
                     result.scale = c->scale;
                     result.money = c->money;
+                    result.bigint = c->bigint;
                 }
                 result.local = local;
                 return result;
@@ -264,6 +266,7 @@ private:
                     result.type = c->type;
                     result.scale = c->scale;
                     result.money = c->money;
+                    result.bigint = c->bigint;
                     result.local = local;
                     return result;
                 }
@@ -445,6 +448,27 @@ private:
                 const std::string name = toUpper(e.name.last());
                 return (name == "SUM" || name == "MIN" || name == "MAX" || name == "ABS" || name == "ISNULL") && !e.args.empty() &&
                        isMoney(*e.args[0], scope);
+            }
+            default: return false;
+        }
+    }
+
+    // A bigint value: a BIGINT column or conversion, and what arithmetic, sums and the like make
+    // of one (an int beside a bigint becomes a bigint). A literal beyond the int range is a decimal.
+    bool isBigint(const Expr& e, const Scope& scope) {
+        switch (e.kind) {
+            case ExprKind::Column: return resolve(e.name, scope).bigint;
+            case ExprKind::Convert: return e.type.name == "BIGINT";
+            case ExprKind::Unary: return (e.text == "-" || e.text == "+" || e.text == "~") && isBigint(*e.args[0], scope);
+            case ExprKind::Binary:
+                return (e.text == "+" || e.text == "-" || e.text == "*" || e.text == "/" || e.text == "%" || e.text == "&" ||
+                        e.text == "|" || e.text == "^") &&
+                       typeOf(e, scope) == SqlType::Integer && (isBigint(*e.args[0], scope) || isBigint(*e.args[1], scope));
+            case ExprKind::Function: {
+                const std::string name = toUpper(e.name.last());
+                if (name == "COUNT_BIG") return true;
+                return (name == "SUM" || name == "MIN" || name == "MAX" || name == "ABS" || name == "ISNULL" || name == "SIGN") &&
+                       !e.args.empty() && isBigint(*e.args[0], scope);
             }
             default: return false;
         }
@@ -715,8 +739,11 @@ private:
         if (e.text == "/" || e.text == "%") return d_.divide(operand(l, r), operand(r, l), e.text == "%");
         const std::string text = "(" + operand(l, r) + " " + e.text + " " + operand(r, l) + ")";
         if ((e.text == "+" || e.text == "-" || e.text == "*") && typeOf(l, scope) == SqlType::Integer && typeOf(r, scope) == SqlType::Integer &&
-            fitsInt(l) && fitsInt(r))
-            return d_.call("checked", {text, d_.quoteString("int")});  // int arithmetic overflows as SQL Server's does
+            fitsInt(l) && fitsInt(r)) {
+            // int arithmetic overflows as SQL Server's does, bigint arithmetic at the bigint range
+            const bool big = isBigint(l, scope) || isBigint(r, scope);
+            return d_.call("checked", {text, d_.quoteString(big ? "bigint" : "int")});
+        }
         if (e.text == "+" || e.text == "-" || e.text == "*") return exactDecimal(text, e, scope);
         return text;
     }
@@ -724,7 +751,8 @@ private:
     // An addition of two ints that SQL Server checks for the int range.
     bool checkedIntAddition(const Expr& e, const Scope& scope) {
         return e.kind == ExprKind::Binary && e.text == "+" && typeOf(*e.args[0], scope) == SqlType::Integer &&
-               typeOf(*e.args[1], scope) == SqlType::Integer && fitsInt(*e.args[0]) && fitsInt(*e.args[1]);
+               typeOf(*e.args[1], scope) == SqlType::Integer && fitsInt(*e.args[0]) && fitsInt(*e.args[1]) &&
+               !isBigint(*e.args[0], scope) && !isBigint(*e.args[1], scope);
     }
 
     // A literal beyond the int range is a decimal in SQL Server, so its arithmetic does not overflow.
@@ -970,10 +998,11 @@ private:
         text += ")";
         // SQL Server averages integers as integers
         if (name == "AVG" && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer) return d_.integerAverage(text);
+        if (name == "SUM" && e.args.size() == 1 && isBigint(*e.args[0], scope)) return d_.integerResult(text, "bigint");
         if (name == "SUM") return exactDecimal(text, e, scope);
         // SIGN, CEILING and FLOOR of an integer are integers on SQL Server
         if ((name == "SIGN" || name == "CEILING" || name == "FLOOR") && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer)
-            return d_.integerResult(text);
+            return d_.integerResult(text, isBigint(*e.args[0], scope) ? "bigint" : "int");
         return text;
     }
 
@@ -1621,7 +1650,7 @@ private:
             const int precision = !column.type.params.empty() ? column.type.params[0] : type == "SMALLMONEY" ? 10 : type == "MONEY" ? 19 : 18;
             return " CHECK (" + d_.call("fits_decimal", {name, std::to_string(precision), std::to_string(column.type.scale())}) + ")";
         }
-        if (type == "INT" || type == "INTEGER" || type == "SMALLINT" || type == "TINYINT")
+        if (type == "INT" || type == "INTEGER" || type == "SMALLINT" || type == "TINYINT" || type == "BIGINT")
             return " CHECK (" + d_.integerRangeCheck(name, integerKind(type)) + ")";
         return "";
     }

@@ -248,14 +248,16 @@ public:
         }
         return sized(part(format));
     }
-    std::string integerResult(const std::string& value) const override { return "CAST(" + value + " AS INTEGER)"; }
+    std::string integerResult(const std::string& value, const char* kind) const override {
+        return "CAST(" + value + (std::string_view(kind) == "bigint" ? " AS BIGINT)" : " AS INTEGER)");
+    }
     std::string integerToText(const std::string& value, int length, bool fixed) const override {
         if (length <= 0) return toText(value, std::nullopt, length, fixed);
         return "qx_int_text(" + value + ", " + std::to_string(length) + ", " + (fixed ? "1" : "0") + ")";
     }
     // SQL Server cuts the fraction off (CAST(2.7 AS int) is 2); PostgreSQL would round.
     std::string toInteger(const std::string& value) const override { return "CAST(trunc(" + value + ") AS INTEGER)"; }
-    std::string integerAverage(const std::string& average) const override { return "CAST(trunc(" + average + ") AS INTEGER)"; }
+    std::string integerAverage(const std::string& average) const override { return "CAST(trunc(" + average + ") AS BIGINT)"; }
     std::string toReal(const std::string& value, std::optional<int> scale) const override {
         if (scale) return "CAST(" + value + " AS NUMERIC(38," + std::to_string(*scale) + "))";
         return "CAST(" + value + " AS DOUBLE PRECISION)";
