@@ -1220,6 +1220,10 @@ private:
             else if (unionTypes && positionKnown && position < unionTypes->size() && e.kind == ExprKind::String &&
                      (*unionTypes)[position] != SqlType::Text)
                 text += coerced(e, scope, (*unionTypes)[position], false);
+            else if (e.kind == ExprKind::String && (unionTypes || c.distinct))
+                // a written text that a UNION or DISTINCT compares with others: SQL Server ignores its
+                // trailing blanks there (an engine whose collation counts them writes it without)
+                text += withCollation(d_.comparedString(e.text), e);
             else if (e.kind != ExprKind::Column && typeOf(e, scope) == SqlType::Text)
                 text += withCollation(expr(e, scope), e);  // the value compares, groups and sorts as text columns do
             else text += expr(e, scope);

@@ -45,7 +45,7 @@ class Conformance : public ::testing::TestWithParam<Case> {};
 // this fail the test (a regression), fewer are reported so the number comes down.
 std::size_t knownFailures(const Case& c) {
     static const std::map<std::string, std::size_t> postgresql = {
-        {"collation.test", 3},
+        {"collation.test", 2},
     };
     if (c.engine != "postgresql") return 0;
     const auto it = postgresql.find(c.file);
