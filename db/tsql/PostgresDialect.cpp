@@ -311,9 +311,8 @@ public:
     std::string length(const std::string& text) const override { return "length(rtrim(" + text + "))"; }
     // Case and width ignored: both sides folded to NFKC (full-width letters become ASCII) and
     // lower case, then searched under "C" (PostgreSQL 15 refuses substring searches on the
-    // nondeterministic collation).
-    // An empty needle is found nowhere (0); one that is no written text goes through qx_charindex,
-    // which knows that too.
+    // nondeterministic collation). An empty needle is found nowhere (0); one that is not a
+    // written text goes through qx_charindex, which knows that too.
     std::string charIndex(const std::string& needle, const std::string& haystack) const override {
         if (needle == "''") return "(CASE WHEN " + haystack + " IS NULL THEN NULL ELSE 0 END)";
         if (needle.size() < 2 || needle.front() != '\'' || needle.back() != '\'') return "qx_charindex(" + needle + ", " + haystack + ", 1)";
