@@ -191,7 +191,8 @@ public:
                 return "CAST((date_part('year', " + t + ") - date_part('year', " + f + ")) * 12 + date_part('month', " + t +
                        ") - date_part('month', " + f + ") AS INTEGER)";
             case dates::Part::Day:
-            case dates::Part::DayOfYear: return "(CAST(" + t + " AS DATE) - CAST(" + f + " AS DATE))";
+            case dates::Part::DayOfYear:
+            case dates::Part::Weekday: return "(CAST(" + t + " AS DATE) - CAST(" + f + " AS DATE))";
             case dates::Part::Millisecond:
                 return "CAST(round(CAST(date_part('epoch', " + t + ") - date_part('epoch', " + f + ") AS NUMERIC) * 1000) AS INTEGER)";
             default: return std::string("qx_datediff('") + dates::partName(part) + "', " + from + ", " + to + ")";
