@@ -14,6 +14,7 @@
 
 #include <atomic>
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -47,9 +48,30 @@ Value valueOf(const PGresult* result, int row, int column) {
     switch (PQftype(result, column)) {
         case kBool: return std::int64_t{text[0] == 't' ? 1 : 0};
         case kInt2: case kInt4: case kInt8: return static_cast<std::int64_t>(std::strtoll(text, nullptr, 10));
-        case kFloat4: case kFloat8: case kNumeric: return std::strtod(text, nullptr);
+        case kNumeric: {
+            // a DECIMAL(p,0) expression (CAST(12.5 AS decimal(5,0))) is a whole number, as on
+            // SQLite; a column of a table keeps its type
+            const int modifier = PQfmod(result, column);
+            if (modifier >= 4 && ((modifier - 4) & 0xffff) == 0 && PQftable(result, column) == InvalidOid) {
+                char* end = nullptr;
+                errno = 0;
+                const long long whole = std::strtoll(text, &end, 10);
+                if (*end == '\0' && errno == 0) return static_cast<std::int64_t>(whole);
+            }
+            return std::strtod(text, nullptr);
+        }
+        case kFloat4: case kFloat8: return std::strtod(text, nullptr);
         case kDate: return std::string(text) + " 00:00:00";
-        case kTimestamp: case kTimestampTz: return std::string(text).substr(0, 19);  // seconds, no fraction or zone
+        case kTimestamp: case kTimestampTz: {
+            // seconds, and milliseconds when there are any (".5" is ".500", as a file keeps them); no zone
+            std::string value(text, std::min<std::size_t>(std::strlen(text), 19));
+            if (text[value.size()] == '.') {
+                std::string fraction;
+                for (const char* c = text + 20; *c >= '0' && *c <= '9' && fraction.size() < 3; ++c) fraction += *c;
+                if (fraction.find_first_not_of('0') != std::string::npos) value += "." + fraction + std::string(3 - fraction.size(), '0');
+            }
+            return value;
+        }
         default: return std::string(text);
     }
 }
@@ -160,7 +182,8 @@ public:
             return kept->second;
         }
         const char* sql =
-            "SELECT a.attname, format_type(a.atttypid, a.atttypmod), a.attidentity <> '', a.atttypid, a.atttypmod "
+            "SELECT a.attname, format_type(a.atttypid, a.atttypmod), a.attidentity <> '', a.atttypid, a.atttypmod, "
+            "col_description(a.attrelid, a.attnum) = 'money' "
             "FROM pg_attribute a WHERE a.attrelid = to_regclass($1) AND a.attnum > 0 AND NOT a.attisdropped ORDER BY a.attnum";
         const char* params[] = {quoted.c_str()};
         Result result{PQexecParams(conn_, sql, 1, nullptr, params, nullptr, nullptr, 0)};
@@ -177,9 +200,15 @@ public:
                 default: column.type = tsql::SqlType::Text; break;
             }
             column.identity = PQgetvalue(result.r, i, 2)[0] == 't';
+            column.bigint = type == kInt8;
+            if (type == kVarchar || type == kBpchar) {
+                const long modifier = std::strtol(PQgetvalue(result.r, i, 4), nullptr, 10);
+                if (modifier > 4) column.length = static_cast<int>(modifier - 4);
+            }
             if (type == kNumeric) {
                 const long modifier = std::strtol(PQgetvalue(result.r, i, 4), nullptr, 10);
                 if (modifier >= 4) column.scale = static_cast<int>((modifier - 4) & 0xffff);
+                column.money = PQgetvalue(result.r, i, 5)[0] == 't';  // marked by the dialect's columnMarks
             }
             columns.push_back(std::move(column));
         }

@@ -8,6 +8,25 @@ namespace qx::db {
 
 const std::vector<std::string>& postgresRuntimeFunctions() {
     static const std::vector<std::string> functions = {
+        // An error raised with the given message; the callers give it a type. STABLE, so that the
+        // planner never raises it while folding a branch that does not run.
+        "CREATE FUNCTION qx_fail(text) RETURNS text LANGUAGE plpgsql STABLE AS $q$BEGIN RAISE EXCEPTION USING MESSAGE = $1; END $q$",
+        // The time of a datetime rounded to SQL Server's 1/300 s (.000, .003, .007, half away
+        // from zero); .999 becomes the next second.
+        R"(CREATE FUNCTION qx_ticks(timestamp) RETURNS timestamp LANGUAGE sql IMMUTABLE AS $q$
+SELECT date_trunc('second', $1) +
+       round(round(round((extract(microseconds FROM $1) % 1000000) / 1000) * 0.3) * 10 / 3) * INTERVAL '1 millisecond'$q$)",
+        // The result of DATEADD or date + n: refused outside 1753-01-01 .. 9999-12-31.
+        R"(CREATE FUNCTION qx_date_added(timestamp) RETURNS timestamp LANGUAGE sql STABLE AS $q$
+SELECT CASE WHEN $1 IS NULL OR ($1 >= '1753-01-01' AND $1 < '10000-01-01') THEN $1
+  ELSE qx_fail('Adding a value to a ''datetime'' column caused an overflow.')::timestamp END$q$)",
+        // A text too long for its column: SQL Server's message, naming the table and the column.
+        R"(CREATE FUNCTION qx_truncated(text, text, text) RETURNS text LANGUAGE sql STABLE AS $q$
+SELECT qx_fail('String or binary data would be truncated in table ''' || $2 || ''', column ''' || $3 ||
+               '''. Truncated value: ''' || left($1, 40) || '''.')$q$)",
+        // qx_fits(text, length, table, column): the text when it has at most length characters.
+        R"(CREATE FUNCTION qx_fits(text, integer, text, text) RETURNS text LANGUAGE sql STABLE AS $q$
+SELECT CASE WHEN char_length($1) <= $2 THEN $1 ELSE qx_truncated($1, $3, $4) END$q$)",
         // a ^ b
         "CREATE FUNCTION qx_bitxor(integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
         "CREATE FUNCTION qx_bitxor(bigint, bigint) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
@@ -102,9 +121,10 @@ SELECT regexp_instr($2 COLLATE "C",
 SELECT CASE WHEN $2 COLLATE "C" = '' THEN $1 ELSE
   regexp_replace($1 COLLATE "C", regexp_replace($2 COLLATE "C", '([.^$*+?()\[\]{}|\\-])', '\\\1', 'g'),
                  replace($3 COLLATE "C", '\', '\\'), 'gi') END$q$)",
-        // CHARINDEX(needle, text, start): case and width ignored, searching from start (below 1: from 1).
+        // CHARINDEX(needle, text, start): case and width ignored, searching from start (below 1: from
+        // 1); an empty needle is found nowhere.
         R"(CREATE FUNCTION qx_charindex(text, text, bigint) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS $q$
-SELECT CASE WHEN p = 0 THEN 0 ELSE p + s - 1 END FROM (
+SELECT CASE WHEN p = 0 OR $1 = '' THEN 0 ELSE p + s - 1 END FROM (
   SELECT greatest($3, 1) AS s, strpos(lower(normalize(substr($2, greatest($3, 1)::integer), NFKC)) COLLATE "C",
                                       lower(normalize($1, NFKC)) COLLATE "C") AS p) v$q$)",
         // STUFF(text, start, length, insert): NULL when start is outside the text or length negative.
@@ -187,14 +207,14 @@ BEGIN
 EXCEPTION WHEN others THEN RETURN NULL;
 END $q$)",
         "CREATE FUNCTION qx_try_float(double precision) RETURNS double precision LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT $1$q$",
-        R"(CREATE FUNCTION qx_try_datetime(text) RETURNS timestamp(0) LANGUAGE plpgsql STABLE STRICT AS $q$
-DECLARE d timestamp(0);
+        R"(CREATE FUNCTION qx_try_datetime(text) RETURNS timestamp LANGUAGE plpgsql STABLE STRICT AS $q$
+DECLARE d timestamp(3);
 BEGIN
-  d := btrim($1 COLLATE "C")::timestamp(0);
+  d := qx_ticks(btrim($1 COLLATE "C")::timestamp(3));
   RETURN CASE WHEN date_part('year', d) < 1753 THEN NULL ELSE d END;
 EXCEPTION WHEN others THEN RETURN NULL;
 END $q$)",
-        "CREATE FUNCTION qx_try_datetime(timestamp) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT $1::timestamp(0)$q$",
+        "CREATE FUNCTION qx_try_datetime(timestamp) RETURNS timestamp LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT qx_ticks($1::timestamp(3))$q$",
         R"(CREATE FUNCTION qx_try_bit(text) RETURNS integer LANGUAGE plpgsql IMMUTABLE STRICT AS $q$
 BEGIN
   RETURN qx_bit($1);
@@ -253,6 +273,10 @@ BEGIN
   RETURN t;
 END $q$)",
         "CREATE FUNCTION qx_float_text(text) RETURNS text LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT $1$q$",
+        // An integer as text of at most the given length, padded with blanks to it when fixed is
+        // 1 (CHAR(n)): "*" when its digits and sign do not fit.
+        "CREATE FUNCTION qx_int_text(bigint, integer, integer) RETURNS text LANGUAGE sql IMMUTABLE AS "
+        "$q$SELECT CASE WHEN length($1::text) > $2 THEN '*' WHEN $3 = 1 THEN rpad($1::text, $2) ELSE $1::text END$q$",
         // LEFT and RIGHT refuse a negative count.
         R"(CREATE FUNCTION qx_count(bigint, text) RETURNS integer LANGUAGE plpgsql IMMUTABLE AS $q$
 BEGIN
@@ -275,8 +299,25 @@ BEGIN
   END IF;
   RETURN d;
 END $q$)",
+        // CAST(text AS datetime): blanks around ignored, '' is 1900-01-01, the time rounded to
+        // 1/300 s, a date before 1753 out of range.
+        R"(CREATE FUNCTION qx_datetime(text) RETURNS timestamp LANGUAGE plpgsql STABLE STRICT AS $q$
+DECLARE t text := btrim($1 COLLATE "C"); d timestamp;
+BEGIN
+  IF t = '' THEN RETURN TIMESTAMP '1900-01-01'; END IF;
+  BEGIN
+    d := qx_ticks(t::timestamp(3));
+  EXCEPTION WHEN others THEN
+    RAISE EXCEPTION 'Conversion failed when converting date and/or time from character string.';
+  END;
+  IF d < '1753-01-01' OR d >= '10000-01-01' THEN
+    RAISE EXCEPTION 'The conversion of a varchar data type to a datetime data type resulted in an out-of-range value.';
+  END IF;
+  RETURN d;
+END $q$)",
+        "CREATE FUNCTION qx_datetime(timestamp) RETURNS timestamp LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT qx_ticks($1::timestamp(3))$q$",
         // CONVERT(datetime, text, style): the day, month and year in the style's order.
-        R"(CREATE FUNCTION qx_datetime(text, integer) RETURNS timestamp(0) LANGUAGE plpgsql STABLE STRICT AS $q$
+        R"(CREATE FUNCTION qx_datetime(text, integer) RETURNS timestamp LANGUAGE plpgsql STABLE STRICT AS $q$
 DECLARE t text := btrim($1 COLLATE "C");
 BEGIN
   RETURN CASE
@@ -285,11 +326,11 @@ BEGIN
     WHEN $2 IN (5, 105) THEN to_timestamp(t, 'DD-MM-YYYY HH24:MI:SS')
     WHEN $2 IN (13, 113) THEN to_timestamp(t, 'DD Mon YYYY HH24:MI:SS:MS')
     WHEN $2 IN (6, 106) THEN to_timestamp(t, 'DD Mon YYYY')
-    ELSE t::timestamp(0) END::timestamp(0);
+    ELSE qx_ticks(t::timestamp(3)) END::timestamp(3);
 EXCEPTION WHEN others THEN
   RAISE EXCEPTION 'Conversion failed when converting date and/or time from character string.';
 END $q$)",
-        "CREATE FUNCTION qx_datetime(timestamp, integer) RETURNS timestamp(0) LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT $1::timestamp(0)$q$",
+        "CREATE FUNCTION qx_datetime(timestamp, integer) RETURNS timestamp LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT qx_ticks($1::timestamp(3))$q$",
         // DATEDIFF of the parts the dialect does not write itself: boundaries crossed.
         R"(CREATE FUNCTION qx_datediff(text, timestamp, timestamp) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS $q$
 SELECT CASE lower($1 COLLATE "C")

@@ -35,10 +35,21 @@ public:
     // Statements, run after CREATE TABLE, that number an IDENTITY column from seed by step
     // (only needed when either is not 1).
     virtual std::vector<std::string> identitySequence(const Name& table, std::string_view column, long long seed, long long step) const = 0;
+    // Statements, run after CREATE TABLE, that mark what the engine's column type does not say
+    // and the translator must know again from the catalog (a MONEY column, stored as a decimal).
+    virtual std::vector<std::string> columnMarks(const Name& /*table*/, std::string_view /*column*/, const TypeSpec& /*type*/) const {
+        return {};
+    }
     virtual std::string collate() const = 0;  // " COLLATE x" appended to text comparisons
-    // True when the engine's own column types already refuse what SQL Server refuses (text
-    // longer than VARCHAR(n), integers and decimals out of range): CREATE TABLE then adds no checks.
-    virtual bool columnTypesCheckValues() const { return false; }
+    // True when the engine's own column type for this declared type already refuses what SQL
+    // Server refuses (text longer than VARCHAR(n), integers and decimals out of range): CREATE
+    // TABLE then adds no check for the column.
+    virtual bool columnTypeChecks(const TypeSpec& /*type*/) const { return false; }
+    // The CHECK condition that refuses an integer outside the range of kind ("int", "smallint",
+    // "tinyint") with SQL Server's overflow message.
+    virtual std::string integerRangeCheck(const std::string& column, const char* kind) const {
+        return call("checked", {column, quoteString(kind)}) + " IS " + column;
+    }
 
     virtual std::string concat(const std::string& left, const std::string& right) const = 0;
     virtual std::string currentDateTime() const = 0;
@@ -49,6 +60,10 @@ public:
     virtual std::string dateDiff(dates::Part part, const std::string& from, const std::string& to) const = 0;
     // CONVERT to a character type: style for dates (nullopt: plain conversion), length, fixed-width.
     virtual std::string toText(const std::string& value, std::optional<int> style, int length, bool fixed) const = 0;
+    // CONVERT of an integer to a character type of that length: "*" when its digits do not fit.
+    virtual std::string integerToText(const std::string& value, int length, bool fixed) const {
+        return toText(value, std::nullopt, length, fixed);
+    }
     virtual std::string toInteger(const std::string& value) const = 0;
     virtual std::string toReal(const std::string& value, std::optional<int> scale) const = 0;
     virtual std::string toDateTime(const std::string& value) const = 0;
@@ -65,13 +80,23 @@ public:
     // LIKE as SQL Server matches it: % _ [set] [^set], case-insensitive, trailing blanks ignored.
     virtual std::string like(const std::string& value, const std::string& pattern, const std::string& escape) const = 0;
     virtual std::string limit(const std::string& count) const = 0;  // appended after ORDER BY
+    // A date written as text, already read ("2006-08-30 13:02:03.123"), where a date is meant.
+    virtual std::string dateLiteral(std::string_view iso) const { return quoteString(iso); }
     // A text literal that is compared with another text: SQL Server ignores trailing blanks.
     virtual std::string comparedString(std::string_view value) const { return quoteString(value); }
-    // A text value stored into a text column: a written text (`literal` set, unquoted) or an
-    // expression. An engine whose comparisons count trailing blanks stores it without them.
-    virtual std::string storedText(const std::string& value, const std::string* /*literal*/) const { return value; }
+    // A text value stored into the text column `column` of `table`: a written text (`literal`
+    // set, unquoted) or an expression. An engine whose comparisons count trailing blanks stores
+    // it without them; one whose column types refuse a value too long without naming the table
+    // and column may check column.length itself.
+    virtual std::string storedText(const std::string& value, const std::string* /*literal*/, std::string_view /*table*/,
+                                   const CatalogColumn& /*column*/) const {
+        return value;
+    }
     // AVG of integers: an integer, the fraction cut off.
     virtual std::string integerAverage(const std::string& average) const { return "CAST(" + average + " AS INTEGER)"; }
+    // A function of an integer that SQL Server types as an integer ("int", "bigint") and the
+    // engine may not (a sum of bigints, the sign of an int).
+    virtual std::string integerResult(const std::string& value, const char* /*kind*/) const { return value; }
     // DATALENGTH of a text: its length in bytes.
     virtual std::string byteLength(const std::string& text) const { return "length(CAST(" + text + " AS BLOB))"; }
     // A runtime helper with SQL Server's meaning, by its T-SQL name in lower case ("charindex",

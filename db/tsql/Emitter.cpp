@@ -40,6 +40,7 @@ struct Resolution {
     SqlType type = SqlType::Unknown;
     int scale = -1;
     bool money = false;
+    bool bigint = false;
     bool local = false;
 };
 
@@ -253,6 +254,7 @@ private:
                     result.type = c->type;
                     result.scale = c->scale;
                     result.money = c->money;
+                    result.bigint = c->bigint;
                 }
                 result.local = local;
                 return result;
@@ -264,6 +266,7 @@ private:
                     result.type = c->type;
                     result.scale = c->scale;
                     result.money = c->money;
+                    result.bigint = c->bigint;
                     result.local = local;
                     return result;
                 }
@@ -450,6 +453,27 @@ private:
         }
     }
 
+    // A bigint value: a BIGINT column or conversion, and what arithmetic, sums and the like make
+    // of one (an int beside a bigint becomes a bigint). A literal beyond the int range is a decimal.
+    bool isBigint(const Expr& e, const Scope& scope) {
+        switch (e.kind) {
+            case ExprKind::Column: return resolve(e.name, scope).bigint;
+            case ExprKind::Convert: return e.type.name == "BIGINT";
+            case ExprKind::Unary: return (e.text == "-" || e.text == "+" || e.text == "~") && isBigint(*e.args[0], scope);
+            case ExprKind::Binary:
+                return (e.text == "+" || e.text == "-" || e.text == "*" || e.text == "/" || e.text == "%" || e.text == "&" ||
+                        e.text == "|" || e.text == "^") &&
+                       typeOf(e, scope) == SqlType::Integer && (isBigint(*e.args[0], scope) || isBigint(*e.args[1], scope));
+            case ExprKind::Function: {
+                const std::string name = toUpper(e.name.last());
+                if (name == "COUNT_BIG") return true;
+                return (name == "SUM" || name == "MIN" || name == "MAX" || name == "ABS" || name == "ISNULL" || name == "SIGN") &&
+                       !e.args.empty() && isBigint(*e.args[0], scope);
+            }
+            default: return false;
+        }
+    }
+
     // Decimal places SQL Server keeps for a DECIMAL/MONEY expression (exact arithmetic:
     // + and - keep the larger scale, * adds them); nullopt for floats, divisions and the rest.
     // Integers count as scale 0.
@@ -536,7 +560,7 @@ private:
                 if (auto date = dates::parse(e.text)) {
                     if (date->year < 1753)
                         fail("The conversion of a varchar data type to a datetime data type resulted in an out-of-range value.", e.pos);
-                    return d_.quoteString(dates::formatValue(*date));
+                    return d_.dateLiteral(dates::formatValue(*date));
                 }
                 if (storing) fail("Conversion failed when converting date and/or time from character string.", e.pos);
                 return expr(e, scope);
@@ -550,12 +574,14 @@ private:
 
     // The value e as SQL Server stores it into a column: converted to the column's type and,
     // for DECIMAL(p,s) and MONEY, rounded to the places the column keeps.
-    std::string stored(const Expr& e, const Scope& scope, const CatalogColumn& target) {
+    // table: the name a message about the column gives (the statement's target when empty).
+    std::string stored(const Expr& e, const Scope& scope, const CatalogColumn& target, std::string_view table = {}) {
         std::string value = coerced(e, scope, target.type, true);
         if (isNumeric(target.type) && target.scale >= 0 && e.kind != ExprKind::Null)
             value = d_.round(value, target.scale);
-        if (target.type == SqlType::Text && e.kind == ExprKind::String) return d_.storedText(value, &e.text);
-        if (target.type == SqlType::Text && typeOf(e, scope) == SqlType::Text) return d_.storedText(value, nullptr);
+        if (table.empty() && statement_.tree) table = statement_.tree->target.last();
+        if (target.type == SqlType::Text && e.kind == ExprKind::String) return d_.storedText(value, &e.text, table, target);
+        if (target.type == SqlType::Text && typeOf(e, scope) == SqlType::Text) return d_.storedText(value, nullptr, table, target);
         return value;
     }
 
@@ -713,8 +739,11 @@ private:
         if (e.text == "/" || e.text == "%") return d_.divide(operand(l, r), operand(r, l), e.text == "%");
         const std::string text = "(" + operand(l, r) + " " + e.text + " " + operand(r, l) + ")";
         if ((e.text == "+" || e.text == "-" || e.text == "*") && typeOf(l, scope) == SqlType::Integer && typeOf(r, scope) == SqlType::Integer &&
-            fitsInt(l) && fitsInt(r))
-            return d_.call("checked", {text, d_.quoteString("int")});  // int arithmetic overflows as SQL Server's does
+            fitsInt(l) && fitsInt(r)) {
+            // int arithmetic overflows as SQL Server's does, bigint arithmetic at the bigint range
+            const bool big = isBigint(l, scope) || isBigint(r, scope);
+            return d_.call("checked", {text, d_.quoteString(big ? "bigint" : "int")});
+        }
         if (e.text == "+" || e.text == "-" || e.text == "*") return exactDecimal(text, e, scope);
         return text;
     }
@@ -722,7 +751,8 @@ private:
     // An addition of two ints that SQL Server checks for the int range.
     bool checkedIntAddition(const Expr& e, const Scope& scope) {
         return e.kind == ExprKind::Binary && e.text == "+" && typeOf(*e.args[0], scope) == SqlType::Integer &&
-               typeOf(*e.args[1], scope) == SqlType::Integer && fitsInt(*e.args[0]) && fitsInt(*e.args[1]);
+               typeOf(*e.args[1], scope) == SqlType::Integer && fitsInt(*e.args[0]) && fitsInt(*e.args[1]) &&
+               !isBigint(*e.args[0], scope) && !isBigint(*e.args[1], scope);
     }
 
     // A literal beyond the int range is a decimal in SQL Server, so its arithmetic does not overflow.
@@ -780,6 +810,7 @@ private:
                 }
                 if (style && !dates::formatStyle(dates::DateTime{}, *style) && *style != 0)
                     fail("unsupported CONVERT style " + std::to_string(*style), e.pos);
+                if (!style && valueType == SqlType::Integer) return d_.integerToText(v, length, e.type.isFixedChar());
                 return d_.toText(v, style, length, e.type.isFixedChar());
             }
             case SqlType::Integer: {
@@ -830,7 +861,7 @@ private:
 
     std::string dateArgument(const Expr& e, const Scope& scope) {
         if (e.kind == ExprKind::String) {
-            if (auto date = dates::parse(e.text)) return d_.quoteString(dates::formatValue(*date));
+            if (auto date = dates::parse(e.text)) return d_.dateLiteral(dates::formatValue(*date));
         }
         return expr(e, scope);
     }
@@ -967,7 +998,11 @@ private:
         text += ")";
         // SQL Server averages integers as integers
         if (name == "AVG" && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer) return d_.integerAverage(text);
+        if (name == "SUM" && e.args.size() == 1 && isBigint(*e.args[0], scope)) return d_.integerResult(text, "bigint");
         if (name == "SUM") return exactDecimal(text, e, scope);
+        // SIGN, CEILING and FLOOR of an integer are integers on SQL Server
+        if ((name == "SIGN" || name == "CEILING" || name == "FLOOR") && e.args.size() == 1 && typeOf(*e.args[0], scope) == SqlType::Integer)
+            return d_.integerResult(text, isBigint(*e.args[0], scope) ? "bigint" : "int");
         return text;
     }
 
@@ -1192,6 +1227,10 @@ private:
                 text += (*unionTypes)[position] == SqlType::Integer ? d_.toInteger(number) : number;
                 if (e.kind == ExprKind::Column && !item.alias) text += " AS " + d_.quoteIdentifier(e.name.last());
             }
+            else if (e.kind == ExprKind::String && (unionTypes || c.distinct))
+                // a written text that a UNION or DISTINCT compares with others: SQL Server ignores its
+                // trailing blanks there (an engine whose collation counts them writes it without)
+                text += withCollation(d_.comparedString(e.text), e);
             else if (e.kind != ExprKind::Column && typeOf(e, scope) == SqlType::Text)
                 text += withCollation(expr(e, scope), e);  // the value compares, groups and sorts as text columns do
             else text += expr(e, scope);
@@ -1474,7 +1513,7 @@ private:
         for (std::size_t i = 0; i < tree.assignments.size(); ++i) {
             const Assignment& a = tree.assignments[i];
             if (i) text += ", ";
-            text += d_.quoteIdentifier(a.column.last()) + " = " + stored(*a.value, scope, targetColumn(*target, a.column.last()));
+            text += d_.quoteIdentifier(a.column.last()) + " = " + stored(*a.value, scope, targetColumn(*target, a.column.last()), target->table.last());
         }
         text += " FROM " + fromClause(tree.from, scope);
         const std::string row = d_.rowIdentifier();
@@ -1604,13 +1643,16 @@ private:
         statements.push_back(d_.createTableHead(tree.target) + " (" + body + ")");
         if (identity && (identity->identitySeed != 1 || identity->identityStep != 1))
             for (auto& sql : d_.identitySequence(tree.target, identity->name, identity->identitySeed, identity->identityStep)) statements.push_back(sql);
+        for (const auto& column : tree.columnDefs)
+            if (!column.identity)
+                for (auto& sql : d_.columnMarks(tree.target, column.name, column.type)) statements.push_back(sql);
         return statements;
     }
 
     // What a column refuses as SQL Server does: text longer than VARCHAR(n)/CHAR(n) ("String or
     // binary data would be truncated"), integers outside INT/SMALLINT/TINYINT (overflow).
     std::string storageCheck(const Name& table, const ColumnDef& column) const {
-        if (d_.columnTypesCheckValues()) return "";
+        if (d_.columnTypeChecks(column.type)) return "";
         const std::string name = d_.quoteIdentifier(column.name);
         const std::string& type = column.type.name;
         if (column.type.sqlType() == SqlType::Text && !column.type.params.empty() && column.type.params[0] > 0)
@@ -1619,8 +1661,8 @@ private:
             const int precision = !column.type.params.empty() ? column.type.params[0] : type == "SMALLMONEY" ? 10 : type == "MONEY" ? 19 : 18;
             return " CHECK (" + d_.call("fits_decimal", {name, std::to_string(precision), std::to_string(column.type.scale())}) + ")";
         }
-        if (type == "INT" || type == "INTEGER" || type == "SMALLINT" || type == "TINYINT")
-            return " CHECK (" + d_.call("checked", {name, d_.quoteString(integerKind(type))}) + " IS " + name + ")";
+        if (type == "INT" || type == "INTEGER" || type == "SMALLINT" || type == "TINYINT" || type == "BIGINT")
+            return " CHECK (" + d_.integerRangeCheck(name, integerKind(type)) + ")";
         return "";
     }
 

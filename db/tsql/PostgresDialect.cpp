@@ -37,13 +37,28 @@ public:
         while (!value.empty() && value.back() == ' ') value.remove_suffix(1);
         return quoteString(value);
     }
+    // Typed, so that it stays a date where nothing else says so (the branches of a UNION).
+    std::string dateLiteral(std::string_view iso) const override { return "TIMESTAMP " + quoteString(iso); }
     // Stored without trailing blanks: SQL Server ignores them wherever it compares text (=,
     // DISTINCT, GROUP BY, UNION, keys), PostgreSQL's collations do not. A written text loses
     // them here, an expression through rtrim (see db/postgres/README.md, "Trailing blanks").
-    std::string storedText(const std::string& value, const std::string* literal) const override {
-        if (!literal) return "rtrim(" + value + ")";
+    // A value longer than the column is refused naming the table and column, as SQL Server does
+    // (the server's own refusal names neither): a written text when it is translated, an
+    // expression by qx_fits.
+    std::string storedText(const std::string& value, const std::string* literal, std::string_view table,
+                           const CatalogColumn& column) const override {
+        const std::string names = quoteString(stripBrackets(table)) + ", " + quoteString(column.name);
+        if (!literal) {
+            if (column.length <= 0) return "rtrim(" + value + ")";
+            return "qx_fits(rtrim(" + value + "), " + std::to_string(column.length) + ", " + names + ")";
+        }
         std::string_view text = *literal;
         while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+        std::size_t characters = 0;
+        for (const char c : text)
+            if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++characters;
+        if (column.length > 0 && characters > static_cast<std::size_t>(column.length))
+            return "qx_truncated(" + quoteString(text) + ", " + names + ")";
         return quoteString(text);
     }
     // '#x' is a TEMP table in the connection's own pg_temp schema, under its T-SQL name.
@@ -74,6 +89,10 @@ public:
                     return "NUMERIC(" + std::to_string(precision) + "," + std::to_string(type.scale()) + ")";
                 }
                 return "DOUBLE PRECISION";
+            case SqlType::Integer:
+                if (type.name == "SMALLINT" || type.name == "TINYINT") return "SMALLINT";
+                if (type.name == "BIGINT") return "BIGINT";
+                return "INTEGER";
             default: return columnTypeFor(type.sqlType());
         }
     }
@@ -82,7 +101,7 @@ public:
             case SqlType::Text: return std::string("TEXT COLLATE ") + kPostgresCollation;
             case SqlType::Integer: return "INTEGER";
             case SqlType::Real: return "DOUBLE PRECISION";
-            case SqlType::DateTime: return "TIMESTAMP(0)";
+            case SqlType::DateTime: return "TIMESTAMP(3)";  // SQL Server keeps 1/300 s: .000, .003, .007
             case SqlType::Unknown: return "TEXT";
         }
         return "TEXT";
@@ -91,6 +110,12 @@ public:
     std::vector<std::string> identitySequence(const Name& table, std::string_view column, long long seed, long long step) const override {
         return {"ALTER TABLE " + tableReference(table) + " ALTER COLUMN " + quoteIdentifier(column) + " SET INCREMENT BY " +
                 std::to_string(step) + " SET MINVALUE " + std::to_string(std::min(seed, 1LL) - 1) + " RESTART WITH " + std::to_string(seed)};
+    }
+    // MONEY and SMALLMONEY are NUMERIC(19,4) and NUMERIC(10,4) here, like a DECIMAL of that size:
+    // the column's comment says "money" (the catalog reads it back: CAST(money AS int) rounds).
+    std::vector<std::string> columnMarks(const Name& table, std::string_view column, const TypeSpec& type) const override {
+        if (type.name != "MONEY" && type.name != "SMALLMONEY") return {};
+        return {"COMMENT ON COLUMN " + tableReference(table) + "." + quoteIdentifier(column) + " IS 'money'"};
     }
     std::string collate() const override { return std::string(" COLLATE ") + kPostgresCollation; }
 
@@ -107,7 +132,7 @@ public:
     std::string currentDateTime() const override { return "LOCALTIMESTAMP(0)"; }
     std::string datePart(dates::Part part, const std::string& text) const override {
         // a date written as text ('2006-08-30') is read as a date first
-        const std::string date = !text.empty() && text.front() == '\'' ? "CAST(" + text + " AS TIMESTAMP(0))" : text;
+        const std::string date = !text.empty() && text.front() == '\'' ? "CAST(" + text + " AS TIMESTAMP(3))" : text;
         const char* field = nullptr;
         switch (part) {
             case dates::Part::Year: field = "year"; break;
@@ -119,7 +144,12 @@ public:
             case dates::Part::Minute: field = "minute"; break;
             case dates::Part::Second: return "CAST(floor(date_part('second', " + date + ")) AS INTEGER)";
             case dates::Part::Weekday: return "(CAST(date_part('dow', " + date + ") AS INTEGER) + 1)";  // Sunday is 1
-            default: return std::string("qx_datepart('") + dates::partName(part) + "', " + date + ")";
+            case dates::Part::Millisecond: return "(CAST(floor(date_part('milliseconds', " + date + ")) AS INTEGER) % 1000)";
+            // Sunday-start weeks, week 1 the one holding 1 January: the days before the year's
+            // first Sunday are week 1, whatever weekday the year starts on.
+            case dates::Part::Week:
+                return "(CAST(floor((date_part('doy', " + date + ") - 1 + date_part('dow', date_trunc('year', " + date +
+                       "))) / 7) AS INTEGER) + 1)";
         }
         return std::string("CAST(date_part('") + field + "', " + date + ") AS INTEGER)";
     }
@@ -130,11 +160,14 @@ public:
             return date;
         return "(TIMESTAMP '1900-01-01 00:00:00' + (" + date + ") * INTERVAL '1 day')";
     }
+    // The result refused outside 1753-01-01 .. 9999-12-31 (qx_date_added); milliseconds round to
+    // SQL Server's 1/300 s.
     std::string dateAdd(dates::Part part, const std::string& amount, const std::string& writtenDate) const override {
-        const std::string date = dayNumberAsDate(writtenDate);
+        const std::string date = "CAST(" + dayNumberAsDate(writtenDate) + " AS TIMESTAMP(3))";
         const char* unit = nullptr;
         switch (part) {
             case dates::Part::Year: unit = "1 year"; break;
+            case dates::Part::Quarter: unit = "3 months"; break;
             case dates::Part::Month: unit = "1 month"; break;
             case dates::Part::Day:
             case dates::Part::DayOfYear:
@@ -143,28 +176,37 @@ public:
             case dates::Part::Hour: unit = "1 hour"; break;
             case dates::Part::Minute: unit = "1 minute"; break;
             case dates::Part::Second: unit = "1 second"; break;
-            default: return std::string("qx_dateadd('") + dates::partName(part) + "', " + amount + ", " + date + ")";
+            case dates::Part::Millisecond: return "qx_date_added(qx_ticks(" + date + " + (" + amount + ") * INTERVAL '1 millisecond'))";
         }
-        return "CAST(CAST(" + date + " AS TIMESTAMP(0)) + (" + amount + ") * INTERVAL '" + unit + "' AS TIMESTAMP(0))";
+        if (!unit) unit = "1 day";
+        return "qx_date_added(" + date + " + (" + amount + ") * INTERVAL '" + unit + "')";
     }
     // Boundaries crossed, as SQL Server counts them.
     std::string dateDiff(dates::Part part, const std::string& writtenFrom, const std::string& writtenTo) const override {
         const std::string from = dayNumberAsDate(writtenFrom), to = dayNumberAsDate(writtenTo);
-        const std::string f = "CAST(" + from + " AS TIMESTAMP(0))", t = "CAST(" + to + " AS TIMESTAMP(0))";
+        const std::string f = "CAST(" + from + " AS TIMESTAMP(3))", t = "CAST(" + to + " AS TIMESTAMP(3))";
         switch (part) {
             case dates::Part::Year: return "CAST(date_part('year', " + t + ") - date_part('year', " + f + ") AS INTEGER)";
             case dates::Part::Month:
                 return "CAST((date_part('year', " + t + ") - date_part('year', " + f + ")) * 12 + date_part('month', " + t +
                        ") - date_part('month', " + f + ") AS INTEGER)";
             case dates::Part::Day:
-            case dates::Part::DayOfYear: return "(CAST(" + t + " AS DATE) - CAST(" + f + " AS DATE))";
+            case dates::Part::DayOfYear:
+            case dates::Part::Weekday: return "(CAST(" + t + " AS DATE) - CAST(" + f + " AS DATE))";
+            case dates::Part::Millisecond:
+                return "CAST(round(CAST(date_part('epoch', " + t + ") - date_part('epoch', " + f + ") AS NUMERIC) * 1000) AS INTEGER)";
             default: return std::string("qx_datediff('") + dates::partName(part) + "', " + from + ", " + to + ")";
         }
     }
     std::string toText(const std::string& value, std::optional<int> style, int length, bool fixed) const override {
-        const std::string type = std::string(fixed ? "CHAR(" : "VARCHAR(") + std::to_string(length > 0 ? length : 30) + ")";
-        if (!style) return "CAST(" + value + " AS " + type + ")";
-        const std::string date = "CAST(" + value + " AS TIMESTAMP(0))";
+        // CHAR(n) is text padded with blanks to n: the blanks stay in a concatenation (a bpchar
+        // value would lose them there).
+        const std::string n = std::to_string(length > 0 ? length : 30);
+        auto sized = [&](const std::string& text) {
+            return fixed ? "rpad(CAST(" + text + " AS VARCHAR(" + n + ")), " + n + ")" : "CAST(" + text + " AS VARCHAR(" + n + "))";
+        };
+        if (!style) return sized(value);
+        const std::string date = "CAST(" + value + " AS TIMESTAMP(3))";
         auto part = [&](const char* format) { return "to_char(" + date + ", '" + format + "')"; };
         const char* format = nullptr;
         switch (*style) {
@@ -200,22 +242,30 @@ public:
                 const bool seconds = *style == 9 || *style == 109;
                 const std::string text = part("Mon ") + " || lpad(" + part("FMDD") + ", 2) || " + part(" YYYY ") + " || lpad(" +
                                          part("FMHH12") + ", 2) || " + part(seconds ? ":MI:SS:MS" : ":MI") + " || " + part("AM");
-                return "CAST(" + text + " AS " + type + ")";
+                return sized(text);
             }
             default:
                 return "qx_to_char(" + value + ", " + std::to_string(*style) + ", " + std::to_string(length) + ", " + (fixed ? "1" : "0") + ")";
         }
-        return "CAST(" + part(format) + " AS " + type + ")";
+        return sized(part(format));
+    }
+    std::string integerResult(const std::string& value, const char* kind) const override {
+        return "CAST(" + value + (std::string_view(kind) == "bigint" ? " AS BIGINT)" : " AS INTEGER)");
+    }
+    std::string integerToText(const std::string& value, int length, bool fixed) const override {
+        if (length <= 0) return toText(value, std::nullopt, length, fixed);
+        return "qx_int_text(" + value + ", " + std::to_string(length) + ", " + (fixed ? "1" : "0") + ")";
     }
     // SQL Server cuts the fraction off (CAST(2.7 AS int) is 2); PostgreSQL would round.
     std::string toInteger(const std::string& value) const override { return "CAST(trunc(" + value + ") AS INTEGER)"; }
-    std::string integerAverage(const std::string& average) const override { return "CAST(trunc(" + average + ") AS INTEGER)"; }
+    std::string integerAverage(const std::string& average) const override { return "CAST(trunc(" + average + ") AS BIGINT)"; }
     std::string toReal(const std::string& value, std::optional<int> scale) const override {
         if (scale) return "CAST(" + value + " AS NUMERIC(38," + std::to_string(*scale) + "))";
         return "CAST(" + value + " AS DOUBLE PRECISION)";
     }
-    // A written text is read as SQL Server reads it ('' and a time alone are on 1900-01-01); a
-    // text it does not read is left to the server, which refuses it.
+    // A written text is read as SQL Server reads it ('' and a time alone are on 1900-01-01, the
+    // time rounded to 1/300 s); anything else goes through qx_datetime, which refuses a date
+    // before 1753 and rounds the time the same way.
     std::string toDateTime(const std::string& value) const override {
         if (value.size() >= 2 && value.front() == '\'' && value.back() == '\'') {
             std::string text;
@@ -228,9 +278,11 @@ public:
                 text += value[i];
             }
             if (const auto date = single ? dates::parse(text) : std::nullopt; date && date->year >= 1753)
-                return "CAST(" + quoteString(dates::formatValue(*date)) + " AS TIMESTAMP(0))";
+                return "CAST(" + quoteString(dates::formatValue(*date)) + " AS TIMESTAMP(3))";
+            return "qx_datetime(CAST(" + value + " AS TEXT))";
         }
-        return "CAST(" + value + " AS TIMESTAMP(0))";
+        if (value == "NULL") return "CAST(NULL AS TIMESTAMP(3))";
+        return "qx_datetime(" + value + ")";
     }
     std::string textToNumber(const std::string& value) const override {
         return "CAST(NULLIF(btrim(CAST(" + value + " AS TEXT)), '') AS NUMERIC)";
@@ -260,8 +312,11 @@ public:
     std::string length(const std::string& text) const override { return "length(rtrim(" + text + "))"; }
     // Case and width ignored: both sides folded to NFKC (full-width letters become ASCII) and
     // lower case, then searched under "C" (PostgreSQL 15 refuses substring searches on the
-    // nondeterministic collation).
+    // nondeterministic collation). An empty needle is found nowhere (0); one that is not a
+    // written text goes through qx_charindex, which knows that too.
     std::string charIndex(const std::string& needle, const std::string& haystack) const override {
+        if (needle == "''") return "(CASE WHEN " + haystack + " IS NULL THEN NULL ELSE 0 END)";
+        if (needle.size() < 2 || needle.front() != '\'' || needle.back() != '\'') return "qx_charindex(" + needle + ", " + haystack + ", 1)";
         return "strpos(lower(normalize(" + haystack + ", NFKC)) COLLATE \"C\", lower(normalize(" + needle + ", NFKC)) COLLATE \"C\")";
     }
     // PostgreSQL 15 refuses LIKE on a nondeterministic collation: the value without its trailing
@@ -277,12 +332,16 @@ public:
     }
     std::string byteLength(const std::string& value) const override { return "octet_length(CAST(" + value + " AS TEXT))"; }
     std::string limit(const std::string& count) const override { return " LIMIT " + count; }
-    // VARCHAR(n), INTEGER and NUMERIC(p,s) refuse out-of-range values on PostgreSQL itself.
-    bool columnTypesCheckValues() const override { return true; }
+    // VARCHAR(n), INTEGER, SMALLINT, BIGINT and NUMERIC(p,s) refuse out-of-range values on
+    // PostgreSQL itself; a TINYINT (a SMALLINT there) is checked for 0 .. 255.
+    bool columnTypeChecks(const TypeSpec& type) const override { return type.name != "TINYINT"; }
+    std::string integerRangeCheck(const std::string& column, const char* kind) const override {
+        return "qx_int(" + column + ", " + quoteString(kind) + ") = " + column;
+    }
     std::string call(std::string_view helper, const std::vector<std::string>& args) const override {
         if (helper == "checked" && !args.empty()) return args[0];  // integer arithmetic overflows by itself
         if (helper == "add_days" && args.size() == 2)
-            return "CAST(CAST(" + args[0] + " AS TIMESTAMP(0)) + (" + args[1] + ") * INTERVAL '1 day' AS TIMESTAMP(0))";
+            return "qx_date_added(qx_ticks(CAST(" + args[0] + " AS TIMESTAMP(3)) + (" + args[1] + ") * INTERVAL '1 day'))";
         if (helper == "decimal" && args.size() == 3) return "CAST(" + args[0] + " AS NUMERIC(" + args[1] + "," + args[2] + "))";
         // a written text: read as SQL Server reads it ('' is 0, '12.5' refused)
         const bool writtenText = !args.empty() && args[0].size() >= 2 && args[0].front() == '\'' && args[0].back() == '\'';
@@ -311,7 +370,7 @@ public:
             for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : "") + args[i];
             return text + ")";
         }
-        if (helper == "date" && args.size() == 1) return "CAST(CAST(" + args[0] + " AS DATE) AS TIMESTAMP(0))";
+        if (helper == "date" && args.size() == 1) return "CAST(CAST(" + args[0] + " AS DATE) AS TIMESTAMP(3))";
         if (helper == "substring" && args.size() == 3) return "substr(" + args[0] + ", " + args[1] + ", " + args[2] + ")";
         std::string text = "qx_" + std::string(helper) + "(";
         for (std::size_t i = 0; i < args.size(); ++i) text += (i ? ", " : "") + args[i];

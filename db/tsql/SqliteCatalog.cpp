@@ -52,6 +52,7 @@ std::optional<std::vector<CatalogColumn>> SqliteCatalog::columnsIn(const char* s
         column.type = sqlTypeFromDeclaredType(declaredType);
         column.scale = decimalScaleOfDeclaredType(declaredType);
         column.money = toUpper(declaredType).find("MONEY") != std::string::npos;
+        column.bigint = toUpper(declaredType) == "BIGINT";
         if (sqlite3_column_int(statement, 2) > 0) {
             ++primaryKeyColumns;
             if (toUpper(declaredType) == "INTEGER") integerKeyIndex = static_cast<int>(columns.size());

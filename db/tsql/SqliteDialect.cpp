@@ -44,6 +44,7 @@ public:
                            std::to_string(type.scale()) + ")";
                 }
                 return "REAL";
+            case SqlType::Integer: return type.name == "BIGINT" ? "BIGINT" : "INT";  // the name tells the catalog
             default: return columnTypeFor(type.sqlType());
         }
     }

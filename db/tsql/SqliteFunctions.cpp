@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cmath>
 #include <optional>
+#include <string_view>
 #include <stdexcept>
 #include <cstdint>
 #include <cstdio>
@@ -374,6 +375,10 @@ void checkedFunction(sqlite3_context* context, int, sqlite3_value** argv) {
         if (x < kind.low || x > kind.high) return overflow(context, kind);
     } else if (type == SQLITE_FLOAT && std::isinf(sqlite3_value_double(argv[0]))) {
         return sqlite3_result_error(context, "Arithmetic overflow error converting expression to data type float.", -1);
+    } else if (type == SQLITE_FLOAT && std::fabs(sqlite3_value_double(argv[0])) >= 9223372036854775808.0) {
+        // SQLite turns an integer result beyond 64 bits into a float: bigint arithmetic overflowed
+        const IntegerKind& kind = *integerKind(argv[1]);
+        if (std::string_view(kind.name) == "bigint") return overflow(context, kind);
     }
     sqlite3_result_value(context, argv[0]);
 }

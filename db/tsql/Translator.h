@@ -24,6 +24,10 @@ struct CatalogColumn {
     int scale = -1;
     // A MONEY/SMALLMONEY column: CAST(… AS int) of it rounds instead of truncating.
     bool money = false;
+    // Characters a VARCHAR(n)/CHAR(n) column holds; 0 when unlimited or not known.
+    int length = 0;
+    // A BIGINT column: its arithmetic is checked for the bigint range, not the int range.
+    bool bigint = false;
 };
 
 // What the translator may ask about the database it translates for.

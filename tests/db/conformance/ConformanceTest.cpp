@@ -45,9 +45,7 @@ class Conformance : public ::testing::TestWithParam<Case> {};
 // this fail the test (a regression), fewer are reported so the number comes down.
 std::size_t knownFailures(const Case& c) {
     static const std::map<std::string, std::size_t> postgresql = {
-        {"collation.test", 3}, {"dates.test", 4}, {"errors.test", 1}, {"numbers.test", 7},
-        {"string_functions.test", 1}, {"text_and_numbers.test", 1},
-        {"precision.test", 20},
+        {"collation.test", 2},
     };
     if (c.engine != "postgresql") return 0;
     const auto it = postgresql.find(c.file);

@@ -109,7 +109,7 @@ TEST_F(PostgresDatabaseTest, ErrorsReadAsSqlServersDo) {
               "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= or "
               "when the subquery is used as an expression.");
     EXPECT_EQ(message(("INSERT INTO Items (ItemNo) VALUES ('" + std::string(10000, 'x') + "')").c_str())
-                  .rfind("String or binary data would be truncated.", 0),
+                  .rfind("String or binary data would be truncated in table 'Items', column 'itemno'. Truncated value: 'xxx", 0),
               0u);
     EXPECT_EQ(message("INSERT INTO Items (ItemNo, Price) VALUES ('p', 1e20)"), "Arithmetic overflow error converting numeric to data type numeric.");
     EXPECT_TRUE(db_->open("SELECT * FROM Items").rows.empty());

@@ -221,13 +221,14 @@ TEST_F(ShopCopy, DatesAndDecimalsKeepTheirValues) {
                     "('V1', '01', '2026-02-28 23:59:59', 0.1, 123456789012.34), "
                     "('V2', '01', '2000-01-01 00:00:00', -12.35, -0.01), "
                     "('V3', '01', '2026-03-01', 19.99, 1234567.89), "
-                    "('V4', '01', NULL, 0, 0);");
+                    "('V4', '01', NULL, 0, 0), "
+                    "('V5', '01', '2026-03-01 13:02:03.997', 1, 1);");
     copyQuietly(path);
     db::PostgresDatabase server(uri_);
     const auto rows = server.runNative("SELECT \"wl_id\", \"bdate\"::text, \"begin_dj\"::text, \"begin_money\"::text FROM d1802 "
-                                       "WHERE \"wl_id\" IN ('V1', 'V2', 'V3', 'V4') ORDER BY 1")
+                                       "WHERE \"wl_id\" IN ('V1', 'V2', 'V3', 'V4', 'V5') ORDER BY 1")
                           .rows;
-    ASSERT_EQ(rows.size(), 4u);
+    ASSERT_EQ(rows.size(), 5u);
     const auto line = [&](std::size_t r) {
         std::string s;
         for (const auto& v : rows[r]) s += (std::holds_alternative<std::monostate>(v) ? std::string("NULL") : text(v)) + "|";
@@ -237,6 +238,7 @@ TEST_F(ShopCopy, DatesAndDecimalsKeepTheirValues) {
     EXPECT_EQ(line(1), "V2|2000-01-01 00:00:00|-12.35|-0.01|");
     EXPECT_EQ(line(2), "V3|2026-03-01 00:00:00|19.99|1234567.89|");
     EXPECT_EQ(line(3), "V4|NULL|0.00|0.00|");
+    EXPECT_EQ(line(4), "V5|2026-03-01 13:02:03.997|1.00|1.00|");  // milliseconds kept, as the file keeps them
 }
 
 TEST_F(ShopCopy, ADifferenceFoundWhenComparingLeavesTheServerEmpty) {
