@@ -7,6 +7,7 @@
 #include "db/sqlite/Procedures.h"
 #include "db/sqlite/Schema.h"
 #include "db/sqlite/SqliteDatabase.h"
+#include "db/tsql/Ast.h"
 #include "db/tsql/TranslationError.h"
 
 #include <libpq-fe.h>
@@ -130,6 +131,45 @@ std::string messageOf(const PGresult* result, pg_conn* conn) {
 // Names are stored folded to lower case (the dialect's quoteIdentifier).
 char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
+std::string lowerName(std::string_view name) {
+    if (name.size() >= 2 && name.front() == '[' && name.back() == ']') name = name.substr(1, name.size() - 2);
+    std::string out;
+    for (char c : name) out += lowerAscii(c);
+    return out;
+}
+
+// The shop's tables and views as their T-SQL definitions spell their columns: table → column
+// (both in lower case) → the declared name. The server folds unquoted names to lower case;
+// SQLite, like SQL Server, gives a table's columns their declared names, and so does this engine.
+using DeclaredNames = std::unordered_map<std::string, std::unordered_map<std::string, std::string>>;
+
+const DeclaredNames& declaredNames() {
+    static const DeclaredNames names = [] {
+        DeclaredNames out;
+        const auto add = [&out](std::string_view batch) {
+            for (const auto& statement : tsql::parseBatch(batch)) {
+                if (!statement.tree) continue;
+                const tsql::SyntaxTree& tree = *statement.tree;
+                if (tree.kind != tsql::StatementKind::CreateTable && tree.kind != tsql::StatementKind::CreateView) continue;
+                auto& columns = out[lowerName(tree.target.last())];
+                const auto declare = [&columns](const std::string& name) { columns.emplace(lowerName(name), name); };
+                for (const auto& c : tree.columnDefs) declare(c.name);
+                for (const auto& c : tree.columns) declare(c);
+                if (tree.kind == tsql::StatementKind::CreateView && tree.columns.empty() && tree.query)
+                    for (const auto& item : tree.query->cores.front().items) {
+                        if (item.alias) declare(*item.alias);
+                        else if (item.expr && item.expr->kind == tsql::ExprKind::Column) declare(item.expr->name.last());
+                    }
+            }
+        };
+        for (const auto& file : tableDefinitions()) add(file.text);
+        for (const auto& view : posting::tsqlViewStatements()) add(view);
+        for (const auto& file : viewDefinitions()) add(file.text);
+        return out;
+    }();
+    return names;
+}
+
 bool sameName(const std::string& a, const std::string& b) {
     if (a.size() != b.size()) return false;
     for (std::size_t i = 0; i < a.size(); ++i)
@@ -168,6 +208,13 @@ public:
         served_ = false;
     }
     void forget(const std::string& quotedName) { kept_.erase(quotedName); }
+    // The columns of a temp table as the batch that made it declared them (the server keeps
+    // them folded to lower case).
+    void declareTemp(const std::string& table, const std::vector<tsql::ColumnDef>& columns) {
+        auto& names = declaredTemp_[lowerName(table)];
+        names.clear();
+        for (const auto& c : columns) names.emplace(lowerName(c.name), c.name);
+    }
     bool served() const { return served_; }  // kept columns used since forget() or unmark()
     void unmark() { served_ = false; }
     std::optional<std::vector<tsql::CatalogColumn>> tableColumns(std::string_view name) const override {
@@ -212,6 +259,10 @@ public:
             }
             columns.push_back(std::move(column));
         }
+        const DeclaredNames& spelled = table.front() == '#' ? declaredTemp_ : declaredNames();
+        if (const auto declared = spelled.find(lowerName(table)); declared != spelled.end())
+            for (auto& column : columns)
+                if (const auto name = declared->second.find(column.name); name != declared->second.end()) column.name = name->second;
         kept_.emplace(quoted, columns);
         return columns;
     }
@@ -220,6 +271,7 @@ private:
     pg_conn* conn_;
     mutable std::unordered_map<std::string, std::vector<tsql::CatalogColumn>> kept_;
     mutable bool served_ = false;
+    DeclaredNames declaredTemp_;
 };
 
 // Does this statement change what the catalog reads (tables, columns)?
@@ -425,6 +477,8 @@ ResultSet PostgresDatabase::runStatement(const tsql::Statement& statement, bool&
         return callProcedure(*this, statement);
     }
     const auto sqls = tsql::emitPostgres(statement, *catalog_);
+    if (statement.tree && statement.tree->kind == tsql::StatementKind::CreateTable && statement.tree->target.isTemp())
+        cacheOf(catalog_).declareTemp(statement.tree->target.last(), statement.tree->columnDefs);
     // The server names result columns by their folded names; give them back as written.
     const auto written = statement.returnsRows ? tsql::resultColumnsPostgres(statement, *catalog_) : std::vector<tsql::CatalogColumn>{};
     // The statement's pieces (SELECT … INTO is a DROP, a CREATE and an INSERT) in one round trip;

@@ -78,6 +78,23 @@ TEST_P(DocumentRequests, PurchaseReceiptsAndASaleMoveStockAsTheScreensSendThem) 
 
 INSTANTIATE_TEST_SUITE_P(Engines, DocumentRequests, ::testing::ValuesIn(engines()), engineTestName);
 
+TEST_P(DocumentRequests, ATablesColumnsComeBackWithTheirDeclaredNames) {
+    // the server folds names to lower case; the shop's tables and views are read as declared
+    auto groups = db->open("SELECT * FROM D1006");
+    ASSERT_GE(groups.columns.size(), 3u);
+    EXPECT_EQ(groups.columns[0].name, "M_ID");
+    EXPECT_EQ(groups.columns[1].name, "M_NAME");
+    auto balance = db->open("select * from V_CHECKKC");
+    ASSERT_GT(balance.columns.size(), 6u);
+    EXPECT_EQ(balance.columns[0].name, "ck_id");
+    EXPECT_EQ(balance.columns[5].name, "COL_NAME");
+    // a temp table's columns as the batch declared them
+    auto temp = db->open("CREATE TABLE #Picked (ItemNo varchar(20), Qty int); INSERT INTO #Picked VALUES ('A', 1); SELECT * FROM #Picked");
+    ASSERT_EQ(temp.columns.size(), 2u);
+    EXPECT_EQ(temp.columns[0].name, "ItemNo");
+    EXPECT_EQ(temp.columns[1].name, "Qty");
+}
+
 // One request of a screen, from its golden file, with the value of its "${number}".
 struct Request {
     const char* golden;

@@ -38,9 +38,10 @@ std::vector<std::string> rankedQuantities(const db::ResultSet& result) {
     return rows;
 }
 
-// The names of the result's columns in upper case: the server gives a table's columns in its
-// folded lower case where SQLite gives them as declared (datasets find fields by name whatever
-// the case).
+// The names of the result's columns, in upper case: a column named by a bare reference
+// ("d1800.pfj") comes back as written on the server, as SQL Server gives it, and as declared
+// ("PFJ") from SQLite; datasets find fields by name whatever the case. (A table's columns
+// through "*" have their declared names on both.)
 std::vector<std::string> columnNames(const db::ResultSet& result) {
     std::vector<std::string> names;
     for (const auto& c : result.columns) {
