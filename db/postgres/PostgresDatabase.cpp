@@ -435,30 +435,32 @@ ResultSet PostgresDatabase::runSql(const std::string& sql, const tsql::Statement
     return set;
 }
 
+PGresult* PostgresDatabase::nextResult() {
+    constexpr int kAskEveryMs = 100;
+    while (PQisBusy(conn_)) {
+        pollfd socket{PQsocket(conn_), POLLIN, 0};
+        const int ready = ::poll(&socket, 1, kAskEveryMs);
+        if (ready != 0) {
+            if (!PQconsumeInput(conn_)) break;  // lost: PQgetResult reports it
+            continue;
+        }
+        if (!cancelled_ && !progressContinues()) {
+            cancelled_ = true;
+            if (PGcancel* cancel = PQgetCancel(conn_)) {
+                char error[256];
+                PQcancel(cancel, error, sizeof error);  // the server answers with an error
+                PQfreeCancel(cancel);
+            }
+        }
+    }
+    return PQgetResult(conn_);
+}
+
 PGresult* PostgresDatabase::awaitResult(bool sent) {
     cancelled_ = false;
     if (!sent) return nullptr;  // the connection's message tells why
-    constexpr int kAskEveryMs = 100;
     PGresult* kept = nullptr;
-    for (;;) {
-        while (PQisBusy(conn_)) {
-            pollfd socket{PQsocket(conn_), POLLIN, 0};
-            const int ready = ::poll(&socket, 1, kAskEveryMs);
-            if (ready != 0) {
-                if (!PQconsumeInput(conn_)) break;  // lost: PQgetResult reports it
-                continue;
-            }
-            if (!cancelled_ && !progressContinues()) {
-                cancelled_ = true;
-                if (PGcancel* cancel = PQgetCancel(conn_)) {
-                    char error[256];
-                    PQcancel(cancel, error, sizeof error);  // the server answers with an error
-                    PQfreeCancel(cancel);
-                }
-            }
-        }
-        PGresult* next = PQgetResult(conn_);
-        if (!next) break;
+    while (PGresult* next = nextResult()) {
         const auto kind = PQresultStatus(next);
         const bool failed = kind != PGRES_TUPLES_OK && kind != PGRES_COMMAND_OK && kind != PGRES_EMPTY_QUERY;
         const bool keep = !kept || (failed && PQresultStatus(kept) != PGRES_FATAL_ERROR) ||

@@ -105,6 +105,8 @@ private:
     // asking db::progressContinues() while it waits; a no asks the server to cancel the running
     // statement. Of several results the first error counts, else the last one with rows.
     pg_result* awaitResult(bool sent);
+    // The next result of what was sent (nullptr after the last), waiting as awaitResult does.
+    pg_result* nextResult();
     void noteSchemaChange(const std::string& sql);
     std::vector<const posting::SkuCompletion*> missingSkuCompletions();
     void renewGeneratedObjects();
