@@ -697,24 +697,27 @@ private:
         col("END_KC_mon", FieldType::Float);
 
         const double f = a_.cost ? 1.0 : 0.0;
+        // each row made at its width and filled in place (a row of the summary is 26 values; at
+        // grouping 0 there may be a million rows)
+        const std::size_t width = out.columns.size();
         auto emit = [&](std::string_view wl, std::string_view style, std::string_view name, std::string_view brand,
                         std::string_view colour, std::string_view size, Value mIndex, const Sums& r) {
-            std::vector<Value> v;
-            v.reserve(out.columns.size());
-            for (std::string_view text : {wl, style, name, brand, colour, size}) v.emplace_back(std::in_place_type<std::string>, text);
-            v.push_back(std::move(mIndex));
-            v.emplace_back(std::int64_t(r.opening));
+            Value* v = out.rows.emplace_back(width).data();
+            for (std::string_view text : {wl, style, name, brand, colour, size}) (v++)->emplace<std::string>(text);
+            *v++ = std::move(mIndex);
+            const auto integer = [&v](long long n) { (v++)->emplace<std::int64_t>(n); };
+            const auto amount = [&v](double a) { (v++)->emplace<double>(cents(a)); };
+            integer(r.opening);
             const long long in = r.totalIn(), outq = r.totalOut();
-            for (std::size_t k = 0; k < 5; ++k) v.emplace_back(std::int64_t(r.in[k]));
-            v.emplace_back(std::int64_t(in));
-            for (std::size_t k = 0; k < 5; ++k) v.emplace_back(std::int64_t(r.out[k]));
-            v.emplace_back(std::int64_t(outq));
-            v.emplace_back(std::int64_t(r.opening + in - outq));
-            v.emplace_back(money(r.openingMon * f));
-            v.emplace_back(money(r.inMon * f));
-            v.emplace_back(money(r.outMon * f));
-            v.emplace_back(money((r.openingMon + r.inMon - r.outMon) * f));
-            out.rows.push_back(std::move(v));
+            for (std::size_t k = 0; k < 5; ++k) integer(r.in[k]);
+            integer(in);
+            for (std::size_t k = 0; k < 5; ++k) integer(r.out[k]);
+            integer(outq);
+            integer(r.opening + in - outq);
+            amount(r.openingMon * f);
+            amount(r.inMon * f);
+            amount(r.outMon * f);
+            amount((r.openingMon + r.inMon - r.outMon) * f);
         };
 
         if (a_.grouping == 0) {
@@ -876,7 +879,8 @@ private:
         return out;
     }
 
-    static Value money(double v) { return Value(static_cast<double>(static_cast<long long>(v * 100 + (v < 0 ? -0.5 : 0.5))) / 100); }
+    static double cents(double v) { return static_cast<double>(static_cast<long long>(v * 100 + (v < 0 ? -0.5 : 0.5))) / 100; }
+    static Value money(double v) { return Value(cents(v)); }
 
     ProcedureSession& db_;
     Arguments a_;
