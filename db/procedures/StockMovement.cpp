@@ -522,7 +522,12 @@ private:
         if (only) sql += skuFilter(db_.dialect(), "l.WL_ID", *only, binds);
         Statement st(db_, sql);
         bindAll(st, binds);
-        while (st.step()) line(st, 0, 2, rule, in, out, isOpening(st.view(1)), order);
+        // read from the snapshot of @BDATE itself, no line can count in the opening
+        if (!snapshot_.empty() && snapshot_ == a_.from) {
+            while (st.step()) line(st, 0, 2, rule, in, out, false, order);
+        } else {
+            while (st.step()) line(st, 0, 2, rule, in, out, isOpening(st.view(1)), order);
+        }
     }
 
     bool isOpening(std::string_view date) const { return !a_.from.empty() && date < std::string_view(a_.from); }
