@@ -283,6 +283,12 @@ private:
                 Statement st(db_, "SELECT COL_ID, COL_NAME FROM d1005");
                 while (st.step()) colours.try_emplace(st.text(0), st.text(1));
             }
+            {
+                Statement count(db_, "SELECT COUNT(*) FROM d1801");
+                const auto n = static_cast<std::size_t>(count.step() ? count.integer(0) : 0);
+                skus_.reserve(n);
+                styleKeys.reserve(n);
+            }
             std::optional<Statement> colourOf;
             Statement st(db_, "SELECT WL_ID, K_ID, COL_ID FROM d1801");
             while (st.step()) {
@@ -290,7 +296,7 @@ private:
                 Sku& s = skus_.emplace_back();
                 s.wl = st.text(0);
                 s.style = st.text(1);
-                styleKeys.push_back({s.style, st.isNull(1), false});
+                styleKeys.push_back({{}, st.isNull(1), false});  // the text is the SKU's style
                 if (!st.isNull(2)) {
                     auto found = colours.find(st.view(2));
                     if (found == colours.end()) {
@@ -336,24 +342,32 @@ private:
             }
         }
         std::optional<Statement> styleOf;
+        const std::string* lastKey = nullptr;  // SKUs of one style mostly come one after another
+        std::uint32_t lastStyle = 0;
         for (std::size_t i = 0; i < skus_.size(); ++i) {
             const StyleKey& key = styleKeys[i];
             if (key.null) continue;
-            auto found = styleAt.find(key.text);
+            const std::string& text = key.exact ? key.text : skus_[i].style;
+            if (lastKey && *lastKey == text) {
+                skus_[i].info = lastStyle;
+                continue;
+            }
+            auto found = styleAt.find(text);
             if (found == styleAt.end()) {
                 std::uint32_t at = 0;
                 if (!key.exact) {
                     if (!styleOf) styleOf.emplace(db_, "SELECT K_ID FROM d1800 WHERE K_ID = ?1");
                     styleOf->reset();
-                    styleOf->bind(1, key.text);
+                    styleOf->bind(1, text);
                     if (styleOf->step()) {
                         auto same = styleAt.find(styleOf->view(0));
                         if (same != styleAt.end()) at = same->second;
                     }
                 }
-                found = styleAt.try_emplace(key.text, at).first;
+                found = styleAt.try_emplace(text, at).first;
             }
-            skus_[i].info = found->second;
+            skus_[i].info = lastStyle = found->second;
+            lastKey = &text;
         }
         tally_.assign(skus_.size(), Tally{});
         if (a_.detail) lines_.assign(skus_.size(), {});
