@@ -397,15 +397,15 @@ private:
         return sql;
     }
 
-    static bool anySize(const Statement& st, int first) {
-        for (int i = 0; i < kSizes; ++i)
-            if (st.integer(first + i) != 0) return true;
-        return false;
-    }
-
+    // The quantities of a row (SKU, then ten sizes) added to its SKU's opening; a row of zeros
+    // adds nothing.
     void addOpening(const Statement& st) {
+        Sizes q;
+        bool any = false;
+        for (std::size_t i = 0; i < kSizes; ++i) any = (q[i] = static_cast<std::int32_t>(st.integer(1 + static_cast<int>(i)))) != 0 || any;
+        if (!any) return;
         auto& t = tally_[skuIndex(st.view(0))];
-        for (int i = 0; i < kSizes; ++i) t.opening[static_cast<std::size_t>(i)] += static_cast<std::int32_t>(st.integer(1 + i));
+        for (std::size_t i = 0; i < kSizes; ++i) t.opening[i] += q[i];
     }
 
     // The stock rows with an opening quantity (most have none: rows of zeros add nothing).
@@ -451,8 +451,7 @@ private:
             }
             Statement st(db_, sql);
             bindAll(st, binds);
-            while (st.step())
-                if (anySize(st, 1)) addOpening(st);
+            while (st.step()) addOpening(st);
         }
         if (!rowsAdded) return;
         std::vector<std::string> binds{snapshot_};
