@@ -32,8 +32,9 @@ qx::db::SqliteDatabase& shop() {
         // A shop made before the snapshot table took its present form gets it afresh.
         auto& sqlite = dynamic_cast<qx::db::SqliteDatabase&>(*opened);
         if (qx::db::procedures::latestSnapshotAtOrBefore(*opened, "9999-12-31").empty()) {
-            sqlite.runNative("DROP TRIGGER IF EXISTS qx_snapshot_close; DROP TRIGGER IF EXISTS qx_snapshot_reopen; "
-                             "DROP TABLE IF EXISTS sys_ck_snapshot");
+            sqlite.runNative("DROP TRIGGER IF EXISTS qx_snapshot_closing; DROP TRIGGER IF EXISTS qx_snapshot_reopening; "
+                             "DROP TABLE IF EXISTS sys_ck_snapshot; DROP TABLE IF EXISTS sys_ck_snapshot_sku; "
+                             "DROP TABLE IF EXISTS sys_ck_snapshot_period");
             for (const auto& statement : qx::db::procedures::closingSnapshotStatements()) sqlite.runNative(statement);
         }
         opened->execute(

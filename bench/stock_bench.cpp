@@ -7,6 +7,11 @@
 //   bench_stock --lines N         makes one in the temp folder first (kept for the next run)
 //   --only query                  only the stock query's summary (with the translated text run
 //                                 bare, to part the engine's work from handing rows back)
+//   --only snapshot               only the month's summary from every movement and from the
+//                                 closing snapshot (`--only fromsnapshot`: the latter alone)
+//   --keep-closed 1               leave the months closed for the snapshot reading closed (for
+//                                 profiling it again without closing; the shop's readings from
+//                                 every movement of June then start from the snapshot too)
 //   --explain 1                   also print the translated text and its query plan
 #include <sqlite3.h>
 
@@ -88,12 +93,14 @@ int main(int argc, char** argv) {
     std::string path, only;
     long long lines = 0;
     bool explain = false;
+    bool keepClosed = false;
     for (int i = 1; i + 1 < argc; i += 2) {
         const std::string a = argv[i];
         if (a == "--db") path = argv[i + 1];
         else if (a == "--lines") lines = std::atoll(argv[i + 1]);
         else if (a == "--only") only = argv[i + 1];
         else if (a == "--explain") explain = std::string(argv[i + 1]) != "0";
+        else if (a == "--keep-closed") keepClosed = std::string(argv[i + 1]) != "0";
     }
     if (path.empty() && lines <= 0) {
         std::fprintf(stderr, "usage: bench_stock --db FILE | --lines N\n");
@@ -121,24 +128,24 @@ int main(int argc, char** argv) {
     std::printf("%s: %lld posting lines\n", path.c_str(), total);
 
     long long rows = 0;
-    if (only.empty()) {
+    const bool snapshotOnly = only == "snapshot" || only == "fromsnapshot";
+    if (only.empty() || snapshotOnly) {
     // 1. SYS_ZM summary over every line beside one sequential aggregate over the line tables
-    const Timing zm = millis([&] {
-        rows = static_cast<long long>(
-            db.open(qx::bench::kJuneSummaryBySize).rows.size());
-    });
-    std::string floorSql;
-    for (const char* t : {"D8101A", "D8102A", "D8201A", "D8202A", "d8301A", "D8303A", "d712a"})
-        floorSql += std::string(floorSql.empty() ? "" : " UNION ALL ") + "SELECT WL_ID, SUM(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9) FROM " + t +
-                    " GROUP BY WL_ID";
-    const Timing aggregate = millis([&] { native(h, floorSql); });
-    line("SYS_ZM summary, all lines", zm, aggregate, "GROUP BY over the line tables", rows);
+    Timing zm{1, 1}, aggregate{1, 1};
+    if (only != "fromsnapshot") {
+        zm = millis([&] { rows = static_cast<long long>(db.open(qx::bench::kJuneSummaryBySize).rows.size()); });
+        std::string floorSql;
+        for (const char* t : {"D8101A", "D8102A", "D8201A", "D8202A", "d8301A", "D8303A", "d712a"})
+            floorSql += std::string(floorSql.empty() ? "" : " UNION ALL ") + "SELECT WL_ID, SUM(S0+S1+S2+S3+S4+S5+S6+S7+S8+S9) FROM " +
+                        t + " GROUP BY WL_ID";
+        aggregate = millis([&] { native(h, floorSql); });
+        line("SYS_ZM summary, all lines", zm, aggregate, "GROUP BY over the line tables", rows);
+    }
     // the same by style: the stream read and summed alike, far fewer result rows to hand back
-    const Timing byStyle = millis([&] {
-        rows = static_cast<long long>(
-            db.open(qx::bench::kJuneSummaryByStyle).rows.size());
-    });
-    line("SYS_ZM summary by style", byStyle, aggregate, "GROUP BY over the line tables", rows);
+    if (!snapshotOnly) {
+        const Timing byStyle = millis([&] { rows = static_cast<long long>(db.open(qx::bench::kJuneSummaryByStyle).rows.size()); });
+        line("SYS_ZM summary by style", byStyle, aggregate, "GROUP BY over the line tables", rows);
+    }
 
     // the same month's summary once the month before it is closed: the opening read from its
     // closing snapshot plus the movements since, beside the same floor (the shop is reopened after)
@@ -168,8 +175,10 @@ int main(int argc, char** argv) {
         line("SYS_ZM summary, from the snapshot", fromSnapshot, aggregate, "GROUP BY over the line tables", rows);
         std::printf("  (from the snapshot vs from every movement: %.1f %%, cpu %.1f %%)\n", 100.0 * fromSnapshot.wall / zm.wall,
                     100.0 * fromSnapshot.cpu / zm.cpu);
-        for (int i = 0; i < closed; ++i) db.execute(reopen);
+        if (!keepClosed)
+            for (int i = 0; i < closed; ++i) db.execute(reopen);
     }
+    if (snapshotOnly) return 0;
 
     // 2. SYS_ZM detail of one article
     std::string sku = "BK000000101";

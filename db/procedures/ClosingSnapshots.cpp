@@ -57,15 +57,16 @@ std::string closingSelect(const Dialect& d, const std::string& at) {
            "LEFT JOIN d1801 s ON s.WL_ID = k.WL_ID LEFT JOIN d1800 st ON st.K_ID = s.K_ID";
 }
 
-// A row trigger on sys_co after CK_END_DATE changes: on SQLite a trigger with its WHEN and body,
-// on PostgreSQL a PL/pgSQL function of the same name holding both, and the trigger calling it.
-std::vector<std::string> coTrigger(const Dialect& d, const std::string& name, const std::string& when, const std::string& body) {
+// A row trigger `event` on `table` ("AFTER UPDATE OF CK_END_DATE ON sys_co"): on SQLite a trigger
+// with its WHEN and body, on PostgreSQL a PL/pgSQL function of the same name holding both, and the
+// trigger calling it.
+std::vector<std::string> rowTrigger(const Dialect& d, const std::string& name, const std::string& event, const std::string& when,
+                                    const std::string& body) {
     if (!d.triggerFunctions)
-        return {"CREATE TRIGGER IF NOT EXISTS " + name + " AFTER UPDATE OF CK_END_DATE ON sys_co WHEN " + when + "\nBEGIN\n" + body +
-                "END"};
-    return {"CREATE OR REPLACE FUNCTION " + name + "() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\nIF " + when + " THEN\n" +
-                body + "END IF;\nRETURN NULL;\nEND\n$qx$",
-            "CREATE OR REPLACE TRIGGER " + name + " AFTER UPDATE OF CK_END_DATE ON sys_co FOR EACH ROW EXECUTE FUNCTION " + name + "()"};
+        return {"CREATE TRIGGER IF NOT EXISTS " + name + " " + event + (when.empty() ? "" : " WHEN " + when) + "\nBEGIN\n" + body + "END"};
+    return {"CREATE OR REPLACE FUNCTION " + name + "() RETURNS trigger LANGUAGE plpgsql AS $qx$\nBEGIN\n" +
+                (when.empty() ? body : "IF " + when + " THEN\n" + body + "END IF;\n") + "RETURN NULL;\nEND\n$qx$",
+            "CREATE OR REPLACE TRIGGER " + name + " " + event + " FOR EACH ROW EXECUTE FUNCTION " + name + "()"};
 }
 
 }  // namespace
@@ -78,18 +79,48 @@ std::vector<std::string> closingSnapshotStatements(const Dialect& d) {
     std::vector<std::string> out{
         "CREATE TABLE IF NOT EXISTS sys_ck_snapshot (PERIOD VARCHAR(10) COLLATE QX NOT NULL, WL_ID VARCHAR(21) COLLATE QX NOT NULL, "
         "CK_ID VARCHAR(4) COLLATE QX NOT NULL, " +
-        list("K# INT NOT NULL DEFAULT 0") + ", QTY INT NOT NULL DEFAULT 0, MONEY DECIMAL(18,2) NOT NULL DEFAULT 0, " +
-        "PRIMARY KEY (PERIOD, WL_ID, CK_ID))"};
+            list("K# INT NOT NULL DEFAULT 0") + ", QTY INT NOT NULL DEFAULT 0, MONEY DECIMAL(18,2) NOT NULL DEFAULT 0, " +
+            "PRIMARY KEY (PERIOD, WL_ID, CK_ID))",
+        // The same stock summed over the warehouses, one row per SKU text (byte for byte, as the
+        // stock rows spell it), stored in key order: what a report of every warehouse opens from.
+        "CREATE TABLE IF NOT EXISTS sys_ck_snapshot_sku (PERIOD VARCHAR(10) NOT NULL, WL_ID VARCHAR(21) NOT NULL, " +
+            list("K# INT NOT NULL DEFAULT 0") + ", PRIMARY KEY (PERIOD, WL_ID))" + d.keyOrdered,
+        // One row per closed month whose snapshot has its SKU sums; ROWS_ADDED = 1 once a stock row
+        // with opening quantities may have been made after the close (or opening quantities changed).
+        "CREATE TABLE IF NOT EXISTS sys_ck_snapshot_period (PERIOD VARCHAR(10) NOT NULL PRIMARY KEY, ROWS_ADDED INT NOT NULL DEFAULT 0)"};
+    // The triggers of shops made before the sums existed go (dropping a missing trigger writes
+    // nothing, so opening a shop stays a read).
+    for (const char* old : {"qx_snapshot_close", "qx_snapshot_reopen"})
+        out.push_back(d.triggerFunctions ? "DROP FUNCTION IF EXISTS " + std::string(old) + "() CASCADE"
+                                         : "DROP TRIGGER IF EXISTS " + std::string(old));
     const std::string day = d.day("NEW.CK_END_DATE");
-    for (auto& statement : coTrigger(d, "qx_snapshot_close",
-                                     "NEW.CK_END_DATE IS NOT NULL AND (OLD.CK_END_DATE IS NULL OR NEW.CK_END_DATE > OLD.CK_END_DATE)",
-                                     "DELETE FROM sys_ck_snapshot WHERE PERIOD >= " + day + ";\n" +
-                                         "INSERT INTO sys_ck_snapshot (PERIOD, WL_ID, CK_ID, " + list("K#") + ", QTY, MONEY) " +
-                                         closingSelect(d, "NEW.CK_END_DATE") + ";\n"))
+    const std::string bytes = std::string(" COLLATE ") + d.bytewise;
+    for (auto& statement :
+         rowTrigger(d, "qx_snapshot_closing", "AFTER UPDATE OF CK_END_DATE ON sys_co",
+                    "NEW.CK_END_DATE IS NOT NULL AND (OLD.CK_END_DATE IS NULL OR NEW.CK_END_DATE > OLD.CK_END_DATE)",
+                    "DELETE FROM sys_ck_snapshot WHERE PERIOD >= " + day + ";\n" +
+                        "DELETE FROM sys_ck_snapshot_sku WHERE PERIOD >= " + day + ";\n" +
+                        "DELETE FROM sys_ck_snapshot_period WHERE PERIOD >= " + day + ";\n" +
+                        "INSERT INTO sys_ck_snapshot (PERIOD, WL_ID, CK_ID, " + list("K#") + ", QTY, MONEY) " +
+                        closingSelect(d, "NEW.CK_END_DATE") + ";\n" +
+                        "INSERT INTO sys_ck_snapshot_sku (PERIOD, WL_ID, " + list("K#") + ") SELECT " + day + ", WL_ID" + bytes + ", " +
+                        list("SUM(K#)") + " FROM sys_ck_snapshot WHERE PERIOD = " + day + " GROUP BY WL_ID" + bytes + ";\n" +
+                        "INSERT INTO sys_ck_snapshot_period (PERIOD, ROWS_ADDED) VALUES (" + day + ", 0);\n"))
         out.push_back(std::move(statement));
-    for (auto& statement : coTrigger(d, "qx_snapshot_reopen",
-                                     "OLD.CK_END_DATE IS NOT NULL AND (NEW.CK_END_DATE IS NULL OR NEW.CK_END_DATE < OLD.CK_END_DATE)",
-                                     "DELETE FROM sys_ck_snapshot WHERE NEW.CK_END_DATE IS NULL OR PERIOD > " + day + ";\n"))
+    for (auto& statement : rowTrigger(d, "qx_snapshot_reopening", "AFTER UPDATE OF CK_END_DATE ON sys_co",
+                                      "OLD.CK_END_DATE IS NOT NULL AND (NEW.CK_END_DATE IS NULL OR NEW.CK_END_DATE < OLD.CK_END_DATE)",
+                                      "DELETE FROM sys_ck_snapshot WHERE NEW.CK_END_DATE IS NULL OR PERIOD > " + day + ";\n" +
+                                          "DELETE FROM sys_ck_snapshot_sku WHERE NEW.CK_END_DATE IS NULL OR PERIOD > " + day + ";\n" +
+                                          "DELETE FROM sys_ck_snapshot_period WHERE NEW.CK_END_DATE IS NULL OR PERIOD > " + day + ";\n"))
+        out.push_back(std::move(statement));
+    // A stock row made with opening quantities, or opening quantities changed: the snapshots
+    // stored so far may lack a row that opens with them (postings make rows without any).
+    const std::string stale = "UPDATE sys_ck_snapshot_period SET ROWS_ADDED = 1 WHERE ROWS_ADDED = 0;\n";
+    std::string withOpening;
+    for (int i = 0; i < kSizes; ++i) withOpening += (i ? " OR NEW.B" : "NEW.B") + std::to_string(i) + " <> 0";
+    for (auto& statement : rowTrigger(d, "qx_snapshot_opening_added", "AFTER INSERT ON d1802", withOpening, stale))
+        out.push_back(std::move(statement));
+    for (auto& statement : rowTrigger(d, "qx_snapshot_opening_changed", "AFTER UPDATE OF " + list("B#") + " ON d1802", "", stale))
         out.push_back(std::move(statement));
     return out;
 }

@@ -34,13 +34,14 @@ std::string postgresLock(const std::string& tables) { return "LOCK TABLE " + tab
 
 const Dialect& sqliteDialect() {
     // A day's text compares before every instant of that day ("2026-03-01" < "2026-03-01 00:00:00").
-    static const Dialect dialect{"ifnull", "max", "temp.", false, false, sqliteRowId, sqliteIsRow, sqliteDay, sqliteDay, sqliteJsonTexts, sqliteLock};
+    static const Dialect dialect{"ifnull", "max", "temp.", false, false, sqliteRowId, sqliteIsRow, sqliteDay, sqliteDay, sqliteJsonTexts, sqliteLock,
+                                 "BINARY", " WITHOUT ROWID"};
     return dialect;
 }
 
 const Dialect& postgresDialect() {
     static const Dialect dialect{"coalesce", "greatest", "pg_temp.", true, true, postgresRowId, postgresIsRow, postgresDay,
-                                 postgresDayStart, postgresJsonTexts, postgresLock};
+                                 postgresDayStart, postgresJsonTexts, postgresLock, "\"C\"", ""};
     return dialect;
 }
 

@@ -38,6 +38,11 @@ struct Dialect {
     // engine's write transaction already excludes them (SQLite: one writer, and a read snapshot
     // older than another's commit cannot write).
     std::string (*lockForRewrite)(const std::string& tables);
+    // A collation comparing texts byte for byte: "BINARY" | "\"C\"".
+    const char* bytewise;
+    // After a CREATE TABLE's columns: the rows stored in the order of the primary key, where the
+    // engine can (" WITHOUT ROWID" | "").
+    const char* keyOrdered;
 };
 
 const Dialect& sqliteDialect();

@@ -283,6 +283,12 @@ private:
                 Statement st(db_, "SELECT COL_ID, COL_NAME FROM d1005");
                 while (st.step()) colours.try_emplace(st.text(0), st.text(1));
             }
+            {
+                Statement count(db_, "SELECT COUNT(*) FROM d1801");
+                const auto n = static_cast<std::size_t>(count.step() ? count.integer(0) : 0);
+                skus_.reserve(n);
+                styleKeys.reserve(n);
+            }
             std::optional<Statement> colourOf;
             Statement st(db_, "SELECT WL_ID, K_ID, COL_ID FROM d1801");
             while (st.step()) {
@@ -290,7 +296,7 @@ private:
                 Sku& s = skus_.emplace_back();
                 s.wl = st.text(0);
                 s.style = st.text(1);
-                styleKeys.push_back({s.style, st.isNull(1), false});
+                styleKeys.push_back({{}, st.isNull(1), false});  // the text is the SKU's style
                 if (!st.isNull(2)) {
                     auto found = colours.find(st.view(2));
                     if (found == colours.end()) {
@@ -336,24 +342,32 @@ private:
             }
         }
         std::optional<Statement> styleOf;
+        const std::string* lastKey = nullptr;  // SKUs of one style mostly come one after another
+        std::uint32_t lastStyle = 0;
         for (std::size_t i = 0; i < skus_.size(); ++i) {
             const StyleKey& key = styleKeys[i];
             if (key.null) continue;
-            auto found = styleAt.find(key.text);
+            const std::string& text = key.exact ? key.text : skus_[i].style;
+            if (lastKey && *lastKey == text) {
+                skus_[i].info = lastStyle;
+                continue;
+            }
+            auto found = styleAt.find(text);
             if (found == styleAt.end()) {
                 std::uint32_t at = 0;
                 if (!key.exact) {
                     if (!styleOf) styleOf.emplace(db_, "SELECT K_ID FROM d1800 WHERE K_ID = ?1");
                     styleOf->reset();
-                    styleOf->bind(1, key.text);
+                    styleOf->bind(1, text);
                     if (styleOf->step()) {
                         auto same = styleAt.find(styleOf->view(0));
                         if (same != styleAt.end()) at = same->second;
                     }
                 }
-                found = styleAt.try_emplace(key.text, at).first;
+                found = styleAt.try_emplace(text, at).first;
             }
-            skus_[i].info = found->second;
+            skus_[i].info = lastStyle = found->second;
+            lastKey = &text;
         }
         tally_.assign(skus_.size(), Tally{});
         if (a_.detail) lines_.assign(skus_.size(), {});
@@ -383,15 +397,15 @@ private:
         return sql;
     }
 
-    static bool anySize(const Statement& st, int first) {
-        for (int i = 0; i < kSizes; ++i)
-            if (st.integer(first + i) != 0) return true;
-        return false;
-    }
-
+    // The quantities of a row (SKU, then ten sizes) added to its SKU's opening; a row of zeros
+    // adds nothing.
     void addOpening(const Statement& st) {
+        Sizes q;
+        bool any = false;
+        for (std::size_t i = 0; i < kSizes; ++i) any = (q[i] = static_cast<std::int32_t>(st.integer(1 + static_cast<int>(i)))) != 0 || any;
+        if (!any) return;
         auto& t = tally_[skuIndex(st.view(0))];
-        for (int i = 0; i < kSizes; ++i) t.opening[static_cast<std::size_t>(i)] += static_cast<std::int32_t>(st.integer(1 + i));
+        for (std::size_t i = 0; i < kSizes; ++i) t.opening[i] += q[i];
     }
 
     // The stock rows with an opening quantity (most have none: rows of zeros add nothing).
@@ -414,18 +428,32 @@ private:
 
     // The stock at the snapshot's date: its rows in scope, read in one pass, plus the opening
     // quantities of stock rows the snapshot lacks (made after the close; only rows with an
-    // opening quantity can add anything).
+    // opening quantity can add anything). A report of every warehouse and article reads the
+    // snapshot's sums per SKU; the stock rows are looked at only when one with opening quantities
+    // may have been made since the close. A snapshot stored before the sums existed is read row
+    // by row.
     void readSnapshot(const std::optional<std::vector<std::string>>& only) {
+        bool summed = false, rowsAdded = true;
+        {
+            Statement st(db_, "SELECT ROWS_ADDED FROM sys_ck_snapshot_period WHERE PERIOD = ?1");
+            st.bind(1, snapshot_);
+            if (st.step()) summed = true, rowsAdded = st.integer(0) != 0;
+        }
         {
             std::vector<std::string> binds{snapshot_};
-            std::string sql = "SELECT s.WL_ID" + sizeColumns("s.K") + " FROM sys_ck_snapshot s WHERE s.PERIOD = ?1";
-            sql += warehouseFilter(a_, "s.CK_ID", binds);
-            if (only) sql += skuFilter(db_.dialect(), "s.WL_ID", *only, binds);
+            std::string sql;
+            if (summed && a_.warehouse.empty() && !a_.rights && !only) {
+                sql = "SELECT s.WL_ID" + sizeColumns("s.K") + " FROM sys_ck_snapshot_sku s WHERE s.PERIOD = ?1";
+            } else {
+                sql = "SELECT s.WL_ID" + sizeColumns("s.K") + " FROM sys_ck_snapshot s WHERE s.PERIOD = ?1";
+                sql += warehouseFilter(a_, "s.CK_ID", binds);
+                if (only) sql += skuFilter(db_.dialect(), "s.WL_ID", *only, binds);
+            }
             Statement st(db_, sql);
             bindAll(st, binds);
-            while (st.step())
-                if (anySize(st, 1)) addOpening(st);
+            while (st.step()) addOpening(st);
         }
+        if (!rowsAdded) return;
         std::vector<std::string> binds{snapshot_};
         std::string sql = "SELECT k.WL_ID" + sizeColumns("k.B") + " FROM d1802 k WHERE " + withOpeningQuantity() +
                           " AND NOT EXISTS (SELECT 1 FROM sys_ck_snapshot s WHERE s.PERIOD = ?1 AND s.WL_ID = k.WL_ID AND s.CK_ID = k.CK_ID)";
@@ -507,7 +535,12 @@ private:
         if (only) sql += skuFilter(db_.dialect(), "l.WL_ID", *only, binds);
         Statement st(db_, sql);
         bindAll(st, binds);
-        while (st.step()) line(st, 0, 2, rule, in, out, isOpening(st.view(1)), order);
+        // read from the snapshot of @BDATE itself, no line can count in the opening
+        if (!snapshot_.empty() && snapshot_ == a_.from) {
+            while (st.step()) line(st, 0, 2, rule, in, out, false, order);
+        } else {
+            while (st.step()) line(st, 0, 2, rule, in, out, isOpening(st.view(1)), order);
+        }
     }
 
     bool isOpening(std::string_view date) const { return !a_.from.empty() && date < std::string_view(a_.from); }
@@ -682,24 +715,27 @@ private:
         col("END_KC_mon", FieldType::Float);
 
         const double f = a_.cost ? 1.0 : 0.0;
+        // each row made at its width and filled in place (a row of the summary is 26 values; at
+        // grouping 0 there may be a million rows)
+        const std::size_t width = out.columns.size();
         auto emit = [&](std::string_view wl, std::string_view style, std::string_view name, std::string_view brand,
                         std::string_view colour, std::string_view size, Value mIndex, const Sums& r) {
-            std::vector<Value> v;
-            v.reserve(out.columns.size());
-            for (std::string_view text : {wl, style, name, brand, colour, size}) v.emplace_back(std::in_place_type<std::string>, text);
-            v.push_back(std::move(mIndex));
-            v.emplace_back(std::int64_t(r.opening));
+            Value* v = out.rows.emplace_back(width).data();
+            for (std::string_view text : {wl, style, name, brand, colour, size}) (v++)->emplace<std::string>(text);
+            *v++ = std::move(mIndex);
+            const auto integer = [&v](long long n) { (v++)->emplace<std::int64_t>(n); };
+            const auto amount = [&v](double a) { (v++)->emplace<double>(cents(a)); };
+            integer(r.opening);
             const long long in = r.totalIn(), outq = r.totalOut();
-            for (std::size_t k = 0; k < 5; ++k) v.emplace_back(std::int64_t(r.in[k]));
-            v.emplace_back(std::int64_t(in));
-            for (std::size_t k = 0; k < 5; ++k) v.emplace_back(std::int64_t(r.out[k]));
-            v.emplace_back(std::int64_t(outq));
-            v.emplace_back(std::int64_t(r.opening + in - outq));
-            v.emplace_back(money(r.openingMon * f));
-            v.emplace_back(money(r.inMon * f));
-            v.emplace_back(money(r.outMon * f));
-            v.emplace_back(money((r.openingMon + r.inMon - r.outMon) * f));
-            out.rows.push_back(std::move(v));
+            for (std::size_t k = 0; k < 5; ++k) integer(r.in[k]);
+            integer(in);
+            for (std::size_t k = 0; k < 5; ++k) integer(r.out[k]);
+            integer(outq);
+            integer(r.opening + in - outq);
+            amount(r.openingMon * f);
+            amount(r.inMon * f);
+            amount(r.outMon * f);
+            amount((r.openingMon + r.inMon - r.outMon) * f);
         };
 
         if (a_.grouping == 0) {
@@ -861,7 +897,8 @@ private:
         return out;
     }
 
-    static Value money(double v) { return Value(static_cast<double>(static_cast<long long>(v * 100 + (v < 0 ? -0.5 : 0.5))) / 100); }
+    static double cents(double v) { return static_cast<double>(static_cast<long long>(v * 100 + (v < 0 ? -0.5 : 0.5))) / 100; }
+    static Value money(double v) { return Value(cents(v)); }
 
     ProcedureSession& db_;
     Arguments a_;

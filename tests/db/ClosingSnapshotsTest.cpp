@@ -80,12 +80,102 @@ TEST_P(ClosingSnapshots, ACloseStoresTheStockOfEverySkuAndWarehouseAndAReopenDro
     EXPECT_TRUE(periods().empty());
 }
 
+// "PERIOD|WL_ID|K0,K1,...,K9" of each SKU: the snapshot's sums over the warehouses as stored, or
+// summed from its rows.
+std::vector<std::string> skuSums(db::Database& db, const std::string& sql) {
+    std::vector<std::string> out;
+    for (const auto& row : db.open(sql).rows) {
+        std::string line = text(row[0]).substr(0, 10) + "|" + text(row[1]) + "|";
+        for (std::size_t i = 2; i < row.size(); ++i) line += std::to_string(integer(row[i])) + ",";
+        out.push_back(line);
+    }
+    std::sort(out.begin(), out.end());
+    return out;
+}
+
+TEST_P(ClosingSnapshots, ACloseAlsoStoresTheSumsPerSkuOverTheWarehousesAndAReopenDropsThem) {
+    const std::string k = "K0, K1, K2, K3, K4, K5, K6, K7, K8, K9";
+    const std::string stored = "SELECT PERIOD, WL_ID, " + k + " FROM sys_ck_snapshot_sku";
+    const std::string summed = "SELECT PERIOD, WL_ID, SUM(K0), SUM(K1), SUM(K2), SUM(K3), SUM(K4), SUM(K5), SUM(K6), SUM(K7), SUM(K8), "
+                               "SUM(K9) FROM sys_ck_snapshot GROUP BY PERIOD, WL_ID";
+    const auto closed = [&] {
+        std::vector<std::string> out;
+        for (const auto& row : db->open("SELECT PERIOD, ROWS_ADDED FROM sys_ck_snapshot_period ORDER BY PERIOD").rows)
+            out.push_back(text(row[0]).substr(0, 10) + "|" + std::to_string(integer(row[1])));
+        return out;
+    };
+    db->execute(kClose);
+    db->execute(kClose);
+    const auto sums = skuSums(*db, stored);
+    EXPECT_EQ(static_cast<long long>(sums.size()), 2 * integer(scalar(*db, "SELECT COUNT(DISTINCT WL_ID) FROM d1802")));
+    EXPECT_EQ(sums, skuSums(*db, summed));
+    EXPECT_EQ(closed(), (std::vector<std::string>{"2026-06-01|0", "2026-07-01|0"}));
+    db->execute(kReopen);
+    EXPECT_EQ(closed(), (std::vector<std::string>{"2026-06-01|0"}));
+    EXPECT_EQ(skuSums(*db, stored), skuSums(*db, summed));
+    EXPECT_EQ(count(*db, "sys_ck_snapshot_sku", "PERIOD >= '2026-07-01'"), 0);
+    db->execute(kReopen);
+    EXPECT_TRUE(closed().empty());
+    EXPECT_EQ(count(*db, "sys_ck_snapshot_sku"), 0);
+}
+
+// Postings make stock rows without opening quantities: the stock rows need no look after a
+// close until a row with opening quantities is made or opening quantities change.
+TEST_P(ClosingSnapshots, AStockRowWithOpeningQuantitiesMadeAfterTheCloseIsNoted) {
+    const auto rowsAdded = [&] { return integer(scalar(*db, "SELECT ROWS_ADDED FROM sys_ck_snapshot_period WHERE PERIOD = '2026-06-01'")); };
+    db->execute(kClose);  // open month: June
+    EXPECT_EQ(rowsAdded(), 0);
+    const std::string ck = text(scalar(*db, "SELECT TOP 1 CK_ID FROM d1007 ORDER BY CK_ID"));
+    const std::string wl = text(scalar(*db, "SELECT TOP 1 s.WL_ID FROM d1801 s WHERE NOT EXISTS (SELECT 1 FROM d1802 k WHERE "
+                                            "k.WL_ID = s.WL_ID AND k.CK_ID = '" + ck + "') ORDER BY s.WL_ID"));
+    ASSERT_FALSE(wl.empty());
+    db->execute("INSERT INTO D8101 (T, NOID, CK_ID, BDATE, USER_ID) VALUES (1, 'SNAP3', '" + ck + "', '2026-06-03', 'admin');"
+                "INSERT INTO D8101A (NOID, WL_ID, K_ID, COL_ID, CK_ID, S2) SELECT 'SNAP3', WL_ID, K_ID, COL_ID, '" + ck +
+                "', 5 FROM d1801 WHERE WL_ID = '" + wl + "'");
+    ASSERT_EQ(count(*db, "d1802", "WL_ID = '" + wl + "' AND CK_ID = '" + ck + "'"), 1) << "the receipt made the stock row";
+    EXPECT_EQ(rowsAdded(), 0);
+    const std::vector<std::string> calls = {"EXEC SYS_ZM @param3=0,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1",
+                                            "EXEC SYS_ZM @param3=1,@BDATE='2026-06-02',@EDATE='2026-06-30',@ck_id1='',@param2=0"};
+    const auto with = resultsOf(calls);
+    db->execute("UPDATE sys_ck_snapshot_period SET ROWS_ADDED = 1");
+    EXPECT_EQ(resultsOf(calls), with) << "looking at the stock rows finds nothing more";
+    db->execute("UPDATE sys_ck_snapshot_period SET ROWS_ADDED = 0");
+    db->execute("UPDATE d1802 SET B2 = B2 WHERE WL_ID = '" + wl + "' AND CK_ID = '" + ck + "'", {true});
+    EXPECT_EQ(rowsAdded(), 1) << "opening quantities written";
+    db->execute("UPDATE sys_ck_snapshot_period SET ROWS_ADDED = 0");
+    db->execute("INSERT INTO d1802 (WL_ID, CK_ID, B3, K3) SELECT TOP 1 s.WL_ID, '" + ck + "', 4, 4 FROM d1801 s WHERE NOT EXISTS (SELECT 1 "
+                "FROM d1802 k WHERE k.WL_ID = s.WL_ID AND k.CK_ID = '" + ck + "') ORDER BY s.WL_ID",
+                {true});
+    EXPECT_EQ(rowsAdded(), 1) << "a stock row made with opening quantities";
+    const auto made = resultsOf(calls);
+    EXPECT_NE(made[0], with[0]) << "its opening quantities count";
+    expectTheSameWithoutSnapshots(calls, made);
+}
+
+// A snapshot stored before the sums per SKU existed (a shop closed by an earlier version) is
+// read row by row, with the same results.
+TEST_P(ClosingSnapshots, ASnapshotWithoutSumsIsReadRowByRow) {
+    db->execute(kClose);
+    const std::vector<std::string> calls = {"EXEC SYS_ZM @param3=0,@BDATE='2026-06-01',@EDATE='2026-07-01',@ck_id1='',@param2=1",
+                                            "EXEC SYS_ZM @param3=2,@BDATE='2026-06-11',@EDATE='2026-07-01',@ck_id1='',@param2=1"};
+    const auto with = resultsOf(calls);
+    db->execute("DELETE FROM sys_ck_snapshot_sku; DELETE FROM sys_ck_snapshot_period");
+    EXPECT_EQ(resultsOf(calls), with);
+    const std::string wl = text(scalar(*db, "SELECT TOP 1 WL_ID FROM sys_ck_snapshot WHERE K0 <> 0 ORDER BY WL_ID"));
+    db->execute("UPDATE sys_ck_snapshot SET K0 = K0 + 1000 WHERE WL_ID = '" + wl + "'");
+    EXPECT_NE(db->open(calls[0]).rows, with[0]) << "read from the rows";
+    expectTheSameWithoutSnapshots(calls, with);
+}
+
 TEST_P(ClosingSnapshots, ClosingTheSameMonthAgainReplacesItsSnapshot) {
     db->execute(kClose);
     const auto rows = count(*db, "sys_ck_snapshot");
+    const auto sums = count(*db, "sys_ck_snapshot_sku");
     db->execute(kReopen);
     db->execute(kClose);
     EXPECT_EQ(count(*db, "sys_ck_snapshot"), rows);
+    EXPECT_EQ(count(*db, "sys_ck_snapshot_sku"), sums);
+    EXPECT_EQ(count(*db, "sys_ck_snapshot_period"), 1);
 }
 
 TEST_P(ClosingSnapshots, StockBeforeADateIsTheSameWithAndWithoutSnapshots) {
@@ -120,9 +210,13 @@ TEST_P(ClosingSnapshots, StockMovementsOpenFromTheSnapshotWithTheSameResultsAsFr
         "EXEC SYS_ZM @param3=1,@BDATE='2026-05-20',@EDATE='2026-06-20',@ck_id1='',@param2=1",  // starts before any snapshot
     };
     const auto with = resultsOf(calls);
-    // the opening is read from the snapshot: a changed snapshot changes it
-    db->execute("UPDATE sys_ck_snapshot SET K0 = K0 + 1000 WHERE PERIOD = '2026-06-01' AND WL_ID = '" + wl + "'");
+    // the opening is read from the snapshot: a changed snapshot changes it (a report of every
+    // warehouse reads its sums per SKU, one of a warehouse its rows)
+    db->execute("UPDATE sys_ck_snapshot_sku SET K0 = K0 + 1000 WHERE PERIOD = '2026-06-01' AND WL_ID = '" + wl + "'");
     EXPECT_NE(db->open(calls[0]).rows, with[0]);
+    EXPECT_EQ(db->open(calls[3]).rows, with[3]) << "not read from the sums";
+    db->execute("UPDATE sys_ck_snapshot SET K0 = K0 + 1000 WHERE PERIOD = '2026-07-01' AND WL_ID = '" + wl + "' AND CK_ID = '" + ck + "'");
+    EXPECT_NE(db->open(calls[3]).rows, with[3]);
     expectTheSameWithoutSnapshots(calls, with);
 }
 

@@ -57,8 +57,9 @@ TEST_F(ServerLocation, AShopMadeBeforeTheClosingSnapshotsGetsThemWhenOpened) {
         auto created = db::openDatabase(uri, true);
         created->execute(kSmallShopBatch);
         auto& server = dynamic_cast<db::PostgresDatabase&>(*created);
-        server.runNative("DROP TRIGGER qx_snapshot_close ON sys_co; DROP TRIGGER qx_snapshot_reopen ON sys_co; "
-                         "DROP TABLE sys_ck_snapshot");
+        server.runNative("DROP TRIGGER qx_snapshot_closing ON sys_co; DROP TRIGGER qx_snapshot_reopening ON sys_co; "
+                         "DROP TRIGGER qx_snapshot_opening_added ON d1802; DROP TRIGGER qx_snapshot_opening_changed ON d1802; "
+                         "DROP TABLE sys_ck_snapshot; DROP TABLE sys_ck_snapshot_sku; DROP TABLE sys_ck_snapshot_period");
     }
     auto reopened = db::openDatabase(uri);
     reopened->execute("INSERT INTO d1802 (WL_ID, CK_ID, B0, K0) VALUES ('K101', 'ZC', 4, 4)", {true});
@@ -147,7 +148,7 @@ void makeItAShopOfVersion(const std::string& uri, int mark) {
     ASSERT_EQ(stock(*db, "K101", "ZC"), sizes({-2}));
     auto& server = dynamic_cast<db::PostgresDatabase&>(*db);
     server.runNative("DROP VIEW v_checkkc; CREATE VIEW v_checkkc AS SELECT 'stale'::text AS ck_id; "
-                     "DROP FUNCTION qx_post_sale_line_ins CASCADE; DROP TRIGGER qx_snapshot_reopen ON sys_co; "
+                     "DROP FUNCTION qx_post_sale_line_ins CASCADE; DROP TRIGGER qx_snapshot_reopening ON sys_co; "
                      "CREATE OR REPLACE FUNCTION qx_d1802_total() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RETURN NEW; END $$");
     if (mark == 0) server.runNative("DROP VIEW qx_schema_version");
     else server.runNative("CREATE OR REPLACE VIEW qx_schema_version AS SELECT " + std::to_string(mark) + " AS version");
@@ -177,7 +178,7 @@ TEST_P(OlderServerShop, GetsItsGeneratedObjectsRenewedAndKeepsItsRows) {
     EXPECT_EQ(shop.schemaVersion(), kSchemaVersion);
     EXPECT_EQ(definitionOf(shop, "v_checkkc").find("stale"), std::string::npos);
     EXPECT_EQ(triggersNamed(shop, "qx_post_sale_line_ins"), 1) << "a missing trigger is made again";
-    EXPECT_EQ(triggersNamed(shop, "qx_snapshot_reopen"), 1) << "and the snapshots' one";
+    EXPECT_EQ(triggersNamed(shop, "qx_snapshot_reopening"), 1) << "and the snapshots' one";
     EXPECT_EQ(count(*db, "D8201A"), 1) << "rows stay";
     EXPECT_EQ(count(*db, "D1007"), 3);
     EXPECT_EQ(stock(*db, "K101", "ZC"), sizes({-2}));
@@ -213,7 +214,7 @@ TEST_F(ServerLocation, AShopWithANewerMarkIsRefusedAndLeftAsItIs) {
     EXPECT_EQ(markOf(shop), 99);
     EXPECT_NE(definitionOf(shop, "v_checkkc").find("stale"), std::string::npos) << "nothing renewed";
     EXPECT_EQ(triggersNamed(shop, "qx_post_sale_line_ins"), 0);
-    EXPECT_EQ(triggersNamed(shop, "qx_snapshot_reopen"), 0) << "nor the snapshots";
+    EXPECT_EQ(triggersNamed(shop, "qx_snapshot_reopening"), 0) << "nor the snapshots";
     EXPECT_EQ(count(shop, "D8201A"), 1);
 }
 
