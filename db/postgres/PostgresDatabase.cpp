@@ -514,22 +514,6 @@ std::vector<const posting::SkuCompletion*> PostgresDatabase::missingSkuCompletio
     return missing;
 }
 
-void PostgresDatabase::upgradeShop() {
-    const auto missing = missingSkuCompletions();
-    if (missing.empty()) return;
-    runNative("BEGIN");
-    try {
-        for (const auto* completion : missing) {
-            runNative(completion->postgresTrigger);
-            runNative(completion->backfill);
-        }
-        runNative("COMMIT");
-    } catch (...) {
-        rollback();
-        throw;
-    }
-}
-
 int PostgresDatabase::schemaVersion() {
     if (runNative("SELECT 1 WHERE to_regclass('qx_schema_version') IS NOT NULL").rows.empty()) return 0;
     const ResultSet mark = runNative("SELECT max(version)::int8 FROM qx_schema_version");
@@ -549,10 +533,7 @@ constexpr long long kRenewalLock = 0x71785f636b;  // "qx_ck"
 void PostgresDatabase::openShop() {
     const int version = schemaVersion();
     if (version > kSchemaVersion) throw Error(newerSchemaMessage(location_, version));
-    if (version == kSchemaVersion) {
-        upgradeShop();
-        return;
-    }
+    if (version == kSchemaVersion) return;  // nothing to look at: the mark says what the shop has
     runNative("BEGIN");
     try {
         // terminals opening the same old shop at once: one renews, the others find the mark set

@@ -52,19 +52,14 @@ public:
     // Does the database hold a shop (its tables and the posting triggers)?
     bool hasShop();
 
-    // Brings a shop made by an earlier build up to this one, in one transaction: the triggers
-    // that complete the SKU row of every document line inserted, and the SKU rows its existing
-    // lines lack. Nothing when the shop has them.
-    void upgradeShop();
-
     // The shop's schema version mark (the view qx_schema_version), 0 when it has none.
     int schemaVersion();
 
     // What opening a shop does with its mark: a newer one than this build's is refused (nothing
     // changes); none or an older one has the generated views, posting triggers and guards and the
     // closing snapshots' trigger functions dropped and made again from their sources, the SKU
-    // completion added as upgradeShop() does, and the current mark set, in one transaction; tables
-    // and rows stay. With the current mark, upgradeShop().
+    // completion triggers added with the SKU rows the existing lines lack, and the current mark
+    // set, in one transaction; tables and rows stay. The current mark: nothing is looked at.
     void openShop();
 
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
