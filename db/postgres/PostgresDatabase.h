@@ -2,6 +2,7 @@
 // The PostgreSQL engine: one libpq connection per object, T-SQL batches translated statement by
 // statement (db/tsql with the PostgreSQL dialect) against the live catalog, every batch one
 // transaction. Use an object from one thread.
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -70,7 +71,7 @@ public:
 
     // What the procedures behind EXEC see of the connection (db/procedures/Session.h): the
     // running batch's transaction; statements with bound values read through a cursor.
-    ResultSet runWithinTransaction(std::string_view tsqlBatch) override { return runStatements(tsqlBatch, false); }
+    ResultSet runWithinTransaction(std::string_view tsqlBatch) override { return runStatements(tsqlBatch); }
     void executeNative(const std::string& sql) override { runNative(sql); }
     const procedures::Dialect& dialect() const override { return procedures::postgresDialect(); }
     bool setGuardsOff(bool off) override;
@@ -90,10 +91,22 @@ private:
     void reconnectIfLost();
     void rollback();
     ResultSet runBatch(std::string_view tsqlBatch, bool maintenance = false);
-    ResultSet runStatements(std::string_view tsqlBatch, bool commitAfter);
-    ResultSet runStatement(const tsql::Statement& statement, bool& produced, bool last);
-    ResultSet runSql(const std::string& sql, const tsql::Statement* origin, bool commitAfter);
+    // The statements of a T-SQL text inside the running transaction, sent before it returns; the
+    // last result set produced.
+    ResultSet runStatements(std::string_view tsqlBatch);
+    // Translates one statement and queues what it becomes (a procedure runs at once).
+    void runStatement(const tsql::Statement& statement);
+    ResultSet runSql(const std::string& sql, const tsql::Statement* origin);
     void openTransaction();
+    // Sends the queued statements in one round trip (with the batch's BEGIN when it has not gone
+    // yet, and with COMMIT when commit is set).
+    void flush(bool commit);
+    void queue(std::string sql, std::shared_ptr<const tsql::Statement> origin, bool rows, std::vector<tsql::CatalogColumn> written = {});
+    // The statement's pieces with the connection's kept temp tables reused (see README).
+    std::vector<std::string> reuseTempTables(std::vector<std::string> pieces, const tsql::Statement& origin);
+    bool hiddenTemp(const std::string& quotedName) const;
+    std::string emptied(const std::string& quotedName);
+    [[noreturn]] void failHidden(const std::string& quotedName, const tsql::Statement& origin);
     // Throws the server's error for a failed statement (remembering its SQLSTATE).
     [[noreturn]] void fail(const pg_result* result, const std::string& sql, const tsql::Statement* origin);
     void noteSchemaChange(const std::string& sql);
@@ -108,6 +121,29 @@ private:
     bool beginPending_ = false;  // the batch's BEGIN goes with its first statement
     bool committed_ = false;     // the batch's COMMIT went with its last statement
     std::unique_ptr<tsql::Catalog> catalog_;
+
+    // What waits to be sent: a piece of a translated statement, or a mark that the statement
+    // (an EXEC whose text runs in place) produced a result set, empty unless a later piece has rows.
+    struct Pending {
+        std::string sql;  // empty: the mark
+        std::shared_ptr<const tsql::Statement> origin;
+        bool rows = false;                       // its rows are the statement's result set
+        std::vector<tsql::CatalogColumn> written;  // the result's column names as the statement wrote them
+        std::string countFor;                    // a temp table whose rows it changes
+    };
+    std::vector<Pending> pending_;
+    ResultSet* produced_ = nullptr;  // where the result set of the running statements goes
+
+    // The connection's temp tables made from a known definition. A DROP keeps such a table,
+    // hidden (no statement can name it), and a CREATE of the same definition takes it back,
+    // emptied: no catalog work on the server for a report's #temp table run after run.
+    struct TempTable {
+        std::string definition;  // the CREATE TABLE piece
+        bool hidden = false;
+        long long rows = 0;  // rows written since it was last emptied (inserted, changed, deleted)
+        long long dead = 0;  // rows deleted by DELETE since the last TRUNCATE
+    };
+    std::map<std::string, TempTable> temps_, committedTemps_;
 };
 
 }  // namespace qx::db

@@ -379,6 +379,174 @@ TEST_F(PostgresDatabaseTest, AConnectionKilledMidBatchKeepsNothingAndTheNextBatc
     EXPECT_EQ(admin->open("SELECT ItemNo FROM Items").rows.at(0).at(0), Value(std::string("K3")));
 }
 
+// ---- temp tables kept for reuse: what any statement sees is a table made and dropped --------
+
+// The oid of the connection's temp table of that name (0 when there is none on the server).
+long long tempOid(qx::db::Database& db, const std::string& name) {
+    const auto rows = dynamic_cast<qx::db::PostgresDatabase&>(db)
+                          .runNative("SELECT oid::int8 FROM pg_class WHERE relname = '" + name + "' AND relpersistence = 't' AND "
+                                     "pg_table_is_visible(oid)")
+                          .rows;
+    return rows.empty() ? 0 : std::get<std::int64_t>(rows[0][0]);
+}
+
+TEST_F(PostgresDatabaseTest, ATempTableMadeAgainAfterItsDropIsEmptyAndHasItsNewColumns) {
+    db_->execute("INSERT INTO Items (ItemNo, Name, Qty) VALUES ('A1', 'Coat', 3); INSERT INTO Items (ItemNo, Name, Qty) VALUES ('A2', 'Hat', 4)");
+    const std::string report = "SELECT ItemNo, Qty INTO #t FROM Items; SELECT ItemNo AS Code, Qty FROM #t ORDER BY ItemNo; DROP TABLE #t";
+    long long oid = 0;
+    for (int run = 0; run < 5; ++run) {
+        const auto result = db_->open(report);
+        ASSERT_EQ(result.rows.size(), 2u) << "run " << run << ": the rows of this run only";
+        EXPECT_EQ(result.columns.at(0).name, "Code");
+        EXPECT_EQ(text(result.rows[1][0]), "A2");
+        EXPECT_EQ(std::get<std::int64_t>(result.rows[1][1]), 4);
+        if (run == 1) oid = tempOid(*db_, "#t");
+        if (run > 1) EXPECT_EQ(tempOid(*db_, "#t"), oid) << "the same table serves every run: no catalog work";
+    }
+    EXPECT_NE(oid, 0);
+    // made again with the same columns and no rows: empty
+    EXPECT_EQ(db_->open("SELECT ItemNo, Qty INTO #t FROM Items WHERE 1 = 0; SELECT COUNT(*) FROM #t").rows[0][0], Value(std::int64_t{0}));
+    db_->execute("DROP TABLE #t");
+    // made again with other columns: those columns, no rows
+    const auto other = db_->open("CREATE TABLE #t (Code varchar(5), Amount decimal(10,2)); SELECT * FROM #t");
+    ASSERT_EQ(other.columns.size(), 2u);
+    EXPECT_EQ(other.columns[1].name, "amount");
+    EXPECT_TRUE(other.rows.empty());
+    db_->execute("INSERT INTO #t VALUES ('x', 1.5)");
+    EXPECT_EQ(db_->open("SELECT Amount FROM #t").rows.at(0).at(0), Value(1.5));
+    // SELECT … INTO over a table that is there replaces it, rows and all
+    db_->execute("SELECT Code, Amount INTO #t FROM #t WHERE 1 = 0");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #t").rows[0][0], Value(std::int64_t{0}));
+}
+
+TEST_F(PostgresDatabaseTest, ADroppedTempTableIsGoneForEveryStatement) {
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('A1', 3)");
+    db_->execute("SELECT ItemNo, Qty INTO #gone FROM Items; DROP TABLE #gone");
+    EXPECT_EQ(errorOf("SELECT * FROM #gone"), "Invalid object name '#gone'.");
+    EXPECT_EQ(errorOf("SELECT Qty FROM #GONE"), "Invalid object name '#GONE'.") << "named as written";
+    EXPECT_EQ(errorOf("INSERT INTO #gone (ItemNo, Qty) VALUES ('B', 1)"), "Invalid object name '#gone'.");
+    EXPECT_EQ(errorOf("INSERT INTO #gone VALUES ('B', 1)"), "Invalid object name '#gone'.");
+    EXPECT_EQ(errorOf("UPDATE Items SET Qty = 1 WHERE ItemNo IN (SELECT ItemNo FROM #gone)"), "Invalid object name '#gone'.");
+    EXPECT_EQ(errorOf("DELETE FROM #gone"), "Invalid object name '#gone'.");
+    EXPECT_EQ(errorOf("DROP TABLE #gone"), errorOf("DROP TABLE #gone")) << "as a table never made";
+    EXPECT_EQ(errorOf("DROP TABLE #gone"), "Invalid object name '#gone'.");
+    EXPECT_NE(errorOf("SELECT * INTO #copy FROM #gone"), "no error");
+    EXPECT_EQ(errorOf("SELECT '#gone' AS x, 'pg_temp.\"#gone\"' AS y"), "no error") << "a text that only looks like the name";
+    // within one batch, and nothing of the batch is kept
+    EXPECT_EQ(errorOf("INSERT INTO Items (ItemNo, Qty) VALUES ('A2', 1); SELECT ItemNo INTO #g2 FROM Items; DROP TABLE #g2;\n"
+                      "SELECT * FROM #g2"),
+              "Invalid object name '#g2'.");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM Items").rows[0][0], Value(std::int64_t{1}));
+    try {
+        db_->execute("SELECT ItemNo INTO #g3 FROM Items; DROP TABLE #g3\nSELECT * FROM #g3");
+        FAIL() << "no error";
+    } catch (const qx::db::Error& e) {
+        EXPECT_EQ(e.statement(), "SELECT * FROM #g3");
+        EXPECT_EQ(e.line(), 2);
+    }
+    // a statement failing before the one naming the dropped table is the one reported
+    EXPECT_EQ(errorOf("SELECT ItemNo INTO #g4 FROM Items; DROP TABLE #g4; SELECT NoSuchColumn FROM Items; SELECT * FROM #g4"),
+              "Invalid column name 'NoSuchColumn'.");
+    // DROP TABLE IF EXISTS of a dropped one is no error; the name can be made again
+    db_->execute("DROP TABLE IF EXISTS #gone");
+    db_->execute("SELECT ItemNo INTO #gone FROM Items");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #gone").rows[0][0], Value(std::int64_t{1}));
+}
+
+TEST_F(PostgresDatabaseTest, AFailingBatchLeavesTheTempTablesAsTheyWereBeforeIt) {
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('A1', 3); INSERT INTO Items (ItemNo, Qty) VALUES ('A2', 4)");
+    db_->execute("SELECT ItemNo, Qty INTO #k FROM Items");
+    // dropped by a batch that then fails: still there, with its rows
+    EXPECT_NE(errorOf("DROP TABLE #k; SELECT * FROM Nowhere"), "no error");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #k").rows[0][0], Value(std::int64_t{2}));
+    // emptied and refilled by a batch that then fails: its rows as before
+    EXPECT_NE(errorOf("SELECT ItemNo, Qty INTO #k FROM Items WHERE ItemNo = 'A1'; SELECT * FROM Nowhere"), "no error");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #k").rows[0][0], Value(std::int64_t{2}));
+    db_->execute("DROP TABLE #k");
+    // made again by a batch that then fails: still gone
+    EXPECT_NE(errorOf("SELECT ItemNo, Qty INTO #k FROM Items; INSERT INTO #k VALUES ('A9', 9); SELECT * FROM Nowhere"), "no error");
+    EXPECT_EQ(errorOf("SELECT * FROM #k"), "Invalid object name '#k'.");
+    // and once more for good: only this batch's rows
+    db_->execute("SELECT ItemNo, Qty INTO #k FROM Items WHERE ItemNo = 'A2'");
+    const auto rows = db_->open("SELECT ItemNo FROM #k").rows;
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(text(rows[0][0]), "A2");
+}
+
+TEST_F(PostgresDatabaseTest, KeptTempTablesArePrivateToTheirConnection) {
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('A1', 3)");
+    auto other = connect();
+    db_->execute("SELECT ItemNo, Qty INTO #p FROM Items; DROP TABLE #p");  // kept, hidden, on this connection
+    EXPECT_EQ(other->open("SELECT ItemNo, Qty INTO #p FROM Items WHERE 1 = 0; SELECT COUNT(*) FROM #p").rows[0][0],
+              Value(std::int64_t{0}));
+    db_->execute("SELECT ItemNo, Qty INTO #p FROM Items");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #p").rows[0][0], Value(std::int64_t{1}));
+    EXPECT_EQ(other->open("SELECT COUNT(*) FROM #p").rows[0][0], Value(std::int64_t{0})) << "each its own";
+    other->execute("DROP TABLE #p; CREATE TABLE #p (Other int)");
+    EXPECT_EQ(db_->open("SELECT * FROM #p").columns.size(), 2u);
+    EXPECT_EQ(other->open("SELECT * FROM #p").columns.size(), 1u);
+    // a fresh connection sees none of them
+    EXPECT_EQ(qx::db::openPostgres(uri_)->open("SELECT 1 AS one").rows.size(), 1u);
+    EXPECT_NE([&] {
+        try {
+            qx::db::openPostgres(uri_)->open("SELECT * FROM #p");
+        } catch (const qx::db::Error& e) {
+            return std::string(e.what());
+        }
+        return std::string("no error");
+    }(),
+              "no error");
+}
+
+TEST_F(PostgresDatabaseTest, AReusedTempTableNumbersAndHoldsItsRowsAsANewOne) {
+    for (int i = 0; i < 20; ++i) db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('I" + std::to_string(i) + "', " + std::to_string(i) + ")");
+    // an IDENTITY column numbers from its seed every time the table is made
+    for (int run = 0; run < 3; ++run) {
+        const auto rows = db_->open("SELECT IDENTITY(int, 1, 1) AS n, ItemNo INTO #i FROM Items ORDER BY ItemNo; SELECT MIN(n), MAX(n) FROM #i; DROP TABLE #i").rows;
+        EXPECT_EQ(rows.at(0).at(0), Value(std::int64_t{1})) << "run " << run;
+        EXPECT_EQ(rows.at(0).at(1), Value(std::int64_t{20}));
+    }
+    // many rows through a kept table, run after run: each run counts its own
+    for (int run = 0; run < 4; ++run) {
+        const auto rows = db_->open("SELECT a.ItemNo, b.Qty INTO #big FROM Items a, Items b, Items c WHERE c.Qty < " +
+                                    std::to_string(10 + run) + "; SELECT COUNT(*) FROM #big; DROP TABLE #big")
+                              .rows;
+        EXPECT_EQ(rows.at(0).at(0), Value(std::int64_t{400 * (10 + run)})) << "run " << run;
+    }
+    // a table changed after it was made (an index) is not taken for a new one
+    db_->execute("SELECT ItemNo INTO #u FROM Items WHERE 1 = 0; CREATE UNIQUE INDEX u_item ON #u (ItemNo); DROP TABLE #u");
+    db_->execute("SELECT ItemNo INTO #u FROM Items WHERE 1 = 0; INSERT INTO #u VALUES ('same'); INSERT INTO #u VALUES ('same')");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #u").rows[0][0], Value(std::int64_t{2}));
+}
+
+// The statements of a batch travel together; each failure and each result set still belongs to
+// its own statement.
+TEST_F(PostgresDatabaseTest, StatementsSentTogetherKeepTheirOwnResultsAndErrors) {
+    try {
+        db_->execute("SELECT ItemNo INTO #r FROM Items; INSERT INTO Items (ItemNo) VALUES ('X1');\n"
+                     "INSERT INTO Items (ItemNo) VALUES (NULL); INSERT INTO Items (ItemNo) VALUES ('X2')");
+        FAIL() << "no error";
+    } catch (const qx::db::Error& e) {
+        EXPECT_EQ(e.statement(), "INSERT INTO Items (ItemNo) VALUES (NULL)");
+        EXPECT_EQ(e.line(), 2);
+    }
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM Items").rows[0][0], Value(std::int64_t{0}));
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('M1', 4)");
+    auto last = db_->open("SELECT ItemNo AS First FROM Items; SELECT Qty AS Second FROM Items; INSERT INTO Items (ItemNo) VALUES ('M2')");
+    ASSERT_EQ(last.columns.size(), 1u);
+    EXPECT_EQ(last.columns[0].name, "Second");
+    EXPECT_EQ(last.rows.at(0).at(0), Value(std::int64_t{4}));
+    // SYS_M's text runs in place: its result set is the EXEC's, an empty one when the text has none
+    last = db_->open("SELECT ItemNo AS First FROM Items; EXEC SYS_M @param=1, @sqltext='SELECT Qty AS Doubled FROM Items WHERE ItemNo = ''M1'''");
+    ASSERT_EQ(last.columns.size(), 1u);
+    EXPECT_EQ(last.columns[0].name, "Doubled");
+    last = db_->open("SELECT ItemNo AS First FROM Items; EXEC SYS_M @param=1, @sqltext='UPDATE Items SET Qty = 5'");
+    EXPECT_TRUE(last.columns.empty());
+    EXPECT_TRUE(last.rows.empty());
+    EXPECT_EQ(db_->open("SELECT SUM(Qty) FROM Items").rows[0][0], Value(std::int64_t{10}));
+    EXPECT_EQ(errorOf("EXEC SYS_M @param=1, @sqltext='SELECT Nope FROM Items'"), "Invalid column name 'Nope'.");
+}
+
 TEST(PostgresShopTest, CreatingTheTablesTwiceFailsAndKeepsTheFirstOnes) {
     auto* server = qx::test::PostgresServer::instance();
     if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
