@@ -146,10 +146,23 @@ public:
     void forget() {
         kept_.clear();
         served_ = false;
+        ++generation_;
     }
-    void forget(const std::string& quotedName) { kept_.erase(quotedName); }
+    void forget(const std::string& quotedName) {
+        kept_.erase(quotedName);
+        ++generation_;
+    }
     bool served() const { return served_; }  // kept columns used since forget() or unmark()
     void unmark() { served_ = false; }
+    void markServed() { served_ = true; }
+    // Counts the changes of what is kept: a translation made from the kept columns holds while
+    // the count stays the same.
+    unsigned long generation() const { return generation_; }
+    // The tables asked for from now on (their quoted names) and whether one was not found.
+    void record(std::vector<std::string>* names, bool* missed) {
+        names_ = names;
+        missed_ = missed;
+    }
     std::optional<std::vector<tsql::CatalogColumn>> tableColumns(std::string_view name) const override {
         std::string table(name);
         if (table.size() >= 2 && table.front() == '[' && table.back() == ']') table = table.substr(1, table.size() - 2);
@@ -157,7 +170,11 @@ public:
         std::string quoted = "\"";
         for (char c : table) quoted += c == '"' ? std::string("\"\"") : std::string(1, lowerAscii(c));
         quoted += '"';
-        if (hidden_(quoted)) return std::nullopt;
+        if (names_) names_->push_back(quoted);
+        if (hidden_(quoted)) {
+            if (missed_) *missed_ = true;
+            return std::nullopt;
+        }
         if (const auto kept = kept_.find(quoted); kept != kept_.end()) {
             served_ = true;
             return kept->second;
@@ -168,7 +185,10 @@ public:
             "FROM pg_attribute a WHERE a.attrelid = to_regclass($1) AND a.attnum > 0 AND NOT a.attisdropped ORDER BY a.attnum";
         const char* params[] = {quoted.c_str()};
         Result result{PQexecParams(conn_, sql, 1, nullptr, params, nullptr, nullptr, 0)};
-        if (PQresultStatus(result.r) != PGRES_TUPLES_OK || PQntuples(result.r) == 0) return std::nullopt;
+        if (PQresultStatus(result.r) != PGRES_TUPLES_OK || PQntuples(result.r) == 0) {
+            if (missed_) *missed_ = true;
+            return std::nullopt;
+        }
         std::vector<tsql::CatalogColumn> columns;
         for (int i = 0; i < PQntuples(result.r); ++i) {
             tsql::CatalogColumn column;
@@ -197,6 +217,9 @@ private:
     std::function<void()> beforeRead_;
     mutable std::unordered_map<std::string, std::vector<tsql::CatalogColumn>> kept_;
     mutable bool served_ = false;
+    unsigned long generation_ = 0;
+    std::vector<std::string>* names_ = nullptr;
+    bool* missed_ = nullptr;
 };
 
 // Does this statement change what the catalog reads (tables, columns)?
@@ -212,11 +235,21 @@ bool changesSchema(const std::string& sql) {
 }
 
 // The one temp table a schema change of the dialect's own spelling is about ("#t" in quotes),
-// or empty when it may be about any table.
+// or of a procedure's (CREATE TEMP TABLE name, DROP TABLE IF EXISTS pg_temp.name: "name"
+// folded), or empty when it may be about any table.
 std::string tempTableChanged(const std::string& sql) {
-    for (const char* head : {"CREATE TABLE pg_temp.", "DROP TABLE IF EXISTS pg_temp.", "DROP TABLE pg_temp.", "ALTER TABLE pg_temp."}) {
+    for (const char* head :
+         {"CREATE TABLE pg_temp.", "DROP TABLE IF EXISTS pg_temp.", "DROP TABLE pg_temp.", "ALTER TABLE pg_temp.", "CREATE TEMP TABLE "}) {
         const std::size_t n = std::strlen(head);
-        if (sql.compare(0, n, head) != 0 || sql.size() <= n || sql[n] != '"') continue;
+        if (sql.compare(0, n, head) != 0 || sql.size() <= n) continue;
+        if (sql[n] != '"') {
+            std::size_t end = n;
+            while (end < sql.size() && (std::isalnum(static_cast<unsigned char>(sql[end])) || sql[end] == '_')) ++end;
+            if (end == n || (end < sql.size() && sql[end] != ' ' && sql[end] != '(')) continue;
+            std::string name = "\"";
+            for (std::size_t i = n; i < end; ++i) name += lowerAscii(sql[i]);
+            return name + '"';
+        }
         std::size_t end = n + 1;
         while (end < sql.size() && (sql[end] != '"' || (end + 1 < sql.size() && sql[end + 1] == '"'))) end += sql[end] == '"' ? 2 : 1;
         if (end < sql.size()) return sql.substr(n, end - n + 1);
@@ -599,13 +632,61 @@ std::vector<std::string> PostgresDatabase::reuseTempTables(std::vector<std::stri
     return out;
 }
 
+// A report runs the same statements again and again: their translations are kept, by their
+// text, as long as the kept table columns they were made from hold (no schema change, rollback or
+// reconnection since) and no table they read has been dropped since. A translation that looked
+// for a table the server did not have is not kept (another connection may create it).
+const PostgresDatabase::Translation& PostgresDatabase::translated(const tsql::Statement& statement) {
+    constexpr std::size_t kKeepAtMost = 1000;
+    auto& catalog = cacheOf(catalog_);
+    if (const auto kept = translations_.find(statement.text); kept != translations_.end()) {
+        const Translation& t = kept->second;
+        bool holds = t.generation == catalog.generation();
+        for (const auto& name : t.tables) holds = holds && !hiddenTemp(name);
+        if (holds) {
+            catalog.markServed();
+            return t;
+        }
+    }
+    Translation t;
+    bool missed = false;
+    catalog.record(&t.tables, &missed);
+    try {
+        t.pieces = tsql::emitPostgres(statement, *catalog_);
+        if (statement.returnsRows) t.written = tsql::resultColumnsPostgres(statement, *catalog_);
+    } catch (...) {
+        catalog.record(nullptr, nullptr);
+        throw;
+    }
+    catalog.record(nullptr, nullptr);
+    t.generation = catalog.generation();
+    if (translations_.size() >= kKeepAtMost) translations_.clear();
+    if (missed) {
+        scratch_ = std::move(t);
+        return scratch_;
+    }
+    return translations_[statement.text] = std::move(t);
+}
+
+// The statements of a text, parsed once per text (the parse depends on nothing else).
+std::shared_ptr<const std::vector<tsql::Statement>> PostgresDatabase::parsed(std::string_view text) {
+    constexpr std::size_t kKeepAtMost = 200;
+    const std::string key(text);
+    if (const auto kept = parses_.find(key); kept != parses_.end()) return kept->second;
+    auto statements = std::make_shared<const std::vector<tsql::Statement>>(tsql::parseBatch(text));
+    if (parses_.size() >= kKeepAtMost) parses_.clear();
+    parses_.emplace(key, statements);
+    return statements;
+}
+
 void PostgresDatabase::runStatement(const tsql::Statement& statement) {
     if (statement.procedure) {
         // SYS_M runs the text it is handed in place: its statements join the batch's queue.
         if (sameName(statement.procedure->name, "SYS_M"))
             if (const auto text = procedureArgument(*statement.procedure, "sqltext")) {
                 queue({}, nullptr, false);
-                for (const auto& inner : tsql::parseBatch(*text)) runStatement(inner);
+                const auto inner = parsed(*text);
+                for (const auto& each : *inner) runStatement(each);
                 return;
             }
         // The procedures of the one registry, inside this batch's transaction (their statements
@@ -615,8 +696,9 @@ void PostgresDatabase::runStatement(const tsql::Statement& statement) {
         if (produced_) *produced_ = std::move(result);
         return;
     }
-    auto sqls = reuseTempTables(tsql::emitPostgres(statement, *catalog_), statement);
-    auto written = statement.returnsRows ? tsql::resultColumnsPostgres(statement, *catalog_) : std::vector<tsql::CatalogColumn>{};
+    const Translation& translation = translated(statement);
+    auto written = translation.written;
+    auto sqls = reuseTempTables(translation.pieces, statement);
     // only the last piece of a statement yields its rows
     const auto origin = std::make_shared<const tsql::Statement>(tsql::Statement{statement.text, statement.line, statement.column, false, {}, {}});
     for (std::size_t i = 0; i < sqls.size(); ++i) {
@@ -649,7 +731,8 @@ ResultSet PostgresDatabase::runStatements(std::string_view tsqlBatch) {
     ResultSet last;
     ResultSet* outer = std::exchange(produced_, &last);
     try {
-        for (const auto& statement : tsql::parseBatch(tsqlBatch)) runStatement(statement);
+        const auto statements = parsed(tsqlBatch);
+        for (const auto& statement : *statements) runStatement(statement);
         flush(false);
     } catch (...) {
         produced_ = outer;
@@ -689,7 +772,8 @@ ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenanc
         ResultSet* outer = std::exchange(produced_, &last);
         try {
             if (maintenance) queue("SELECT set_config('qx.maintenance', 'on', true)", nullptr, false);
-            for (const auto& statement : tsql::parseBatch(tsqlBatch)) runStatement(statement);
+            const auto statements = parsed(tsqlBatch);
+            for (const auto& statement : *statements) runStatement(statement);
             flush(true);
             if (!committed_) runNative("COMMIT");
             produced_ = outer;

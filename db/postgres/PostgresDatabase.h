@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "db/Database.h"
@@ -105,6 +106,14 @@ private:
     // The statement's pieces with the connection's kept temp tables reused (see README).
     std::vector<std::string> reuseTempTables(std::vector<std::string> pieces, const tsql::Statement& origin);
     bool hiddenTemp(const std::string& quotedName) const;
+    struct Translation {
+        std::vector<std::string> pieces;
+        std::vector<tsql::CatalogColumn> written;  // a row-returning statement's columns as written
+        std::vector<std::string> tables;           // the tables the translator asked for
+        unsigned long generation = 0;
+    };
+    const Translation& translated(const tsql::Statement& statement);
+    std::shared_ptr<const std::vector<tsql::Statement>> parsed(std::string_view text);
     std::string emptied(const std::string& quotedName);
     [[noreturn]] void failHidden(const std::string& quotedName, const tsql::Statement& origin);
     // Throws the server's error for a failed statement (remembering its SQLSTATE).
@@ -144,6 +153,10 @@ private:
         long long dead = 0;  // rows deleted by DELETE since the last TRUNCATE
     };
     std::map<std::string, TempTable> temps_, committedTemps_;
+
+    std::unordered_map<std::string, Translation> translations_;  // by the statement's text
+    Translation scratch_;                                         // one not kept
+    std::unordered_map<std::string, std::shared_ptr<const std::vector<tsql::Statement>>> parses_;
 };
 
 }  // namespace qx::db

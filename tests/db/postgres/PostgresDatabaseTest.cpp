@@ -519,6 +519,34 @@ TEST_F(PostgresDatabaseTest, AReusedTempTableNumbersAndHoldsItsRowsAsANewOne) {
     EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #u").rows[0][0], Value(std::int64_t{2}));
 }
 
+// A statement run again is translated again whenever what it reads may have changed: a temp
+// table dropped or made anew, a table this connection altered, a table another one created.
+TEST_F(PostgresDatabaseTest, AStatementRunAgainFollowsTheTablesItReads) {
+    db_->execute("INSERT INTO Items (ItemNo, Name, Qty) VALUES ('A1', 'Coat', 3)");
+    const std::string count = "SELECT COUNT(*) AS n FROM #c";
+    db_->execute("SELECT ItemNo, Qty INTO #c FROM Items");
+    EXPECT_EQ(db_->open(count).rows[0][0], Value(std::int64_t{1}));
+    EXPECT_EQ(db_->open(count).rows[0][0], Value(std::int64_t{1}));
+    db_->execute("DROP TABLE #c");
+    EXPECT_EQ(errorOf(count), "Invalid object name '#c'.");
+    db_->execute("SELECT Name INTO #c FROM Items");
+    const auto all = db_->open("SELECT * FROM #c");
+    EXPECT_EQ(all.columns.size(), 1u);
+    EXPECT_EQ(db_->open(count).rows[0][0], Value(std::int64_t{1}));
+    db_->execute("DROP TABLE #c; CREATE TABLE #c (a int, b int, c int)");
+    EXPECT_EQ(db_->open("SELECT * FROM #c").columns.size(), 3u) << "the same text, another table";
+
+    const std::string star = "SELECT * FROM Items";
+    EXPECT_EQ(db_->open(star).columns.size(), 5u);
+    dynamic_cast<qx::db::PostgresDatabase&>(*db_).runNative("ALTER TABLE items ADD colour VARCHAR(10) COLLATE qx");
+    EXPECT_EQ(db_->open(star).columns.size(), 6u);
+
+    const std::string later = "SELECT COUNT(*) FROM Later";
+    EXPECT_NE(errorOf(later), "no error");
+    connect()->execute("CREATE TABLE Later (n int); INSERT INTO Later VALUES (1)");
+    EXPECT_EQ(db_->open(later).rows[0][0], Value(std::int64_t{1})) << "made by another connection meanwhile";
+}
+
 // The statements of a batch travel together; each failure and each result set still belongs to
 // its own statement.
 TEST_F(PostgresDatabaseTest, StatementsSentTogetherKeepTheirOwnResultsAndErrors) {
