@@ -180,16 +180,21 @@ TEST(SkuCompletionUpgrade, AShopFileWithTheCurrentMarkIsNotLookedAt) {
     EXPECT_EQ(count(*db, "d1801", "WL_ID='K107'"), 0);
 }
 
+// A new small shop on the test server, its SKU completion triggers dropped.
+void dropCompletion(db::PostgresDatabase& shop) {
+    shop.createShop();
+    seedSmallShop(shop);
+    for (const auto& completion : db::posting::skuCompletions())
+        shop.runNative("DROP TRIGGER " + completion.triggerName + " ON " + completion.lineTable);
+}
+
 TEST(SkuCompletionUpgrade, AnOlderShopOnAServerGetsTheTriggersAndTheRowsItsLinesLack) {
     auto* server = test::PostgresServer::instance();
     if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
     const std::string uri = server->freshDatabase();
     {
         db::PostgresDatabase old(uri);
-        old.createShop();
-        seedSmallShop(old);
-        for (const auto& completion : db::posting::skuCompletions())
-            old.runNative("DROP TRIGGER " + completion.triggerName + " ON " + completion.lineTable);
+        dropCompletion(old);
         old.runNative("CREATE OR REPLACE VIEW qx_schema_version AS SELECT 1 AS version");
         old.execute(linesWithoutSkuRows());
         ASSERT_EQ(count(old, "d1801", "WL_ID='K107'"), 0);
@@ -205,10 +210,7 @@ TEST(SkuCompletionUpgrade, AShopOnAServerWithTheCurrentMarkIsNotLookedAt) {
     const std::string uri = server->freshDatabase();
     {
         db::PostgresDatabase shop(uri);
-        shop.createShop();
-        seedSmallShop(shop);
-        for (const auto& completion : db::posting::skuCompletions())
-            shop.runNative("DROP TRIGGER " + completion.triggerName + " ON " + completion.lineTable);
+        dropCompletion(shop);
     }
     auto db = db::openDatabase(uri);
     auto& onServer = dynamic_cast<db::PostgresDatabase&>(*db);
