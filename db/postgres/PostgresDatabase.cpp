@@ -10,6 +10,7 @@
 
 #include <libpq-fe.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cctype>
 #include <cstdio>
@@ -291,6 +292,11 @@ PostgresDatabase::PostgresDatabase(const std::string& connection) : location_(co
 void PostgresDatabase::configureSession() {
     runNative("SET client_min_messages = warning");
     runNative("SET datestyle = 'ISO, MDY'");  // '08/30/2006' is August 30th, as SQL Server reads it
+    // A procedure's row source (a cross-tab's, tens of thousands of document lines) is read whole:
+    // at the planner's default cost of a row passed on by a parallel worker (0.1) such a query runs
+    // in one process, at 0.02 with the server's workers (measured: the annual purchases' source
+    // 384-433 ms alone, 240-250 ms with two workers, as fast as the hand-written aggregate).
+    runNative("SET parallel_tuple_cost = 0.02");
 }
 
 // A connection the server or the network dropped is opened again before the next batch (the
@@ -436,6 +442,7 @@ void PostgresDatabase::queue(std::string sql, std::shared_ptr<const tsql::Statem
 // failure; the transaction is then rolled back by the caller. Every piece is one command, so the
 // n-th result is the n-th piece's.
 void PostgresDatabase::flush(bool commit) {
+    sendBufferedRows();
     std::size_t sent = 0;
     for (const auto& piece : pending_) sent += piece.sql.empty() ? 0 : 1;
     if (sent == 0 && (!commit || beginPending_)) {
@@ -721,6 +728,7 @@ void PostgresDatabase::noteSchemaChange(const std::string& sql) {
 void PostgresDatabase::rollback() {
     beginPending_ = false;
     pending_.clear();
+    buffered_ = {};
     if (PQstatus(conn_) == CONNECTION_OK && PQtransactionStatus(conn_) != PQTRANS_IDLE) Result done{PQexec(conn_, "ROLLBACK")};
     cacheOf(catalog_).forget();  // tables made in the transaction are gone, dropped ones back
     temps_ = committedTemps_;
@@ -1002,6 +1010,19 @@ public:
         std::string head = first == std::string::npos ? std::string() : sql_.substr(first, 6);
         for (auto& c : head) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
         query_ = head == "SELECT" || head.rfind("WITH", 0) == 0;
+        // INSERT INTO t VALUES (…) with its values all bound: rows are gathered and sent many at a time
+        std::string upper = sql_;
+        for (auto& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        const auto values = upper.rfind(" VALUES (");
+        if (upper.rfind("INSERT INTO ", 0) == 0 && values != std::string::npos && upper.back() == ')' &&
+            sql_.find('$') > values && upper.find("SELECT", values) == std::string::npos && upper.find("RETURNING") == std::string::npos &&
+            upper.find(" ON CONFLICT") == std::string::npos) {
+            head_ = sql_.substr(0, values + 8);
+            tuple_ = sql_.substr(values + 8);
+            for (std::size_t at = tuple_.find('$'); at != std::string::npos; at = tuple_.find('$', at + 1))
+                params_ = std::max(params_, std::atoi(tuple_.c_str() + at + 1));
+            batchable_ = params_ > 0 && tuple_.find('\'') == std::string::npos && tuple_.find('"') == std::string::npos;
+        }
     }
     ~PostgresStatement() override {
         finish();
@@ -1018,6 +1039,11 @@ public:
     void bindNull(int index) override { slot(index).reset(); }
 
     bool step() override {
+        if (batchable_) {
+            values_.resize(static_cast<std::size_t>(params_));
+            db_.bufferRow(sql_, head_, tuple_, params_, values_);
+            return false;
+        }
         if (!started_) {
             start();
             started_ = true;
@@ -1093,6 +1119,7 @@ private:
     }
 
     void fetch() {
+        db_.sendBufferedRows();
         clearResult();
         result_ = PQexec(db_.conn_, ("FETCH " + std::to_string(kSlice) + " FROM " + name_).c_str());
         if (PQresultStatus(result_) != PGRES_TUPLES_OK) {
@@ -1128,11 +1155,61 @@ private:
     bool started_ = false;
     bool open_ = false;
     bool exhausted_ = false;
+    bool batchable_ = false;
+    std::string head_, tuple_;  // a batchable INSERT: "INSERT INTO t VALUES " and "($1, $2)"
+    int params_ = 0;
     std::vector<std::optional<std::string>> values_;
     PGresult* result_ = nullptr;
     int rows_ = 0;
     int row_ = -1;
 };
+
+// A procedure's rows for one INSERT … VALUES statement wait here and go as one multi-row INSERT
+// (a cross-tab writes thousands of rows, each its own round trip otherwise) before anything else
+// reaches the server: another statement, a query, the batch's queue, its COMMIT. Rows of another
+// statement send those waiting first, so the server sees every row in the order written. A
+// failing row fails the batch there, with the statement's text.
+void PostgresDatabase::bufferRow(const std::string& sql, const std::string& head, const std::string& tuple, int params,
+                                 const std::vector<std::optional<std::string>>& values) {
+    constexpr std::size_t kAtMost = 30000;  // values per statement (the protocol allows 65,535)
+    if (buffered_.rows > 0 && buffered_.sql != sql) sendBufferedRows();
+    if (beginPending_ || !pending_.empty()) openTransaction();
+    if (buffered_.rows == 0) {
+        buffered_.sql = sql;
+        buffered_.head = head;
+        buffered_.tuple = tuple;
+        buffered_.params = params;
+    }
+    buffered_.values.insert(buffered_.values.end(), values.begin(), values.end());
+    ++buffered_.rows;
+    if (buffered_.values.size() + static_cast<std::size_t>(params) > kAtMost) sendBufferedRows();
+}
+
+void PostgresDatabase::sendBufferedRows() {
+    if (buffered_.rows == 0) return;
+    const BufferedRows rows = std::move(buffered_);
+    buffered_ = {};
+    std::string text = rows.head;
+    for (int r = 0; r < rows.rows; ++r) {
+        if (r) text += ", ";
+        // the row's placeholders numbered after the rows before it
+        for (std::size_t i = 0; i < rows.tuple.size(); ++i) {
+            if (rows.tuple[i] != '$') {
+                text += rows.tuple[i];
+                continue;
+            }
+            std::size_t end = i + 1;
+            while (end < rows.tuple.size() && std::isdigit(static_cast<unsigned char>(rows.tuple[end]))) ++end;
+            text += '$' + std::to_string(std::atoi(rows.tuple.c_str() + i + 1) + r * rows.params);
+            i = end - 1;
+        }
+    }
+    std::vector<const char*> values;
+    values.reserve(rows.values.size());
+    for (const auto& v : rows.values) values.push_back(v ? v->c_str() : nullptr);
+    Result result{PQexecParams(conn_, text.c_str(), static_cast<int>(values.size()), nullptr, values.data(), nullptr, nullptr, 0)};
+    if (PQresultStatus(result.r) != PGRES_COMMAND_OK) fail(result.r, rows.sql, nullptr);
+}
 
 std::unique_ptr<procedures::NativeStatement> PostgresDatabase::prepareNative(const std::string& sql) {
     return std::make_unique<PostgresStatement>(*this, sql);

@@ -4,6 +4,7 @@
 // transaction. Use an object from one thread.
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -141,6 +142,18 @@ private:
         std::string countFor;                    // a temp table whose rows it changes
     };
     std::vector<Pending> pending_;
+
+    // A procedure's rows for one INSERT … VALUES statement, waiting to go as one statement.
+    struct BufferedRows {
+        std::string sql, head, tuple;
+        int params = 0;
+        int rows = 0;
+        std::vector<std::optional<std::string>> values;  // params per row, row after row
+    };
+    BufferedRows buffered_;
+    void bufferRow(const std::string& sql, const std::string& head, const std::string& tuple, int params,
+                   const std::vector<std::optional<std::string>>& values);
+    void sendBufferedRows();
     ResultSet* produced_ = nullptr;  // where the result set of the running statements goes
 
     // The connection's temp tables made from a known definition. A DROP keeps such a table,

@@ -547,6 +547,59 @@ TEST_F(PostgresDatabaseTest, AStatementRunAgainFollowsTheTablesItReads) {
     EXPECT_EQ(db_->open(later).rows[0][0], Value(std::int64_t{1})) << "made by another connection meanwhile";
 }
 
+// A procedure's INSERT … VALUES rows go to the server many at a time, in the order written, before
+// anything else reaches it; a row the server refuses fails there with the statement's text.
+TEST_F(PostgresDatabaseTest, AProceduresInsertedRowsArriveInOrderBeforeAnythingElse) {
+    auto& server = dynamic_cast<qx::db::PostgresDatabase&>(*db_);
+    server.runNative("CREATE TABLE written (id SERIAL PRIMARY KEY, tag TEXT NOT NULL, n INTEGER, x DOUBLE PRECISION)");
+    server.runNative("BEGIN");  // a procedure runs inside its batch's transaction
+    auto a = server.prepareNative("INSERT INTO written (tag, n, x) VALUES (?1, ?2, ?3)");
+    auto b = server.prepareNative("INSERT INTO written (tag, n) VALUES ('b', ?1)");
+    for (int i = 0; i < 25000; ++i) {  // more values than one statement takes
+        a->bind(1, std::string_view(i % 2 ? "odd's" : "even"));
+        a->bind(2, std::int64_t{i});
+        a->bind(3, i * 0.5);
+        EXPECT_FALSE(a->step());
+        a->reset(false);
+    }
+    a->bindNull(1);
+    a->reset(false);
+    b->bind(1, std::int64_t{-1});
+    b->step();
+    b->reset(false);
+    a->bind(1, std::string_view("last"));
+    a->bindNull(2);
+    a->bind(3, 1.25);
+    a->step();
+    auto read = server.prepareNative("SELECT count(*), sum(n), sum(x) FROM written");
+    ASSERT_TRUE(read->step()) << "a query sees every row written before it";
+    EXPECT_EQ(read->integer(0), 25002);
+    EXPECT_EQ(read->integer(1), 25000LL * 24999 / 2 - 1);
+    EXPECT_DOUBLE_EQ(read->real(2), 25000.0 * 24999 / 4 + 1.25);
+    const auto order = server.runNative("SELECT tag, n FROM written WHERE id > 24999 ORDER BY id").rows;
+    ASSERT_EQ(order.size(), 3u);
+    EXPECT_EQ(text(order[0][0]), "odd's");
+    EXPECT_EQ(text(order[1][0]), "b");
+    EXPECT_EQ(text(order[2][0]), "last");
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(order[2][1]));
+    read.reset();
+    server.runNative("COMMIT");
+    // a refused row: the next thing sent to the server fails with the insert's text
+    server.runNative("BEGIN");
+    a->reset(false);
+    a->bindNull(1);
+    a->step();
+    try {
+        server.runNative("SELECT 1");
+        FAIL() << "no error";
+    } catch (const qx::db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find("null value"), std::string::npos) << e.what();
+        EXPECT_NE(e.statement().find("INSERT INTO written (tag, n, x)"), std::string::npos) << e.statement();
+    }
+    server.runNative("ROLLBACK");
+    EXPECT_EQ(server.runNative("SELECT count(*) FROM written").rows[0][0], Value(std::int64_t{25002}));
+}
+
 // The statements of a batch travel together; each failure and each result set still belongs to
 // its own statement.
 TEST_F(PostgresDatabaseTest, StatementsSentTogetherKeepTheirOwnResultsAndErrors) {
