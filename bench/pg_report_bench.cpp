@@ -147,7 +147,7 @@ std::vector<Case> cases() {
                        "= w.col_id GROUP BY st.k_id, c.col_id, st.m_id, st.pfj, c.col_name, p.pp_name, st.wl_name, st.dw_name, st.dj "
                        "HAVING SUM(" + k + ") > 0 ORDER BY st.k_id, c.col_id"});
     // the cross-tabs: the procedure pivots what its query gives; written by hand, the query's
-    // figures summed per row key and column key
+    // figures summed per row key and column key (283 with each style's stock, as the report shows)
     const std::string year = " h.bdate >= '2026-01-01' AND h.bdate < '2026-03-19'";
     const std::string month = " h.bdate >= '2026-03-01' AND h.bdate < '2026-04-01'";
     const std::string days = " h.bdate >= '2026-02-15' AND h.bdate < '2026-03-19'";
@@ -179,8 +179,9 @@ std::vector<Case> cases() {
                        " AS q FROM d8201 h JOIN d8201a l ON l.noid = h.noid WHERE" + days + " UNION ALL SELECT l.k_id, h.bdate::date, -" +
                        q + " FROM d8202 h JOIN d8202a l ON l.noid = h.noid WHERE" + days + " UNION ALL SELECT w.k_id, h.bdate::date, " +
                        q + " FROM d712 h JOIN d712a l ON l.noid = h.noid JOIN d1801 w ON w.wl_id = l.wl_id WHERE" + days +
-                       ") x JOIN d1800 st ON st.k_id = x.k_id WHERE x.k_id IN (SELECT s.k_id FROM d1801 s JOIN d1802 k ON k.wl_id = "
-                       "s.wl_id) GROUP BY 1, 2",
+                       ") x JOIN (SELECT s.k_id, SUM(k.k0 + k.k1 + k.k2 + k.k3 + k.k4 + k.k5 + k.k6 + k.k7 + k.k8 + k.k9) AS kc FROM "
+                       "d1802 k JOIN d1801 s ON s.wl_id = k.wl_id GROUP BY s.k_id) c ON c.k_id = x.k_id JOIN d1800 st ON st.k_id = x.k_id "
+                       "GROUP BY x.k_id, st.wl_name, st.dw_name, c.kc, x.d",
                    true, ""});
     return out;
 }
