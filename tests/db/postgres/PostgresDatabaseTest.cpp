@@ -513,6 +513,16 @@ TEST_F(PostgresDatabaseTest, AReusedTempTableNumbersAndHoldsItsRowsAsANewOne) {
                               .rows;
         EXPECT_EQ(rows.at(0).at(0), Value(std::int64_t{400 * (10 + run)})) << "run " << run;
     }
+    // a table that held many rows is dropped for real, not kept
+    std::string more;
+    for (int i = 20; i < 50; ++i) more += "INSERT INTO Items (ItemNo, Qty) VALUES ('I" + std::to_string(i) + "', 1);";
+    db_->execute(more);
+    db_->execute("SELECT a.ItemNo INTO #huge FROM Items a, Items b, Items c");  // 125,000 rows
+    const long long huge = tempOid(*db_, "#huge");
+    db_->execute("DROP TABLE #huge");
+    EXPECT_EQ(tempOid(*db_, "#huge"), 0) << "no longer on the server";
+    EXPECT_EQ(db_->open("SELECT a.ItemNo INTO #huge FROM Items a WHERE 1 = 0; SELECT COUNT(*) FROM #huge").rows[0][0], Value(std::int64_t{0}));
+    EXPECT_NE(tempOid(*db_, "#huge"), huge);
     // a table changed after it was made (an index) is not taken for a new one
     db_->execute("SELECT ItemNo INTO #u FROM Items WHERE 1 = 0; CREATE UNIQUE INDEX u_item ON #u (ItemNo); DROP TABLE #u");
     db_->execute("SELECT ItemNo INTO #u FROM Items WHERE 1 = 0; INSERT INTO #u VALUES ('same'); INSERT INTO #u VALUES ('same')");
