@@ -313,6 +313,8 @@ void PostgresDatabase::reconnectIfLost() {
     cacheOf(catalog_).forget();
     temps_.clear();  // the server dropped them with the old connection
     committedTemps_.clear();
+    prepared_.clear();
+    seen_.clear();
     configureSession();
 }
 
@@ -506,6 +508,7 @@ void PostgresDatabase::flush(bool commit) {
         const PGresult* result = aligned ? results[at++].r : nullptr;
         if (!piece.countFor.empty() && result)
             if (auto temp = temps_.find(piece.countFor); temp != temps_.end()) temp->second.rows += std::atoll(PQcmdTuples(const_cast<PGresult*>(result)));
+        if (!piece.prepares.empty() && result) prepared_[piece.preparedSql] = piece.prepares;
         if (!piece.rows || !produced_) continue;
         if (!result)  // not one result per piece: the last result with rows
             for (auto r = results.rbegin(); r != results.rend() && !result; ++r)
@@ -711,8 +714,34 @@ void PostgresDatabase::runStatement(const tsql::Statement& statement) {
     for (std::size_t i = 0; i < sqls.size(); ++i) {
         noteSchemaChange(sqls[i]);
         const bool last = i + 1 == sqls.size();
+        if (last && statement.returnsRows && startsWith(sqls[i], "SELECT")) sqls[i] = executed(sqls[i], origin);
         queue(std::move(sqls[i]), origin, last && statement.returnsRows, last ? std::move(written) : std::vector<tsql::CatalogColumn>{});
     }
+}
+
+// A query the connection has run before is planned once: prepared on the server (PREPARE, in the
+// same text as its first EXECUTE) the second time it comes, executed by name from then on. The
+// server plans a report's statements anew on every run otherwise (2 ms of a 3 ms report). A
+// schema change of the connection, a rollback or a reconnection starts afresh (DEALLOCATE ALL):
+// a prepared query must not meet a table whose columns changed under it. At most a few hundred.
+std::string PostgresDatabase::executed(const std::string& sql, const std::shared_ptr<const tsql::Statement>& origin) {
+    constexpr std::size_t kAtMost = 200;
+    const unsigned long generation = cacheOf(catalog_).generation();
+    if (generation != preparedGeneration_) {
+        if (!prepared_.empty()) queue("DEALLOCATE ALL", nullptr, false);
+        prepared_.clear();
+        seen_.clear();
+        preparedGeneration_ = generation;
+    }
+    if (const auto known = prepared_.find(sql); known != prepared_.end()) return "EXECUTE " + known->second;
+    if (seen_.size() > 5 * kAtMost) seen_.clear();
+    if (++seen_[sql] < 2 || prepared_.size() >= kAtMost) return sql;
+    static std::atomic<long long> counter{0};
+    const std::string name = "qx_query_" + std::to_string(++counter);
+    queue("PREPARE " + name + " AS " + sql, origin, false);
+    pending_.back().prepares = name;
+    pending_.back().preparedSql = sql;
+    return "EXECUTE " + name;
 }
 
 // Forgets the kept columns a schema change may have made wrong: the one temp table it names, or
@@ -791,7 +820,8 @@ ResultSet PostgresDatabase::runBatch(std::string_view tsqlBatch, bool maintenanc
             // a name or type the kept catalog may have got wrong: once more, read afresh
             const bool stale = cacheOf(catalog_).served() && !readAfresh &&
                                (dynamic_cast<const tsql::TranslationError*>(&e) || lastState_ == "42703" || lastState_ == "42P01" ||
-                                lastState_ == "42804" || lastState_ == "42601" || lastState_ == "22P02");
+                                lastState_ == "42804" || lastState_ == "42601" || lastState_ == "22P02" ||
+                                lastState_ == "0A000");
             rollback();
             if (stale) {
                 readAfresh = true;

@@ -140,6 +140,7 @@ private:
         bool rows = false;                       // its rows are the statement's result set
         std::vector<tsql::CatalogColumn> written;  // the result's column names as the statement wrote them
         std::string countFor;                    // a temp table whose rows it changes
+        std::string prepares, preparedSql;       // PREPARE: the name it gives the query
     };
     std::vector<Pending> pending_;
 
@@ -166,6 +167,12 @@ private:
         long long dead = 0;  // rows deleted by DELETE since the last TRUNCATE
     };
     std::map<std::string, TempTable> temps_, committedTemps_;
+
+    // Queries prepared on the server, by their text, while the catalog's generation stays.
+    std::string executed(const std::string& sql, const std::shared_ptr<const tsql::Statement>& origin);
+    std::unordered_map<std::string, std::string> prepared_;
+    std::unordered_map<std::string, int> seen_;
+    unsigned long preparedGeneration_ = 0;
 
     std::unordered_map<std::string, Translation> translations_;  // by the statement's text
     Translation scratch_;                                         // one not kept

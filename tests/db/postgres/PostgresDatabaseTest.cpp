@@ -610,6 +610,35 @@ TEST_F(PostgresDatabaseTest, AProceduresInsertedRowsArriveInOrderBeforeAnythingE
     EXPECT_EQ(server.runNative("SELECT count(*) FROM written").rows[0][0], Value(std::int64_t{25002}));
 }
 
+// A query run again and again is prepared on the server once; what it reads may still change
+// under it, by this connection or another, and each run answers from the tables as they are.
+TEST_F(PostgresDatabaseTest, AQueryRunAgainAndAgainAnswersFromTheTablesAsTheyAre) {
+    db_->execute("INSERT INTO Items (ItemNo, Name, Qty) VALUES ('A1', 'Coat', 3)");
+    const std::string query = "SELECT ItemNo, Qty FROM Items ORDER BY ItemNo";
+    for (int run = 0; run < 4; ++run) {
+        db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('R" + std::to_string(run) + "', " + std::to_string(run) + ")");
+        EXPECT_EQ(db_->open(query).rows.size(), static_cast<std::size_t>(run + 2)) << "run " << run;
+    }
+    // another connection changes the column's type: the next run gives the new type
+    connect()->execute("DELETE FROM Items WHERE ItemNo LIKE 'R%'");
+    qx::db::PostgresDatabase(uri_).runNative("ALTER TABLE items ALTER COLUMN qty TYPE NUMERIC(10,2)");
+    auto after = db_->open(query);
+    ASSERT_EQ(after.rows.size(), 1u);
+    EXPECT_EQ(after.rows[0][1], Value(3.0));
+    EXPECT_EQ(db_->open(query).rows[0][1], Value(3.0));
+    // a temp table made again with another type under the same query text
+    const std::string temp = "SELECT v FROM #v";
+    for (int run = 0; run < 3; ++run) {
+        db_->execute("DROP TABLE IF EXISTS #v; CREATE TABLE #v (v int); INSERT INTO #v VALUES (7)");
+        EXPECT_EQ(db_->open(temp).rows.at(0).at(0), Value(std::int64_t{7}));
+    }
+    db_->execute("DROP TABLE #v; CREATE TABLE #v (v varchar(10)); INSERT INTO #v VALUES ('seven')");
+    EXPECT_EQ(db_->open(temp).rows.at(0).at(0), Value(std::string("seven")));
+    // a failing run between two good ones
+    EXPECT_NE(errorOf("SELECT ItemNo, Qty FROM Items ORDER BY ItemNo; SELECT * FROM Nowhere"), "no error");
+    EXPECT_EQ(db_->open(query).rows.size(), 1u);
+}
+
 // The statements of a batch travel together; each failure and each result set still belongs to
 // its own statement.
 TEST_F(PostgresDatabaseTest, StatementsSentTogetherKeepTheirOwnResultsAndErrors) {
