@@ -147,11 +147,18 @@ public:
     void forget() {
         kept_.clear();
         served_ = false;
-        ++generation_;
+        allAt_ = ++generation_;
     }
     void forget(const std::string& quotedName) {
         kept_.erase(quotedName);
-        ++generation_;
+        changedAt_[quotedName] = ++generation_;
+    }
+    // Has nothing of these tables been forgotten since that generation?
+    bool unchangedSince(unsigned long generation, const std::vector<std::string>& tables) const {
+        if (allAt_ > generation) return false;
+        for (const auto& table : tables)
+            if (const auto changed = changedAt_.find(table); changed != changedAt_.end() && changed->second > generation) return false;
+        return true;
     }
     bool served() const { return served_; }  // kept columns used since forget() or unmark()
     void unmark() { served_ = false; }
@@ -218,7 +225,8 @@ private:
     std::function<void()> beforeRead_;
     mutable std::unordered_map<std::string, std::vector<tsql::CatalogColumn>> kept_;
     mutable bool served_ = false;
-    unsigned long generation_ = 0;
+    unsigned long generation_ = 0, allAt_ = 0;
+    std::unordered_map<std::string, unsigned long> changedAt_;  // when a table was last forgotten
     std::vector<std::string>* names_ = nullptr;
     bool* missed_ = nullptr;
 };
@@ -508,7 +516,7 @@ void PostgresDatabase::flush(bool commit) {
         const PGresult* result = aligned ? results[at++].r : nullptr;
         if (!piece.countFor.empty() && result)
             if (auto temp = temps_.find(piece.countFor); temp != temps_.end()) temp->second.rows += std::atoll(PQcmdTuples(const_cast<PGresult*>(result)));
-        if (!piece.prepares.empty() && result) prepared_[piece.preparedSql] = piece.prepares;
+        if (!piece.prepares.name.empty() && result) prepared_[piece.preparedSql] = piece.prepares;
         if (!piece.rows || !produced_) continue;
         if (!result)  // not one result per piece: the last result with rows
             for (auto r = results.rbegin(); r != results.rend() && !result; ++r)
@@ -651,7 +659,7 @@ const PostgresDatabase::Translation& PostgresDatabase::translated(const tsql::St
     auto& catalog = cacheOf(catalog_);
     if (const auto kept = translations_.find(statement.text); kept != translations_.end()) {
         const Translation& t = kept->second;
-        bool holds = t.generation == catalog.generation();
+        bool holds = catalog.unchangedSince(t.generation, t.tables);
         for (const auto& name : t.tables) holds = holds && !hiddenTemp(name);
         if (holds) {
             catalog.markServed();
@@ -714,7 +722,7 @@ void PostgresDatabase::runStatement(const tsql::Statement& statement) {
     for (std::size_t i = 0; i < sqls.size(); ++i) {
         noteSchemaChange(sqls[i]);
         const bool last = i + 1 == sqls.size();
-        if (last && statement.returnsRows && startsWith(sqls[i], "SELECT")) sqls[i] = executed(sqls[i], origin);
+        if (last && statement.returnsRows && startsWith(sqls[i], "SELECT")) sqls[i] = executed(sqls[i], translation.tables, origin);
         queue(std::move(sqls[i]), origin, last && statement.returnsRows, last ? std::move(written) : std::vector<tsql::CatalogColumn>{});
     }
 }
@@ -722,24 +730,28 @@ void PostgresDatabase::runStatement(const tsql::Statement& statement) {
 // A query the connection has run before is planned once: prepared on the server (PREPARE, in the
 // same text as its first EXECUTE) the second time it comes, executed by name from then on. The
 // server plans a report's statements anew on every run otherwise (2 ms of a 3 ms report). A
-// schema change of the connection, a rollback or a reconnection starts afresh (DEALLOCATE ALL):
-// a prepared query must not meet a table whose columns changed under it. At most a few hundred.
-std::string PostgresDatabase::executed(const std::string& sql, const std::shared_ptr<const tsql::Statement>& origin) {
+// prepared query whose tables this connection changed (or after a rollback or a reconnection) is
+// deallocated and prepared again: it must not meet a table whose columns changed under it.
+std::string PostgresDatabase::executed(const std::string& sql, const std::vector<std::string>& tables,
+                                       const std::shared_ptr<const tsql::Statement>& origin) {
     constexpr std::size_t kAtMost = 200;
-    const unsigned long generation = cacheOf(catalog_).generation();
-    if (generation != preparedGeneration_) {
-        if (!prepared_.empty()) queue("DEALLOCATE ALL", nullptr, false);
-        prepared_.clear();
+    auto& catalog = cacheOf(catalog_);
+    if (const auto known = prepared_.find(sql); known != prepared_.end()) {
+        if (catalog.unchangedSince(known->second.generation, known->second.tables)) return "EXECUTE " + known->second.name;
+        queue("DEALLOCATE " + known->second.name, nullptr, false);
+        prepared_.erase(known);
+    } else if (seen_.size() > 5 * kAtMost) {
         seen_.clear();
-        preparedGeneration_ = generation;
     }
-    if (const auto known = prepared_.find(sql); known != prepared_.end()) return "EXECUTE " + known->second;
-    if (seen_.size() > 5 * kAtMost) seen_.clear();
-    if (++seen_[sql] < 2 || prepared_.size() >= kAtMost) return sql;
+    if (++seen_[sql] < 2) return sql;
+    if (prepared_.size() >= kAtMost) {
+        queue("DEALLOCATE ALL", nullptr, false);
+        prepared_.clear();
+    }
     static std::atomic<long long> counter{0};
     const std::string name = "qx_query_" + std::to_string(++counter);
     queue("PREPARE " + name + " AS " + sql, origin, false);
-    pending_.back().prepares = name;
+    pending_.back().prepares = Prepared{name, tables, catalog.generation()};
     pending_.back().preparedSql = sql;
     return "EXECUTE " + name;
 }

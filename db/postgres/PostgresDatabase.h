@@ -140,7 +140,12 @@ private:
         bool rows = false;                       // its rows are the statement's result set
         std::vector<tsql::CatalogColumn> written;  // the result's column names as the statement wrote them
         std::string countFor;                    // a temp table whose rows it changes
-        std::string prepares, preparedSql;       // PREPARE: the name it gives the query
+        struct {
+            std::string name;
+            std::vector<std::string> tables;
+            unsigned long generation = 0;
+        } prepares;              // PREPARE: the name it gives the query, what the query reads
+        std::string preparedSql;
     };
     std::vector<Pending> pending_;
 
@@ -168,11 +173,11 @@ private:
     };
     std::map<std::string, TempTable> temps_, committedTemps_;
 
-    // Queries prepared on the server, by their text, while the catalog's generation stays.
-    std::string executed(const std::string& sql, const std::shared_ptr<const tsql::Statement>& origin);
-    std::unordered_map<std::string, std::string> prepared_;
+    // Queries prepared on the server, by their text, while the tables they read stay as they were.
+    std::string executed(const std::string& sql, const std::vector<std::string>& tables, const std::shared_ptr<const tsql::Statement>& origin);
+    using Prepared = decltype(Pending::prepares);
+    std::unordered_map<std::string, Prepared> prepared_;
     std::unordered_map<std::string, int> seen_;
-    unsigned long preparedGeneration_ = 0;
 
     std::unordered_map<std::string, Translation> translations_;  // by the statement's text
     Translation scratch_;                                         // one not kept
