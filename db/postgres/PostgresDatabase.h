@@ -2,9 +2,12 @@
 // The PostgreSQL engine: one libpq connection per object, T-SQL batches translated statement by
 // statement (db/tsql with the PostgreSQL dialect) against the live catalog, every batch one
 // transaction. Use an object from one thread.
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "db/Database.h"
@@ -52,19 +55,14 @@ public:
     // Does the database hold a shop (its tables and the posting triggers)?
     bool hasShop();
 
-    // Brings a shop made by an earlier build up to this one, in one transaction: the triggers
-    // that complete the SKU row of every document line inserted, and the SKU rows its existing
-    // lines lack. Nothing when the shop has them.
-    void upgradeShop();
-
     // The shop's schema version mark (the view qx_schema_version), 0 when it has none.
     int schemaVersion();
 
     // What opening a shop does with its mark: a newer one than this build's is refused (nothing
     // changes); none or an older one has the generated views, posting triggers and guards and the
     // closing snapshots' trigger functions dropped and made again from their sources, the SKU
-    // completion added as upgradeShop() does, and the current mark set, in one transaction; tables
-    // and rows stay. With the current mark, upgradeShop().
+    // completion triggers added with the SKU rows the existing lines lack, and the current mark
+    // set, in one transaction; tables and rows stay. The current mark: nothing is looked at.
     void openShop();
 
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
@@ -75,7 +73,7 @@ public:
 
     // What the procedures behind EXEC see of the connection (db/procedures/Session.h): the
     // running batch's transaction; statements with bound values read through a cursor.
-    ResultSet runWithinTransaction(std::string_view tsqlBatch) override { return runStatements(tsqlBatch, false); }
+    ResultSet runWithinTransaction(std::string_view tsqlBatch) override { return runStatements(tsqlBatch); }
     void executeNative(const std::string& sql) override { runNative(sql); }
     const procedures::Dialect& dialect() const override { return procedures::postgresDialect(); }
     bool setGuardsOff(bool off) override;
@@ -95,10 +93,30 @@ private:
     void reconnectIfLost();
     void rollback();
     ResultSet runBatch(std::string_view tsqlBatch, bool maintenance = false);
-    ResultSet runStatements(std::string_view tsqlBatch, bool commitAfter);
-    ResultSet runStatement(const tsql::Statement& statement, bool& produced, bool last);
-    ResultSet runSql(const std::string& sql, const tsql::Statement* origin, bool commitAfter);
+    // The statements of a T-SQL text inside the running transaction, sent before it returns; the
+    // last result set produced.
+    ResultSet runStatements(std::string_view tsqlBatch);
+    // Translates one statement and queues what it becomes (a procedure runs at once).
+    void runStatement(const tsql::Statement& statement);
+    ResultSet runSql(const std::string& sql, const tsql::Statement* origin);
     void openTransaction();
+    // Sends the queued statements in one round trip (with the batch's BEGIN when it has not gone
+    // yet, and with COMMIT when commit is set).
+    void flush(bool commit);
+    void queue(std::string sql, std::shared_ptr<const tsql::Statement> origin, bool rows, std::vector<tsql::CatalogColumn> written = {});
+    // The statement's pieces with the connection's kept temp tables reused (see README).
+    std::vector<std::string> reuseTempTables(std::vector<std::string> pieces, const tsql::Statement& origin);
+    bool hiddenTemp(const std::string& quotedName) const;
+    struct Translation {
+        std::vector<std::string> pieces;
+        std::vector<tsql::CatalogColumn> written;  // a row-returning statement's columns as written
+        std::vector<std::string> tables;           // the tables the translator asked for
+        unsigned long generation = 0;
+    };
+    const Translation& translated(const tsql::Statement& statement);
+    std::shared_ptr<const std::vector<tsql::Statement>> parsed(std::string_view text);
+    std::string emptied(const std::string& quotedName);
+    [[noreturn]] void failHidden(const std::string& quotedName, const tsql::Statement& origin);
     // Throws the server's error for a failed statement (remembering its SQLSTATE).
     [[noreturn]] void fail(const pg_result* result, const std::string& sql, const tsql::Statement* origin);
     // The result of what was just sent (true: it went out) once the server has answered,
@@ -120,6 +138,57 @@ private:
     bool committed_ = false;     // the batch's COMMIT went with its last statement
     bool cancelled_ = false;     // the user cancelled the statement the server is answering
     std::unique_ptr<tsql::Catalog> catalog_;
+
+    // What waits to be sent: a piece of a translated statement, or a mark that the statement
+    // (an EXEC whose text runs in place) produced a result set, empty unless a later piece has rows.
+    struct Pending {
+        std::string sql;  // empty: the mark
+        std::shared_ptr<const tsql::Statement> origin;
+        bool rows = false;                       // its rows are the statement's result set
+        std::vector<tsql::CatalogColumn> written;  // the result's column names as the statement wrote them
+        std::string countFor;                    // a temp table whose rows it changes
+        struct {
+            std::string name;
+            std::vector<std::string> tables;
+            unsigned long generation = 0;
+        } prepares;              // PREPARE: the name it gives the query, what the query reads
+        std::string preparedSql;
+    };
+    std::vector<Pending> pending_;
+
+    // A procedure's rows for one INSERT … VALUES statement, waiting to go as one statement.
+    struct BufferedRows {
+        std::string sql, head, tuple;
+        int params = 0;
+        int rows = 0;
+        std::vector<std::optional<std::string>> values;  // params per row, row after row
+    };
+    BufferedRows buffered_;
+    void bufferRow(const std::string& sql, const std::string& head, const std::string& tuple, int params,
+                   const std::vector<std::optional<std::string>>& values);
+    void sendBufferedRows();
+    ResultSet* produced_ = nullptr;  // where the result set of the running statements goes
+
+    // The connection's temp tables made from a known definition. A DROP keeps such a table,
+    // hidden (no statement can name it), and a CREATE of the same definition takes it back,
+    // emptied: no catalog work on the server for a report's #temp table run after run.
+    struct TempTable {
+        std::string definition;  // the CREATE TABLE piece
+        bool hidden = false;
+        long long rows = 0;  // rows written since it was last emptied (inserted, changed, deleted)
+        long long dead = 0;  // rows deleted by DELETE since the last TRUNCATE
+    };
+    std::map<std::string, TempTable> temps_, committedTemps_;
+
+    // Queries prepared on the server, by their text, while the tables they read stay as they were.
+    std::string executed(const std::string& sql, const std::vector<std::string>& tables, const std::shared_ptr<const tsql::Statement>& origin);
+    using Prepared = decltype(Pending::prepares);
+    std::unordered_map<std::string, Prepared> prepared_;
+    std::unordered_map<std::string, int> seen_;
+
+    std::unordered_map<std::string, Translation> translations_;  // by the statement's text
+    Translation scratch_;                                         // one not kept
+    std::unordered_map<std::string, std::shared_ptr<const std::vector<tsql::Statement>>> parses_;
 };
 
 }  // namespace qx::db

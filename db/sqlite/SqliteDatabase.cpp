@@ -184,10 +184,7 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
         } else if (version > kSchemaVersion) {
             throw Error(newerSchemaMessage(path, version));
         } else if (version < kSchemaVersion) {
-            addSkuCompletion();  // first: it also writes the SKU rows the old lines lack
             renewGeneratedObjects();
-        } else {
-            addSkuCompletion();
         }
         for (const auto& statement : procedures::closingSnapshotStatements()) runNative(statement);
     } catch (...) {
@@ -232,11 +229,13 @@ int SqliteDatabase::schemaVersion() {
 
 
 // A shop made by an earlier version: its views and triggers are dropped and made again from
-// their sources (the posting rules, the module's views), in one transaction. Tables and rows
-// stay as they are.
+// their sources (the posting rules, the module's views), and the SKU completion added where it is
+// missing, in one transaction. Tables and rows stay as they are. A shop with the current mark is
+// not looked at.
 void SqliteDatabase::renewGeneratedObjects() {
     Transaction transaction(*this, true);
     if (schemaVersion() >= kSchemaVersion) return;  // another connection renewed them meanwhile
+    addSkuCompletion();  // first: it also writes the SKU rows the old lines lack
     const auto triggers = posting::sqliteTriggerStatements();
     std::vector<std::string> views = {posting::tsqlMovementViewStatement(), posting::sqliteBalanceViewStatement()};
     for (const auto& file : viewDefinitions()) views.push_back(file.text);
@@ -268,7 +267,8 @@ void SqliteDatabase::createSchema() {
 }
 
 // A shop made before document lines completed their SKU rows gets the triggers, and the SKU rows
-// its existing lines lack, once: in one transaction with the first open by this build.
+// its existing lines lack, once: within the renewal of an older-mark shop (a savepoint of its
+// transaction).
 void SqliteDatabase::addSkuCompletion() {
     std::vector<const posting::SkuCompletion*> missing;
     for (const auto& completion : posting::skuCompletions())

@@ -3,11 +3,13 @@
 // show it and saving the document again keeps it. An existing row is never changed.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <fstream>
 #include <sstream>
 
 #include "DbTestSupport.h"
 #include "db/sqlite/PostingRules.h"
+#include "db/sqlite/Schema.h"
 #include "db/sqlite/SqliteDatabase.h"
 
 namespace qx::dbtest {
@@ -145,15 +147,45 @@ TEST(SkuCompletionUpgrade, AnOlderShopFileGetsTheTriggersAndTheRowsItsLinesLack)
         seedSmallShop(*db);
     }
     {
-        // The shop as an earlier build left it: no completion, lines whose SKUs have no row.
+        // The shop as an earlier build left it: an older mark, no completion, lines whose SKUs
+        // have no row.
         auto db = db::openSqlite(file);
         auto& sqlite = dynamic_cast<db::SqliteDatabase&>(*db);
         for (const auto& completion : db::posting::skuCompletions()) sqlite.runNative("DROP TRIGGER " + completion.triggerName);
+        sqlite.runNative("PRAGMA user_version=1");
         db->execute(linesWithoutSkuRows());
         ASSERT_EQ(count(*db, "d1801", "WL_ID='K107'"), 0);
     }
     expectUpgraded(*db::openSqlite(file));
     EXPECT_EQ(count(*db::openSqlite(file), "d1801"), 11) << "opening it again changes nothing";
+    EXPECT_EQ(integer(scalar(*db::openSqlite(file), "SELECT user_version FROM pragma_user_version")), kSchemaVersion);
+}
+
+// The mark says what a shop has: opening a shop with the current mark does not look for the
+// completion triggers (a shop without them and with that mark is no shop this program made).
+TEST(SkuCompletionUpgrade, AShopFileWithTheCurrentMarkIsNotLookedAt) {
+    TempDir dir;
+    const std::string file = dir.file("current.db");
+    {
+        auto db = db::openSqlite(file, true);
+        seedSmallShop(*db);
+        auto& sqlite = dynamic_cast<db::SqliteDatabase&>(*db);
+        for (const auto& completion : db::posting::skuCompletions()) sqlite.runNative("DROP TRIGGER " + completion.triggerName);
+    }
+    auto db = db::openSqlite(file);
+    for (const auto& completion : db::posting::skuCompletions())
+        EXPECT_EQ(integer(scalar(*db, "SELECT COUNT(*) FROM sqlite_master WHERE type='trigger' AND name='" + completion.triggerName + "'")), 0)
+            << completion.triggerName;
+    db->execute(linesWithoutSkuRows());
+    EXPECT_EQ(count(*db, "d1801", "WL_ID='K107'"), 0);
+}
+
+// A new small shop on the test server, its SKU completion triggers dropped.
+void dropCompletion(db::PostgresDatabase& shop) {
+    shop.createShop();
+    seedSmallShop(shop);
+    for (const auto& completion : db::posting::skuCompletions())
+        shop.runNative("DROP TRIGGER " + completion.triggerName + " ON " + completion.lineTable);
 }
 
 TEST(SkuCompletionUpgrade, AnOlderShopOnAServerGetsTheTriggersAndTheRowsItsLinesLack) {
@@ -162,15 +194,33 @@ TEST(SkuCompletionUpgrade, AnOlderShopOnAServerGetsTheTriggersAndTheRowsItsLines
     const std::string uri = server->freshDatabase();
     {
         db::PostgresDatabase old(uri);
-        old.createShop();
-        seedSmallShop(old);
-        for (const auto& completion : db::posting::skuCompletions())
-            old.runNative("DROP TRIGGER " + completion.triggerName + " ON " + completion.lineTable);
+        dropCompletion(old);
+        old.runNative("CREATE OR REPLACE VIEW qx_schema_version AS SELECT 1 AS version");
         old.execute(linesWithoutSkuRows());
         ASSERT_EQ(count(old, "d1801", "WL_ID='K107'"), 0);
     }
     expectUpgraded(*db::openDatabase(uri));
     EXPECT_EQ(count(*db::openDatabase(uri), "d1801"), 11) << "opening it again changes nothing";
+    EXPECT_EQ(dynamic_cast<db::PostgresDatabase&>(*db::openDatabase(uri)).schemaVersion(), kSchemaVersion);
+}
+
+TEST(SkuCompletionUpgrade, AShopOnAServerWithTheCurrentMarkIsNotLookedAt) {
+    auto* server = test::PostgresServer::instance();
+    if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+    const std::string uri = server->freshDatabase();
+    {
+        db::PostgresDatabase shop(uri);
+        dropCompletion(shop);
+    }
+    auto db = db::openDatabase(uri);
+    auto& onServer = dynamic_cast<db::PostgresDatabase&>(*db);
+    for (const auto& completion : db::posting::skuCompletions()) {
+        std::string name = completion.triggerName;
+        for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        EXPECT_TRUE(onServer.runNative("SELECT 1 FROM pg_trigger WHERE tgname = '" + name + "'").rows.empty()) << name;
+    }
+    db->execute(linesWithoutSkuRows());
+    EXPECT_EQ(count(*db, "d1801", "WL_ID='K107'"), 0);
 }
 
 // ---- the generated text ----------------------------------------------------------------------

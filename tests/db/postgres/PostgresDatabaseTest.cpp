@@ -421,6 +421,294 @@ TEST_F(PostgresDatabaseTest, AConnectionKilledMidBatchKeepsNothingAndTheNextBatc
     EXPECT_EQ(admin->open("SELECT ItemNo FROM Items").rows.at(0).at(0), Value(std::string("K3")));
 }
 
+// ---- temp tables kept for reuse: what any statement sees is a table made and dropped --------
+
+// The oid of the connection's temp table of that name (0 when there is none on the server).
+long long tempOid(qx::db::Database& db, const std::string& name) {
+    const auto rows = dynamic_cast<qx::db::PostgresDatabase&>(db)
+                          .runNative("SELECT oid::int8 FROM pg_class WHERE relname = '" + name + "' AND relpersistence = 't' AND "
+                                     "pg_table_is_visible(oid)")
+                          .rows;
+    return rows.empty() ? 0 : std::get<std::int64_t>(rows[0][0]);
+}
+
+TEST_F(PostgresDatabaseTest, ATempTableMadeAgainAfterItsDropIsEmptyAndHasItsNewColumns) {
+    db_->execute("INSERT INTO Items (ItemNo, Name, Qty) VALUES ('A1', 'Coat', 3); INSERT INTO Items (ItemNo, Name, Qty) VALUES ('A2', 'Hat', 4)");
+    const std::string report = "SELECT ItemNo, Qty INTO #t FROM Items; SELECT ItemNo AS Code, Qty FROM #t ORDER BY ItemNo; DROP TABLE #t";
+    long long oid = 0;
+    for (int run = 0; run < 5; ++run) {
+        const auto result = db_->open(report);
+        ASSERT_EQ(result.rows.size(), 2u) << "run " << run << ": the rows of this run only";
+        EXPECT_EQ(result.columns.at(0).name, "Code");
+        EXPECT_EQ(text(result.rows[1][0]), "A2");
+        EXPECT_EQ(std::get<std::int64_t>(result.rows[1][1]), 4);
+        if (run == 1) oid = tempOid(*db_, "#t");
+        if (run > 1) EXPECT_EQ(tempOid(*db_, "#t"), oid) << "the same table serves every run: no catalog work";
+    }
+    EXPECT_NE(oid, 0);
+    // made again with the same columns and no rows: empty
+    EXPECT_EQ(db_->open("SELECT ItemNo, Qty INTO #t FROM Items WHERE 1 = 0; SELECT COUNT(*) FROM #t").rows[0][0], Value(std::int64_t{0}));
+    db_->execute("DROP TABLE #t");
+    // made again with other columns: those columns, no rows
+    const auto other = db_->open("CREATE TABLE #t (Code varchar(5), Amount decimal(10,2)); SELECT * FROM #t");
+    ASSERT_EQ(other.columns.size(), 2u);
+    EXPECT_EQ(other.columns[1].name, "Amount") << "as the batch declared it";
+    EXPECT_TRUE(other.rows.empty());
+    db_->execute("INSERT INTO #t VALUES ('x', 1.5)");
+    EXPECT_EQ(db_->open("SELECT Amount FROM #t").rows.at(0).at(0), Value(1.5));
+    // SELECT … INTO over a table that is there replaces it, rows and all
+    db_->execute("SELECT Code, Amount INTO #t FROM #t WHERE 1 = 0");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #t").rows[0][0], Value(std::int64_t{0}));
+}
+
+TEST_F(PostgresDatabaseTest, ADroppedTempTableIsGoneForEveryStatement) {
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('A1', 3)");
+    db_->execute("SELECT ItemNo, Qty INTO #gone FROM Items; DROP TABLE #gone");
+    EXPECT_EQ(errorOf("SELECT * FROM #gone"), "Invalid object name '#gone'.");
+    EXPECT_EQ(errorOf("SELECT Qty FROM #GONE"), "Invalid object name '#GONE'.") << "named as written";
+    EXPECT_EQ(errorOf("INSERT INTO #gone (ItemNo, Qty) VALUES ('B', 1)"), "Invalid object name '#gone'.");
+    EXPECT_EQ(errorOf("INSERT INTO #gone VALUES ('B', 1)"), "Invalid object name '#gone'.");
+    EXPECT_EQ(errorOf("UPDATE Items SET Qty = 1 WHERE ItemNo IN (SELECT ItemNo FROM #gone)"), "Invalid object name '#gone'.");
+    EXPECT_EQ(errorOf("DELETE FROM #gone"), "Invalid object name '#gone'.");
+    EXPECT_EQ(errorOf("DROP TABLE #gone"), errorOf("DROP TABLE #gone")) << "as a table never made";
+    EXPECT_EQ(errorOf("DROP TABLE #gone"), "Invalid object name '#gone'.");
+    EXPECT_NE(errorOf("SELECT * INTO #copy FROM #gone"), "no error");
+    EXPECT_EQ(errorOf("SELECT '#gone' AS x, 'pg_temp.\"#gone\"' AS y"), "no error") << "a text that only looks like the name";
+    // within one batch, and nothing of the batch is kept
+    EXPECT_EQ(errorOf("INSERT INTO Items (ItemNo, Qty) VALUES ('A2', 1); SELECT ItemNo INTO #g2 FROM Items; DROP TABLE #g2;\n"
+                      "SELECT * FROM #g2"),
+              "Invalid object name '#g2'.");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM Items").rows[0][0], Value(std::int64_t{1}));
+    try {
+        db_->execute("SELECT ItemNo INTO #g3 FROM Items; DROP TABLE #g3\nSELECT * FROM #g3");
+        FAIL() << "no error";
+    } catch (const qx::db::Error& e) {
+        EXPECT_EQ(e.statement(), "SELECT * FROM #g3");
+        EXPECT_EQ(e.line(), 2);
+    }
+    // a statement failing before the one naming the dropped table is the one reported
+    EXPECT_EQ(errorOf("SELECT ItemNo INTO #g4 FROM Items; DROP TABLE #g4; SELECT NoSuchColumn FROM Items; SELECT * FROM #g4"),
+              "Invalid column name 'NoSuchColumn'.");
+    // DROP TABLE IF EXISTS of a dropped one is no error; the name can be made again
+    db_->execute("DROP TABLE IF EXISTS #gone");
+    db_->execute("SELECT ItemNo INTO #gone FROM Items");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #gone").rows[0][0], Value(std::int64_t{1}));
+}
+
+TEST_F(PostgresDatabaseTest, AFailingBatchLeavesTheTempTablesAsTheyWereBeforeIt) {
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('A1', 3); INSERT INTO Items (ItemNo, Qty) VALUES ('A2', 4)");
+    db_->execute("SELECT ItemNo, Qty INTO #k FROM Items");
+    // dropped by a batch that then fails: still there, with its rows
+    EXPECT_NE(errorOf("DROP TABLE #k; SELECT * FROM Nowhere"), "no error");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #k").rows[0][0], Value(std::int64_t{2}));
+    // emptied and refilled by a batch that then fails: its rows as before
+    EXPECT_NE(errorOf("SELECT ItemNo, Qty INTO #k FROM Items WHERE ItemNo = 'A1'; SELECT * FROM Nowhere"), "no error");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #k").rows[0][0], Value(std::int64_t{2}));
+    db_->execute("DROP TABLE #k");
+    // made again by a batch that then fails: still gone
+    EXPECT_NE(errorOf("SELECT ItemNo, Qty INTO #k FROM Items; INSERT INTO #k VALUES ('A9', 9); SELECT * FROM Nowhere"), "no error");
+    EXPECT_EQ(errorOf("SELECT * FROM #k"), "Invalid object name '#k'.");
+    // and once more for good: only this batch's rows
+    db_->execute("SELECT ItemNo, Qty INTO #k FROM Items WHERE ItemNo = 'A2'");
+    const auto rows = db_->open("SELECT ItemNo FROM #k").rows;
+    ASSERT_EQ(rows.size(), 1u);
+    EXPECT_EQ(text(rows[0][0]), "A2");
+}
+
+TEST_F(PostgresDatabaseTest, KeptTempTablesArePrivateToTheirConnection) {
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('A1', 3)");
+    auto other = connect();
+    db_->execute("SELECT ItemNo, Qty INTO #p FROM Items; DROP TABLE #p");  // kept, hidden, on this connection
+    EXPECT_EQ(other->open("SELECT ItemNo, Qty INTO #p FROM Items WHERE 1 = 0; SELECT COUNT(*) FROM #p").rows[0][0],
+              Value(std::int64_t{0}));
+    db_->execute("SELECT ItemNo, Qty INTO #p FROM Items");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #p").rows[0][0], Value(std::int64_t{1}));
+    EXPECT_EQ(other->open("SELECT COUNT(*) FROM #p").rows[0][0], Value(std::int64_t{0})) << "each its own";
+    other->execute("DROP TABLE #p; CREATE TABLE #p (Other int)");
+    EXPECT_EQ(db_->open("SELECT * FROM #p").columns.size(), 2u);
+    EXPECT_EQ(other->open("SELECT * FROM #p").columns.size(), 1u);
+    // a fresh connection sees none of them
+    EXPECT_EQ(qx::db::openPostgres(uri_)->open("SELECT 1 AS one").rows.size(), 1u);
+    EXPECT_NE([&] {
+        try {
+            qx::db::openPostgres(uri_)->open("SELECT * FROM #p");
+        } catch (const qx::db::Error& e) {
+            return std::string(e.what());
+        }
+        return std::string("no error");
+    }(),
+              "no error");
+}
+
+TEST_F(PostgresDatabaseTest, AReusedTempTableNumbersAndHoldsItsRowsAsANewOne) {
+    for (int i = 0; i < 20; ++i) db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('I" + std::to_string(i) + "', " + std::to_string(i) + ")");
+    // an IDENTITY column numbers from its seed every time the table is made
+    for (int run = 0; run < 3; ++run) {
+        const auto rows = db_->open("SELECT IDENTITY(int, 1, 1) AS n, ItemNo INTO #i FROM Items ORDER BY ItemNo; SELECT MIN(n), MAX(n) FROM #i; DROP TABLE #i").rows;
+        EXPECT_EQ(rows.at(0).at(0), Value(std::int64_t{1})) << "run " << run;
+        EXPECT_EQ(rows.at(0).at(1), Value(std::int64_t{20}));
+    }
+    // many rows through a kept table, run after run: each run counts its own
+    for (int run = 0; run < 4; ++run) {
+        const auto rows = db_->open("SELECT a.ItemNo, b.Qty INTO #big FROM Items a, Items b, Items c WHERE c.Qty < " +
+                                    std::to_string(10 + run) + "; SELECT COUNT(*) FROM #big; DROP TABLE #big")
+                              .rows;
+        EXPECT_EQ(rows.at(0).at(0), Value(std::int64_t{400 * (10 + run)})) << "run " << run;
+    }
+    // a table that held many rows is dropped for real, not kept
+    std::string more;
+    for (int i = 20; i < 50; ++i) more += "INSERT INTO Items (ItemNo, Qty) VALUES ('I" + std::to_string(i) + "', 1);";
+    db_->execute(more);
+    db_->execute("SELECT a.ItemNo INTO #huge FROM Items a, Items b, Items c");  // 125,000 rows
+    const long long huge = tempOid(*db_, "#huge");
+    db_->execute("DROP TABLE #huge");
+    EXPECT_EQ(tempOid(*db_, "#huge"), 0) << "no longer on the server";
+    EXPECT_EQ(db_->open("SELECT a.ItemNo INTO #huge FROM Items a WHERE 1 = 0; SELECT COUNT(*) FROM #huge").rows[0][0], Value(std::int64_t{0}));
+    EXPECT_NE(tempOid(*db_, "#huge"), huge);
+    // a table changed after it was made (an index) is not taken for a new one
+    db_->execute("SELECT ItemNo INTO #u FROM Items WHERE 1 = 0; CREATE UNIQUE INDEX u_item ON #u (ItemNo); DROP TABLE #u");
+    db_->execute("SELECT ItemNo INTO #u FROM Items WHERE 1 = 0; INSERT INTO #u VALUES ('same'); INSERT INTO #u VALUES ('same')");
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM #u").rows[0][0], Value(std::int64_t{2}));
+}
+
+// A statement run again is translated again whenever what it reads may have changed: a temp
+// table dropped or made anew, a table this connection altered, a table another one created.
+TEST_F(PostgresDatabaseTest, AStatementRunAgainFollowsTheTablesItReads) {
+    db_->execute("INSERT INTO Items (ItemNo, Name, Qty) VALUES ('A1', 'Coat', 3)");
+    const std::string count = "SELECT COUNT(*) AS n FROM #c";
+    db_->execute("SELECT ItemNo, Qty INTO #c FROM Items");
+    EXPECT_EQ(db_->open(count).rows[0][0], Value(std::int64_t{1}));
+    EXPECT_EQ(db_->open(count).rows[0][0], Value(std::int64_t{1}));
+    db_->execute("DROP TABLE #c");
+    EXPECT_EQ(errorOf(count), "Invalid object name '#c'.");
+    db_->execute("SELECT Name INTO #c FROM Items");
+    const auto all = db_->open("SELECT * FROM #c");
+    EXPECT_EQ(all.columns.size(), 1u);
+    EXPECT_EQ(db_->open(count).rows[0][0], Value(std::int64_t{1}));
+    db_->execute("DROP TABLE #c; CREATE TABLE #c (a int, b int, c int)");
+    EXPECT_EQ(db_->open("SELECT * FROM #c").columns.size(), 3u) << "the same text, another table";
+
+    const std::string star = "SELECT * FROM Items";
+    EXPECT_EQ(db_->open(star).columns.size(), 5u);
+    dynamic_cast<qx::db::PostgresDatabase&>(*db_).runNative("ALTER TABLE items ADD colour VARCHAR(10) COLLATE qx");
+    EXPECT_EQ(db_->open(star).columns.size(), 6u);
+
+    const std::string later = "SELECT COUNT(*) FROM Later";
+    EXPECT_NE(errorOf(later), "no error");
+    connect()->execute("CREATE TABLE Later (n int); INSERT INTO Later VALUES (1)");
+    EXPECT_EQ(db_->open(later).rows[0][0], Value(std::int64_t{1})) << "made by another connection meanwhile";
+}
+
+// A procedure's INSERT … VALUES rows go to the server many at a time, in the order written, before
+// anything else reaches it; a row the server refuses fails there with the statement's text.
+TEST_F(PostgresDatabaseTest, AProceduresInsertedRowsArriveInOrderBeforeAnythingElse) {
+    auto& server = dynamic_cast<qx::db::PostgresDatabase&>(*db_);
+    server.runNative("CREATE TABLE written (id SERIAL PRIMARY KEY, tag TEXT NOT NULL, n INTEGER, x DOUBLE PRECISION)");
+    server.runNative("BEGIN");  // a procedure runs inside its batch's transaction
+    auto a = server.prepareNative("INSERT INTO written (tag, n, x) VALUES (?1, ?2, ?3)");
+    auto b = server.prepareNative("INSERT INTO written (tag, n) VALUES ('b', ?1)");
+    for (int i = 0; i < 25000; ++i) {  // more values than one statement takes
+        a->bind(1, std::string_view(i % 2 ? "odd's" : "even"));
+        a->bind(2, std::int64_t{i});
+        a->bind(3, i * 0.5);
+        EXPECT_FALSE(a->step());
+        a->reset(false);
+    }
+    a->bindNull(1);
+    a->reset(false);
+    b->bind(1, std::int64_t{-1});
+    b->step();
+    b->reset(false);
+    a->bind(1, std::string_view("last"));
+    a->bindNull(2);
+    a->bind(3, 1.25);
+    a->step();
+    auto read = server.prepareNative("SELECT count(*), sum(n), sum(x) FROM written");
+    ASSERT_TRUE(read->step()) << "a query sees every row written before it";
+    EXPECT_EQ(read->integer(0), 25002);
+    EXPECT_EQ(read->integer(1), 25000LL * 24999 / 2 - 1);
+    EXPECT_DOUBLE_EQ(read->real(2), 25000.0 * 24999 / 4 + 1.25);
+    const auto order = server.runNative("SELECT tag, n FROM written WHERE id > 24999 ORDER BY id").rows;
+    ASSERT_EQ(order.size(), 3u);
+    EXPECT_EQ(text(order[0][0]), "odd's");
+    EXPECT_EQ(text(order[1][0]), "b");
+    EXPECT_EQ(text(order[2][0]), "last");
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(order[2][1]));
+    read.reset();
+    server.runNative("COMMIT");
+    // a refused row: the next thing sent to the server fails with the insert's text
+    server.runNative("BEGIN");
+    a->reset(false);
+    a->bindNull(1);
+    a->step();
+    try {
+        server.runNative("SELECT 1");
+        FAIL() << "no error";
+    } catch (const qx::db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find("null value"), std::string::npos) << e.what();
+        EXPECT_NE(e.statement().find("INSERT INTO written (tag, n, x)"), std::string::npos) << e.statement();
+    }
+    server.runNative("ROLLBACK");
+    EXPECT_EQ(server.runNative("SELECT count(*) FROM written").rows[0][0], Value(std::int64_t{25002}));
+}
+
+// A query run again and again is prepared on the server once; what it reads may still change
+// under it, by this connection or another, and each run answers from the tables as they are.
+TEST_F(PostgresDatabaseTest, AQueryRunAgainAndAgainAnswersFromTheTablesAsTheyAre) {
+    db_->execute("INSERT INTO Items (ItemNo, Name, Qty) VALUES ('A1', 'Coat', 3)");
+    const std::string query = "SELECT ItemNo, Qty FROM Items ORDER BY ItemNo";
+    for (int run = 0; run < 4; ++run) {
+        db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('R" + std::to_string(run) + "', " + std::to_string(run) + ")");
+        EXPECT_EQ(db_->open(query).rows.size(), static_cast<std::size_t>(run + 2)) << "run " << run;
+    }
+    // another connection changes the column's type: the next run gives the new type
+    connect()->execute("DELETE FROM Items WHERE ItemNo LIKE 'R%'");
+    qx::db::PostgresDatabase(uri_).runNative("ALTER TABLE items ALTER COLUMN qty TYPE NUMERIC(10,2)");
+    auto after = db_->open(query);
+    ASSERT_EQ(after.rows.size(), 1u);
+    EXPECT_EQ(after.rows[0][1], Value(3.0));
+    EXPECT_EQ(db_->open(query).rows[0][1], Value(3.0));
+    // a temp table made again with another type under the same query text
+    const std::string temp = "SELECT v FROM #v";
+    for (int run = 0; run < 3; ++run) {
+        db_->execute("DROP TABLE IF EXISTS #v; CREATE TABLE #v (v int); INSERT INTO #v VALUES (7)");
+        EXPECT_EQ(db_->open(temp).rows.at(0).at(0), Value(std::int64_t{7}));
+    }
+    db_->execute("DROP TABLE #v; CREATE TABLE #v (v varchar(10)); INSERT INTO #v VALUES ('seven')");
+    EXPECT_EQ(db_->open(temp).rows.at(0).at(0), Value(std::string("seven")));
+    // a failing run between two good ones
+    EXPECT_NE(errorOf("SELECT ItemNo, Qty FROM Items ORDER BY ItemNo; SELECT * FROM Nowhere"), "no error");
+    EXPECT_EQ(db_->open(query).rows.size(), 1u);
+}
+
+// The statements of a batch travel together; each failure and each result set still belongs to
+// its own statement.
+TEST_F(PostgresDatabaseTest, StatementsSentTogetherKeepTheirOwnResultsAndErrors) {
+    try {
+        db_->execute("SELECT ItemNo INTO #r FROM Items; INSERT INTO Items (ItemNo) VALUES ('X1');\n"
+                     "INSERT INTO Items (ItemNo) VALUES (NULL); INSERT INTO Items (ItemNo) VALUES ('X2')");
+        FAIL() << "no error";
+    } catch (const qx::db::Error& e) {
+        EXPECT_EQ(e.statement(), "INSERT INTO Items (ItemNo) VALUES (NULL)");
+        EXPECT_EQ(e.line(), 2);
+    }
+    EXPECT_EQ(db_->open("SELECT COUNT(*) FROM Items").rows[0][0], Value(std::int64_t{0}));
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('M1', 4)");
+    auto last = db_->open("SELECT ItemNo AS First FROM Items; SELECT Qty AS Second FROM Items; INSERT INTO Items (ItemNo) VALUES ('M2')");
+    ASSERT_EQ(last.columns.size(), 1u);
+    EXPECT_EQ(last.columns[0].name, "Second");
+    EXPECT_EQ(last.rows.at(0).at(0), Value(std::int64_t{4}));
+    // SYS_M's text runs in place: its result set is the EXEC's, an empty one when the text has none
+    last = db_->open("SELECT ItemNo AS First FROM Items; EXEC SYS_M @param=1, @sqltext='SELECT Qty AS Doubled FROM Items WHERE ItemNo = ''M1'''");
+    ASSERT_EQ(last.columns.size(), 1u);
+    EXPECT_EQ(last.columns[0].name, "Doubled");
+    last = db_->open("SELECT ItemNo AS First FROM Items; EXEC SYS_M @param=1, @sqltext='UPDATE Items SET Qty = 5'");
+    EXPECT_TRUE(last.columns.empty());
+    EXPECT_TRUE(last.rows.empty());
+    EXPECT_EQ(db_->open("SELECT SUM(Qty) FROM Items").rows[0][0], Value(std::int64_t{10}));
+    EXPECT_EQ(errorOf("EXEC SYS_M @param=1, @sqltext='SELECT Nope FROM Items'"), "Invalid column name 'Nope'.");
+}
+
 TEST(PostgresShopTest, CreatingTheTablesTwiceFailsAndKeepsTheFirstOnes) {
     auto* server = qx::test::PostgresServer::instance();
     if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
