@@ -15,6 +15,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "db/TextIndex.h"
 #include "db/procedures/ClosingSnapshots.h"
 #include "db/procedures/StockProcedures.h"
 #include "db/procedures/Statement.h"
@@ -153,61 +154,6 @@ std::string skuFilter(const Dialect& d, const std::string& column, const std::ve
     return sql + ")";
 }
 
-// Text → its position in a list (SKUs, document numbers), by open addressing: one probe into a
-// flat array and one comparison for the lookups every movement line makes. `keyOf(i)` gives the
-// text at position i.
-class TextIndex {
-public:
-    static constexpr std::uint32_t npos = UINT32_MAX;
-
-    template <class KeyOf>
-    std::uint32_t find(std::string_view text, const KeyOf& keyOf) const {
-        if (slots_.empty()) return npos;
-        const std::uint64_t h = std::hash<std::string_view>{}(text);
-        const std::uint64_t tag = h >> 32;
-        for (std::size_t at = h & mask_;; at = (at + 1) & mask_) {
-            const std::uint64_t slot = slots_[at];
-            if (slot == 0) return npos;
-            const auto index = static_cast<std::uint32_t>(slot) - 1;
-            if ((slot >> 32) == tag && std::string_view(keyOf(index)) == text) return index;
-        }
-    }
-    // Adds the text at position `index` (not yet present).
-    template <class KeyOf>
-    void add(std::uint32_t index, const KeyOf& keyOf) {
-        if ((count_ + 1) * 2 > slots_.size()) grow(keyOf);
-        place(index, keyOf);
-        ++count_;
-    }
-
-private:
-    template <class KeyOf>
-    void place(std::uint32_t index, const KeyOf& keyOf) {
-        const std::uint64_t h = std::hash<std::string_view>{}(std::string_view(keyOf(index)));
-        std::size_t at = h & mask_;
-        while (slots_[at] != 0) at = (at + 1) & mask_;
-        slots_[at] = ((h >> 32) << 32) | (std::uint64_t{index} + 1);
-    }
-    template <class KeyOf>
-    void grow(const KeyOf& keyOf) {
-        std::vector<std::uint64_t> old = std::move(slots_);
-        slots_.assign(std::max<std::size_t>(64, old.size() * 2), 0);
-        mask_ = slots_.size() - 1;
-        for (const std::uint64_t slot : old)
-            if (slot != 0) place(static_cast<std::uint32_t>(slot) - 1, keyOf);
-    }
-
-    std::vector<std::uint64_t> slots_;  // 0 = empty, else the hash's high half and position + 1
-    std::size_t mask_ = 0;
-    std::size_t count_ = 0;
-};
-
-// The text of the SKU at a position, for the SKU index.
-struct SkuKey {
-    const std::vector<Sku>* skus;
-    const std::string& operator()(std::uint32_t i) const { return (*skus)[i].wl; }
-};
-
 // The SKUs an article text names: an SKU, a style's SKUs, or the SKU of a barcode.
 std::vector<std::string> articleSkus(ProcedureSession& db, const std::string& article) {
     Statement st(db,
@@ -269,13 +215,13 @@ private:
                          "LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID WHERE 1 = 1" + skuFilter(db_.dialect(), "s.WL_ID", *only, binds));
             bindAll(st, binds);
             while (st.step()) {
-                if (index_.find(st.view(0), skuKey()) != TextIndex::npos) continue;  // one row per SKU
+                if (index_.find(st.view(0)) != TextIndex::kMissing) continue;  // one row per SKU
                 Sku& s = skus_.emplace_back();
                 s.wl = st.text(0);
                 s.style = st.text(1);
                 s.colourName = st.text(2);
                 styleKeys.push_back({st.text(3), st.isNull(3), true});
-                index_.add(static_cast<std::uint32_t>(skus_.size() - 1), skuKey());
+                index_.insert(skus_.back().wl, static_cast<std::uint32_t>(skus_.size() - 1));
             }
         } else {
             TextMap<std::string> colours;  // COL_ID → COL_NAME, and the answers for other keys
@@ -292,7 +238,7 @@ private:
             std::optional<Statement> colourOf;
             Statement st(db_, "SELECT WL_ID, K_ID, COL_ID FROM d1801");
             while (st.step()) {
-                if (index_.find(st.view(0), skuKey()) != TextIndex::npos) continue;
+                if (index_.find(st.view(0)) != TextIndex::kMissing) continue;
                 Sku& s = skus_.emplace_back();
                 s.wl = st.text(0);
                 s.style = st.text(1);
@@ -308,7 +254,7 @@ private:
                     }
                     s.colourName = found->second;
                 }
-                index_.add(static_cast<std::uint32_t>(skus_.size() - 1), skuKey());
+                index_.insert(skus_.back().wl, static_cast<std::uint32_t>(skus_.size() - 1));
             }
         }
 
@@ -377,15 +323,15 @@ private:
     std::uint32_t skuIndex(std::string_view wl) {
         // rows read in key order (stock rows, snapshot rows) name the same SKU several times running
         if (last_ < skus_.size() && skus_[last_].wl == wl) return last_;
-        std::uint32_t found = index_.find(wl, skuKey());
-        if (found == TextIndex::npos) found = addSku(wl);
+        std::uint32_t found = index_.find(wl);
+        if (found == TextIndex::kMissing) found = addSku(wl);
         return last_ = found;
     }
     std::uint32_t addSku(std::string_view wl) {
         const auto at = static_cast<std::uint32_t>(skus_.size());
         Sku& s = skus_.emplace_back();
         s.wl = std::string(wl);
-        index_.add(at, skuKey());
+        index_.insert(s.wl, at);
         tally_.emplace_back();
         if (a_.detail) lines_.emplace_back();
         return at;
@@ -554,7 +500,6 @@ private:
         std::vector<std::string> noids;
         std::vector<std::uint8_t> states;
         TextIndex heads;
-        const auto noidKey = [&noids](std::uint32_t i) -> const std::string& { return noids[i]; };
         // counted: effective, before the end, in the warehouses asked for
         std::vector<std::string> binds;
         std::string counted = "CASE WHEN " + (rule.effectiveFlag ? std::string("h.") + rule.effectiveFlag + " = 1" : std::string("1 = 1"));
@@ -573,10 +518,10 @@ private:
             Statement h(db_, "SELECT h.NOID, " + headColumns);
             bindAll(h, binds);
             while (h.step()) {
-                if (heads.find(h.view(0), noidKey) != TextIndex::npos) continue;
+                if (heads.find(h.view(0)) != TextIndex::kMissing) continue;
                 noids.push_back(h.text(0));
                 states.push_back(stateOf(h, 1));
-                heads.add(static_cast<std::uint32_t>(noids.size() - 1), noidKey);
+                heads.insert(noids.back(), static_cast<std::uint32_t>(noids.size() - 1));
             }
         }
         std::optional<Statement> headOf;  // a number the bytes did not find
@@ -589,8 +534,8 @@ private:
         long long order = 0;
         while (st.step()) {
             if (st.isNull(0)) continue;
-            std::uint32_t head = heads.find(st.view(0), noidKey);
-            if (head == TextIndex::npos) {
+            std::uint32_t head = heads.find(st.view(0));
+            if (head == TextIndex::kMissing) {
                 if (!headOf) {
                     headOf.emplace(db_, "SELECT " + headColumns + " WHERE h.NOID = ?" + std::to_string(binds.size() + 1));
                 }
@@ -601,7 +546,7 @@ private:
                 noids.push_back(noid);
                 states.push_back(headOf->step() ? stateOf(*headOf, 0) : std::uint8_t{kIgnored});
                 head = static_cast<std::uint32_t>(noids.size() - 1);
-                heads.add(head, noidKey);
+                heads.insert(noids.back(), head);
             }
             if (states[head] == kIgnored) continue;
             line(st, 1, 2, rule, in, out, states[head] == kOpening, order);
@@ -906,8 +851,7 @@ private:
     std::vector<Style> styles_;
     std::vector<Sku> skus_;
     TextIndex index_;  // SKU text → its index in skus_, tally_ and lines_
-    std::uint32_t last_ = TextIndex::npos;  // the SKU found last
-    SkuKey skuKey() const { return {&skus_}; }
+    std::uint32_t last_ = TextIndex::kMissing;  // the SKU found last
     std::vector<Tally> tally_;
     std::vector<std::vector<Movement>> lines_;  // detail only
 };
