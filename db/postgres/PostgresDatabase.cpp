@@ -8,6 +8,7 @@
 #include "db/sqlite/Schema.h"
 #include "db/sqlite/SqliteDatabase.h"
 #include "db/tsql/Ast.h"
+#include "db/tsql/Dialect.h"
 #include "db/tsql/TranslationError.h"
 
 #include <libpq-fe.h>
@@ -1068,6 +1069,8 @@ void PostgresDatabase::renewGeneratedObjects() {
         for (const auto& name : createdNames(sql, "OR REPLACE FUNCTION"))
             if (dropped.insert(name).second) runNative("DROP FUNCTION IF EXISTS " + name + " CASCADE");
 
+    renewRuntime();
+    renewTableColumns();
     for (const auto& view : posting::tsqlViewStatements()) runStatements(view);
     for (const auto& file : viewDefinitions()) runStatements(file.text);
     for (const auto& trigger : posting::postgresTriggerStatements()) runNative(trigger);
@@ -1075,6 +1078,44 @@ void PostgresDatabase::renewGeneratedObjects() {
     for (const auto* completion : missingSkuCompletions()) runNative(completion->postgresTrigger);
     for (const auto* completion : missing) runNative(completion->backfill);
     markSchemaVersion();
+}
+
+// The helper functions in this build's bodies (installRuntime() only adds missing ones). One
+// whose result type changed is made anew; a helper something of the shop's own depends on then
+// stops the renewal with the server's reason, leaving the shop as it was.
+void PostgresDatabase::renewRuntime() {
+    for (const auto& function : postgresRuntimeFunctions()) {
+        const std::string head = "CREATE FUNCTION ";
+        if (function.rfind(head, 0) != 0) continue;
+        const std::string signature = function.substr(head.size(), function.find(')') + 1 - head.size());
+        runNative("SAVEPOINT qx_helper");
+        try {
+            runNative("CREATE OR REPLACE FUNCTION " + function.substr(head.size()));
+        } catch (const Error&) {
+            runNative("ROLLBACK TO SAVEPOINT qx_helper");
+            runNative("DROP FUNCTION " + signature);
+            runNative(function);
+        }
+        runNative("RELEASE SAVEPOINT qx_helper");
+    }
+}
+
+// The shop's tables as this build makes them where an older build made them otherwise: datetime
+// columns to 1/300 s (they kept seconds), and the column marks the catalog reads back. Rows stay;
+// a wider timestamp needs no rewrite of the table. The views are dropped by then.
+void PostgresDatabase::renewTableColumns() {
+    const tsql::Dialect& dialect = tsql::postgresDialect();
+    for (const auto& file : tableDefinitions())
+        for (const auto& statement : tsql::parseBatch(file.text)) {
+            if (!statement.tree || statement.tree->kind != tsql::StatementKind::CreateTable) continue;
+            const tsql::SyntaxTree& table = *statement.tree;
+            for (const auto& column : table.columnDefs) {
+                if (column.type.sqlType() == tsql::SqlType::DateTime)
+                    runNative("ALTER TABLE " + dialect.tableReference(table.target) + " ALTER COLUMN " +
+                              dialect.quoteIdentifier(column.name) + " TYPE " + dialect.columnType(column.type));
+                for (const auto& mark : dialect.columnMarks(table.target, column.name, column.type)) runNative(mark);
+            }
+        }
 }
 
 void PostgresDatabase::execute(std::string_view tsqlBatch, const ExecOptions& options) { runBatch(tsqlBatch, options.maintenance); }

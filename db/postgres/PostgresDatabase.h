@@ -128,6 +128,8 @@ private:
     void noteSchemaChange(const std::string& sql);
     std::vector<const posting::SkuCompletion*> missingSkuCompletions();
     void renewGeneratedObjects();
+    void renewRuntime();
+    void renewTableColumns();
     void markSchemaVersion();
 
     pg_conn* conn_ = nullptr;

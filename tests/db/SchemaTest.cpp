@@ -10,6 +10,7 @@
 
 #include "DbTestSupport.h"
 #include "db/sqlite/PostingRules.h"
+#include "db/sqlite/Schema.h"
 #include "db/sqlite/SqliteDatabase.h"
 
 namespace qx::dbtest {
@@ -120,7 +121,7 @@ TEST(SchemaVersion, AShopOfAnEarlierVersionGetsTheCurrentViewsAndTriggersWhenOpe
     }
     makeItAFirstVersionShop(file);
     auto db = db::openSqlite(file);
-    EXPECT_EQ(integer(scalar(*db, "SELECT user_version FROM pragma_user_version")), 2);
+    EXPECT_EQ(integer(scalar(*db, "SELECT user_version FROM pragma_user_version")), kSchemaVersion);
     EXPECT_NE(definitionOf(*db, "V_CHECKKC").find("qx_stock_recount"), std::string::npos);
     EXPECT_FALSE(definitionOf(*db, "qx_post_sale_line_ins").empty()) << "a missing trigger is made again";
     EXPECT_EQ(stock(*db, "K101", "ZC"), sizes({-2})) << "rows stay";
@@ -143,7 +144,7 @@ TEST(SchemaVersion, AShopOfANewerVersionIsRefusedAndLeftAsItIs) {
         db::openSqlite(file);
         ADD_FAILURE() << "a newer shop must not be opened";
     } catch (const db::Error& e) {
-        EXPECT_NE(std::string(e.what()).find("was made by a newer version of the program (schema version 99, this version knows up to 2)"),
+        EXPECT_NE(std::string(e.what()).find("was made by a newer version of the program (schema version 99, this version knows up to 3)"),
                   std::string::npos)
             << e.what();
     }

@@ -137,9 +137,10 @@ long long triggersNamed(db::PostgresDatabase& server, const std::string& name) {
     return integer(server.runNative("SELECT count(*) FROM pg_trigger WHERE tgname = '" + name + "'").rows.at(0).at(0));
 }
 
-// A shop with a sale posted, then its generated objects made stale: the balance view replaced, the
-// sale lines' posting trigger gone, the stock total trigger doing nothing, the reopen snapshot
-// trigger gone; and its mark set to `mark` (none for 0).
+// A shop with a sale posted, then its generated objects made stale: its views gone and the
+// balance view replaced, the sale lines' posting trigger gone, the stock total trigger doing
+// nothing, the reopen snapshot trigger gone, a date column to the second and a helper's old body;
+// and its mark set to `mark` (none for 0).
 void makeItAShopOfVersion(const std::string& uri, int mark) {
     auto db = db::openDatabase(uri, true);
     db->execute(kSmallShopBatch);
@@ -147,7 +148,14 @@ void makeItAShopOfVersion(const std::string& uri, int mark) {
                 "INSERT INTO D8201A (NOID,WL_ID,K_ID,COL_ID,CK_ID,S0) VALUES ('S1','K101','K1','01','ZC',2)");
     ASSERT_EQ(stock(*db, "K101", "ZC"), sizes({-2}));
     auto& server = dynamic_cast<db::PostgresDatabase&>(*db);
-    server.runNative("DROP VIEW v_checkkc; CREATE VIEW v_checkkc AS SELECT 'stale'::text AS ck_id; "
+    // what a build before the 1/300 s datetimes made: dates to the second, a helper's old body
+    server.runNative("DO $$ DECLARE v record; BEGIN FOR v IN SELECT viewname FROM pg_views WHERE schemaname = current_schema() "
+                     "AND viewname <> 'qx_schema_version' LOOP EXECUTE 'DROP VIEW IF EXISTS ' || quote_ident(v.viewname) || ' CASCADE'; "
+                     "END LOOP; END $$");
+    server.runNative("ALTER TABLE d8201 ALTER COLUMN bdate TYPE TIMESTAMP(0)");
+    server.runNative("CREATE OR REPLACE FUNCTION qx_fail(text) RETURNS text LANGUAGE plpgsql STABLE AS "
+                     "$q$BEGIN RAISE EXCEPTION USING MESSAGE = 'an old body'; END $q$");
+    server.runNative("DROP VIEW IF EXISTS v_checkkc; CREATE VIEW v_checkkc AS SELECT 'stale'::text AS ck_id; "
                      "DROP FUNCTION qx_post_sale_line_ins CASCADE; DROP TRIGGER qx_snapshot_reopening ON sys_co; "
                      "CREATE OR REPLACE FUNCTION qx_d1802_total() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RETURN NEW; END $$");
     if (mark == 0) server.runNative("DROP VIEW qx_schema_version");
@@ -161,7 +169,7 @@ TEST_F(ServerLocation, ANewShopCarriesTheSchemaVersionMark) {
     auto& shop = dynamic_cast<db::PostgresDatabase&>(*created);
     EXPECT_EQ(markOf(shop), kSchemaVersion);
     EXPECT_EQ(shop.schemaVersion(), kSchemaVersion);
-    EXPECT_EQ(kSchemaVersion, 2) << "the same mark as a shop file's";
+    EXPECT_EQ(kSchemaVersion, 3) << "the same mark as a shop file's";
     created.reset();
     auto reopened = db::openDatabase(uri);
     EXPECT_EQ(dynamic_cast<db::PostgresDatabase&>(*reopened).schemaVersion(), kSchemaVersion);
@@ -179,6 +187,14 @@ TEST_P(OlderServerShop, GetsItsGeneratedObjectsRenewedAndKeepsItsRows) {
     EXPECT_EQ(definitionOf(shop, "v_checkkc").find("stale"), std::string::npos);
     EXPECT_EQ(triggersNamed(shop, "qx_post_sale_line_ins"), 1) << "a missing trigger is made again";
     EXPECT_EQ(triggersNamed(shop, "qx_snapshot_reopening"), 1) << "and the snapshots' one";
+    EXPECT_EQ(text(shop.runNative("SELECT format_type(atttypid, atttypmod) FROM pg_attribute WHERE attrelid = 'd8201'::regclass "
+                                  "AND attname = 'bdate'").rows.at(0).at(0)),
+              "timestamp(3) without time zone")
+        << "dates keep 1/300 s again";
+    EXPECT_EQ(text(shop.runNative("SELECT prosrc FROM pg_proc WHERE proname = 'qx_fail'").rows.at(0).at(0)).find("an old body"),
+              std::string::npos)
+        << "the helpers in this build's bodies";
+    EXPECT_EQ(text(scalar(*db, "SELECT CONVERT(varchar(23), BDATE, 121) FROM D8201 WHERE NOID = 'S1'")), "2026-05-05 00:00:00.000");
     EXPECT_EQ(count(*db, "D8201A"), 1) << "rows stay";
     EXPECT_EQ(count(*db, "D1007"), 3);
     EXPECT_EQ(stock(*db, "K101", "ZC"), sizes({-2}));
@@ -193,8 +209,9 @@ TEST_P(OlderServerShop, GetsItsGeneratedObjectsRenewedAndKeepsItsRows) {
     EXPECT_EQ(dynamic_cast<db::PostgresDatabase&>(*db::openDatabase(uri)).schemaVersion(), kSchemaVersion) << "opening again changes nothing";
 }
 
-INSTANTIATE_TEST_SUITE_P(Mark, OlderServerShop, ::testing::Values(0, 1),
-                         [](const ::testing::TestParamInfo<int>& info) { return info.param ? "Older" : "None"; });
+INSTANTIATE_TEST_SUITE_P(Mark, OlderServerShop, ::testing::Values(0, 1, 2), [](const ::testing::TestParamInfo<int>& info) {
+    return info.param ? "Version" + std::to_string(info.param) : std::string("None");
+});
 
 TEST_F(ServerLocation, AShopWithANewerMarkIsRefusedAndLeftAsItIs) {
     const std::string uri = server->freshDatabase();
@@ -204,7 +221,7 @@ TEST_F(ServerLocation, AShopWithANewerMarkIsRefusedAndLeftAsItIs) {
         db::openDatabase(uri);
         ADD_FAILURE() << "a newer shop must not be opened";
     } catch (const db::Error& e) {
-        EXPECT_NE(std::string(e.what()).find(uri + " was made by a newer version of the program (schema version 99, this version knows up to 2); "
+        EXPECT_NE(std::string(e.what()).find(uri + " was made by a newer version of the program (schema version 99, this version knows up to 3); "
                                               "open it with that version"),
                   std::string::npos)
             << e.what();
