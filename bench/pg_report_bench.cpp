@@ -36,17 +36,17 @@ namespace {
     std::exit(1);
 }
 
-// The cases of a golden statement file: "-- case: name" or "-- name" starts one, "#" lines are
-// notes, a case's lines are joined with nothing, "${br}" is a line break.
+// The cases of a golden statement file, read as the tests' GoldenStatements reads them (this
+// program has no Qt): "-- case: name" starts one, "#" lines are notes, a case's lines are joined
+// with nothing, "${br}" is a line break.
 std::map<std::string, std::string> goldenCases(const std::string& file) {
     std::ifstream in(std::string(QXCK_BENCH_SOURCE_DIR) + "/tests/" + file);
     if (!in) die("no golden file " + file);
     std::map<std::string, std::string> cases;
     std::string name;
     for (std::string line; std::getline(in, line);) {
-        if (line.rfind("-- ", 0) == 0) {
-            name = line.substr(3);
-            if (name.rfind("case:", 0) == 0) name = name.substr(5);
+        if (line.rfind("-- case:", 0) == 0) {
+            name = line.substr(8);
             name.erase(0, name.find_first_not_of(' '));
             cases[name];
         } else if (!name.empty() && !line.empty() && line[0] != '#') {

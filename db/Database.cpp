@@ -23,7 +23,6 @@ std::unique_ptr<Database> openDatabase(const std::string& location, bool create)
     } else {
         db->openShop();  // an older mark renews the generated objects, a newer one is refused
     }
-    db->ensureClosingSnapshots();  // a shop made before the snapshots existed gets them
     return db;
 }
 

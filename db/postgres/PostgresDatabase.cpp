@@ -1144,17 +1144,6 @@ bool PostgresDatabase::maySummariseStocktake(std::string_view warehouse) {
     return std::strtoll(PQgetvalue(result.r, 0, 0), nullptr, 10) == 0;
 }
 
-void PostgresDatabase::ensureClosingSnapshots() {
-    if (runNative("SELECT 1 FROM pg_trigger WHERE (tgname = 'qx_snapshot_reopening' AND tgrelid = to_regclass('sys_co')) OR "
-                  "(tgname = 'qx_snapshot_opening_changed' AND tgrelid = to_regclass('d1802'))")
-            .rows.size() == 2)
-        return;
-    // One text of several statements: the server runs it as one transaction.
-    std::string statements;
-    for (const auto& statement : procedures::closingSnapshotStatements(procedures::postgresDialect())) statements += statement + ";\n";
-    runNative(statements);
-}
-
 void PostgresDatabase::readOneSnapshot() {
     if (!beginPending_) return;
     beginPending_ = false;

@@ -68,9 +68,6 @@ public:
     // Runs PostgreSQL text directly (no translation) and returns its rows, if any.
     ResultSet runNative(const std::string& sql);
 
-    // Adds the month-closing snapshot table and its triggers to a shop made before they existed.
-    void ensureClosingSnapshots();
-
     // What the procedures behind EXEC see of the connection (db/procedures/Session.h): the
     // running batch's transaction; statements with bound values read through a cursor.
     ResultSet runWithinTransaction(std::string_view tsqlBatch) override { return runStatements(tsqlBatch); }

@@ -23,7 +23,8 @@ inline std::string newerSchemaMessage(const std::string& location, int version) 
            ", this version knows up to " + std::to_string(kSchemaVersion) + "); open it with that version";
 }
 
-// The names the statements create: createdNames(sql, "VIEW") finds "CREATE VIEW name", any case;
+// The names the statements create: createdNames(sql, "VIEW") finds "CREATE VIEW name" (also
+// "CREATE VIEW IF NOT EXISTS name"), any case;
 // "OR REPLACE FUNCTION" finds the functions.
 inline std::vector<std::string> createdNames(const std::string& sql, std::string_view what) {
     std::vector<std::string> names;
@@ -32,6 +33,8 @@ inline std::vector<std::string> createdNames(const std::string& sql, std::string
     const std::string keyword = "CREATE " + std::string(what) + " ";
     for (auto at = upper.find(keyword); at != std::string::npos; at = upper.find(keyword, at + 1)) {
         auto begin = at + keyword.size();
+        while (begin < sql.size() && sql[begin] == ' ') ++begin;
+        if (upper.compare(begin, 14, "IF NOT EXISTS ") == 0) begin += 14;
         while (begin < sql.size() && sql[begin] == ' ') ++begin;
         auto end = begin;
         while (end < sql.size() && (std::isalnum(static_cast<unsigned char>(sql[end])) || sql[end] == '_')) ++end;

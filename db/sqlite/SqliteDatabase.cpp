@@ -186,7 +186,6 @@ SqliteDatabase::SqliteDatabase(const std::string& path, bool create) : path_(pat
         } else if (version < kSchemaVersion) {
             renewGeneratedObjects();
         }
-        for (const auto& statement : procedures::closingSnapshotStatements()) runNative(statement);
     } catch (...) {
         for (auto& [sql, stmt] : cache_) sqlite3_finalize(stmt);
         cache_.clear();
@@ -236,7 +235,8 @@ void SqliteDatabase::renewGeneratedObjects() {
     Transaction transaction(*this, true);
     if (schemaVersion() >= kSchemaVersion) return;  // another connection renewed them meanwhile
     addSkuCompletion();  // first: it also writes the SKU rows the old lines lack
-    const auto triggers = posting::sqliteTriggerStatements();
+    auto triggers = posting::sqliteTriggerStatements();
+    for (auto& statement : procedures::closingSnapshotStatements()) triggers.push_back(std::move(statement));
     std::vector<std::string> views = {posting::tsqlMovementViewStatement(), posting::sqliteBalanceViewStatement()};
     for (const auto& file : viewDefinitions()) views.push_back(file.text);
     for (const auto& sql : views)
@@ -262,6 +262,7 @@ void SqliteDatabase::createSchema() {
     for (const auto& file : viewDefinitions()) runWithinTransaction(file.text);
     for (const auto& file : seedRows()) runWithinTransaction(file.text);
     for (const auto& trigger : posting::sqliteTriggerStatements()) runNative(trigger);
+    for (const auto& statement : procedures::closingSnapshotStatements()) runNative(statement);
     runNative("PRAGMA user_version=" + std::to_string(kSchemaVersion));
     transaction.commit();
 }

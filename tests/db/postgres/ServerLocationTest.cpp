@@ -59,7 +59,8 @@ TEST_F(ServerLocation, AShopMadeBeforeTheClosingSnapshotsGetsThemWhenOpened) {
         auto& server = dynamic_cast<db::PostgresDatabase&>(*created);
         server.runNative("DROP TRIGGER qx_snapshot_closing ON sys_co; DROP TRIGGER qx_snapshot_reopening ON sys_co; "
                          "DROP TRIGGER qx_snapshot_opening_added ON d1802; DROP TRIGGER qx_snapshot_opening_changed ON d1802; "
-                         "DROP TABLE sys_ck_snapshot; DROP TABLE sys_ck_snapshot_sku; DROP TABLE sys_ck_snapshot_period");
+                         "DROP TABLE sys_ck_snapshot; DROP TABLE sys_ck_snapshot_sku; DROP TABLE sys_ck_snapshot_period; "
+                         "CREATE OR REPLACE VIEW qx_schema_version AS SELECT 1 AS version");  // as a build before them marked it
     }
     auto reopened = db::openDatabase(uri);
     reopened->execute("INSERT INTO d1802 (WL_ID, CK_ID, B0, K0) VALUES ('K101', 'ZC', 4, 4)", {true});
