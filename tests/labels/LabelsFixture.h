@@ -4,32 +4,19 @@
 // free barcodes for the rule-1 style, a purchase receipt over them, supervision codes and a
 // member; the program folder (label file, settings) is a temporary folder too. Every statement
 // the screens send is recorded.
-#include <QFile>
 #include <QTemporaryDir>
 #include <deque>
 #include <functional>
 
 #include "framework/Settings.h"
+#include "tests/support/GoldenStatements.h"
 #include "tests/support/ShopDatabaseTest.h"
 
 namespace qx::test {
 
-// Expected statements kept as data: tests/labels/golden/<file>, blocks "## name" followed by
-// the statement on the next line(s) (joined without line breaks).
-inline QString golden(const QString& file, const QString& name) {
-    QFile f(QString(QXCK_TEST_SOURCE_DIR) + "/tests/labels/golden/" + file);
-    if (!f.open(QIODevice::ReadOnly)) return "<missing golden file " + file + ">";
-    QString current, text;
-    bool found = false;
-    for (const QString& line : QString::fromUtf8(f.readAll()).split('\n')) {
-        if (line.startsWith("## ")) {
-            if (found) break;
-            found = line.mid(3).trimmed() == name;
-            continue;
-        }
-        if (found) text += line;
-    }
-    return found ? text : "<missing golden block " + name + ">";
+// Expected statements kept as data: tests/labels/golden/<file>, a block per case.
+inline QString golden(const QString& file, const QString& name, const QHash<QString, QString>& values = {}) {
+    return GoldenStatements("labels/golden/" + file).text(name, values);
 }
 
 class LabelsTest : public ShopDatabaseTest {

@@ -64,7 +64,7 @@ protected:
         return out;
     }
     static QString update(const QString& warehouse, const QString& code) {
-        return golden("qxck297.txt", "dispatch").replace("{warehouse}", warehouse).replace("{code}", code);
+        return golden("qxck297.sql", "dispatch", {{"warehouse", warehouse}, {"code", code}});
     }
 };
 
@@ -72,7 +72,7 @@ TEST_F(Qxck297Test, ABlankFilterListsEveryCodeWithItsColumns) {
     auto* screen = openCodes("   ");
     EXPECT_EQ(screen->Caption(), "监管码");
     EXPECT_EQ(codes(screen), (QStringList{"JGA100", "JGB200", "JGB201", "XA1Y"}));
-    EXPECT_EQ(statements(Call::Kind::OpenSql), std::vector<QString>{golden("qxck297.txt", "list")});
+    EXPECT_EQ(statements(Call::Kind::OpenSql), std::vector<QString>{golden("qxck297.sql", "list")});
     EXPECT_EQ(screen->Lab_Condition->text(), "");
     EXPECT_EQ(screen->DBGridEh->VisibleTitles(),
               (QStringList{"款号", "监管码", "生成日期", "存储位置", "发出日期", "会员号", "购买会员", "销售日期"}));
@@ -86,7 +86,7 @@ TEST_F(Qxck297Test, ABlankFilterListsEveryCodeWithItsColumns) {
 TEST_F(Qxck297Test, FilterA1ListsEveryCodeContainingA1Anywhere) {
     auto* screen = openCodes("A1");
     EXPECT_EQ(codes(screen), (QStringList{"JGA100", "XA1Y"}));
-    EXPECT_EQ(statements(Call::Kind::OpenSql), std::vector<QString>{golden("qxck297.txt", "list a1")});
+    EXPECT_EQ(statements(Call::Kind::OpenSql), std::vector<QString>{golden("qxck297.sql", "list a1")});
     EXPECT_EQ(screen->Lab_Condition->text(), "监管码    包含   A1");
     screen->close();
 }
@@ -98,7 +98,7 @@ TEST_F(Qxck297Test, TheFilterTextIsUsedAsTypedAndAQuoteCannotEndIt) {
     onFilter("x' OR '1'='1");
     screen->Act_Filter->trigger();
     EXPECT_TRUE(codes(screen).isEmpty());
-    EXPECT_TRUE(sent(golden("qxck297.txt", "list quote")));
+    EXPECT_TRUE(sent(golden("qxck297.sql", "list quote")));
     EXPECT_TRUE(sink->errors().isEmpty());
     screen->close();
 }
@@ -111,7 +111,7 @@ TEST_F(Qxck297Test, TheCodeEditTakesTwentyCharacters) {
     EXPECT_EQ(screen->Filter->Edit1->text(), QString(20, 'J'));
     EXPECT_TRUE(codes(screen).isEmpty());
     EXPECT_EQ(statements(Call::Kind::OpenSql).back(),
-              golden("qxck297.txt", "list") + " WHERE (d1805.jgm like '%" + QString(20, 'J') + "%')");
+              golden("qxck297.sql", "list") + " WHERE (d1805.jgm like '%" + QString(20, 'J') + "%')");
     screen->close();
 }
 
@@ -218,7 +218,7 @@ TEST_F(Qxck297Test, ACodeIsDeletedByItsKeyAfterTheQuestion) {
     sink->queueAnswer(true);
     screen->Act_Delete->trigger();
     ASSERT_EQ(execs().size(), 1u);
-    EXPECT_EQ(execs()[0].sql, golden("qxck297.txt", "delete"));
+    EXPECT_EQ(execs()[0].sql, golden("qxck297.sql", "delete"));
     EXPECT_EQ(scalar("SELECT COUNT(*) FROM d1805"), "3");
     EXPECT_EQ(codes(screen), (QStringList{"JGA100", "JGB200", "XA1Y"}));
     screen->close();

@@ -98,7 +98,7 @@ TEST_F(Qxck299Test, FromTheNewestReceiptItsLinesBecomeTagsPerSizeAndCount) {
     EXPECT_EQ(barcodes(screen), (QStringList{"P2R1", "P2R1", "P2R3", "FREE-M-01"}));
     EXPECT_EQ(screen->DBGridEh->FooterTexts().first(), "共4张");
     EXPECT_EQ(statements(Call::Kind::OpenSql),
-              (std::vector<QString>{golden("qxck299.txt", "receipts"), golden("qxck299.txt", "receipt lines")}));
+              (std::vector<QString>{golden("qxck299.sql", "receipts"), golden("qxck299.sql", "receipt lines")}));
     for (const auto& c : calls) EXPECT_EQ(c.funcNo, "299");
     closeScreen(screen);
 }
@@ -154,7 +154,7 @@ TEST_F(Qxck299Test, WithWarehouseRightsTheReceiptsJoinTheUsersWarehouses) {
     auto* screen = openLabels();
     onReceipt([](TQXCK299DB* d) { d->btn_cancel->click(); });
     screen->Act_Locate->trigger();
-    EXPECT_EQ(statements(Call::Kind::OpenSql).front(), golden("qxck299.txt", "receipts with rights"));
+    EXPECT_EQ(statements(Call::Kind::OpenSql).front(), golden("qxck299.sql", "receipts with rights"));
     closeScreen(screen);
 }
 
@@ -199,7 +199,7 @@ TEST_F(Qxck299Test, AReceiptIsFoundByItsNumberAndAQuoteStaysInItsText) {
         d->btn_ref->click();
         EXPECT_EQ(d->AdoQry_Main->RecordCount(), 1);
         EXPECT_EQ(d->AdoQry_Body->FieldByName("K_ID")->AsString(), "K0");
-        EXPECT_TRUE(sent(golden("qxck299.txt", "find receipt")));
+        EXPECT_TRUE(sent(golden("qxck299.sql", "find receipt")));
         d->Edit1->setText("R'1; DELETE FROM D8101; --");
         d->btn_ref->click();
         EXPECT_TRUE(d->AdoQry_Main->IsEmpty());
@@ -268,8 +268,8 @@ TEST_F(Qxck299Test, ByStyleEveryColourIsListedWithCountsZero) {
         EXPECT_EQ(d->AdoQry_Main->FieldByName("S0")->AsInteger(), 0);
         EXPECT_EQ(d->DBGridEh->VisibleTitles(),
                   (QStringList{"款号", "名称", "色码", "颜色", "尺码|S", "尺码|M", "尺码|L", "尺码|XL", "尺码|2XL"}));
-        EXPECT_TRUE(sent(golden("qxck299.txt", "style")));
-        EXPECT_TRUE(sent(golden("qxck299.txt", "style lines")));
+        EXPECT_TRUE(sent(golden("qxck299.sql", "style")));
+        EXPECT_TRUE(sent(golden("qxck299.sql", "style lines")));
         EXPECT_FALSE(qx::saveScreenshot(d, "hang_tags_by_style").isEmpty());
         d->Button2->click();  // all counts zero: nothing made
         d->btn_cancel->click();

@@ -102,8 +102,8 @@ TEST_F(LabelListTest, RuleThreeIsStyleThenSizeMarkThenColourMarkAndAStyleWithout
 }
 
 TEST_F(LabelListTest, TheSourceStatementsAreTheKeptOnes) {
-    EXPECT_EQ(qx::labels::ReceiptLinesSql("R0002"), golden("qxck299.txt", "receipt lines"));
-    EXPECT_EQ(qx::labels::StyleLinesSql("K2"), golden("qxck299.txt", "style lines"));
+    EXPECT_EQ(qx::labels::ReceiptLinesSql("R0002"), golden("qxck299.sql", "receipt lines"));
+    EXPECT_EQ(qx::labels::StyleLinesSql("K2"), golden("qxck299.sql", "style lines"));
 }
 
 TEST_F(LabelListTest, QuotesInCodesStayInsideTheirText) {

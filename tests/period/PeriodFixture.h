@@ -5,8 +5,6 @@
 // the screens send is recorded; dialogs shown modally are handed to `onModal`.
 #include <gtest/gtest.h>
 
-#include <QFile>
-#include <QMap>
 #include <QTemporaryDir>
 #include <functional>
 #include <memory>
@@ -18,6 +16,7 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
+#include "tests/support/GoldenStatements.h"
 #include "tests/support/RecordedCalls.h"
 #include "tests/support/ShopDatabaseTest.h"
 
@@ -25,27 +24,10 @@ namespace qx::test {
 
 using qx::dataop::Call;
 
-// The statements of tests/period/golden/statements.sql by name, values filled in by replacement.
-inline QString golden(const QString& name, const QMap<QString, QString>& values = {}) {
-    static const QMap<QString, QString> blocks = [] {
-        QMap<QString, QString> out;
-        QFile file(QStringLiteral(QX_PERIOD_GOLDEN));
-        if (!file.open(QIODevice::ReadOnly)) throw std::runtime_error("golden statements missing");
-        QString current;
-        for (const QString& line : QString::fromUtf8(file.readAll()).split('\n')) {
-            if (line.startsWith("-- @")) {
-                current = line.mid(4).trimmed();
-                out[current];
-            } else if (!current.isEmpty() && !line.startsWith("-- ") && !line.isEmpty()) {
-                out[current] += line;
-            }
-        }
-        return out;
-    }();
-    if (!blocks.contains(name)) throw std::runtime_error("no golden statement " + name.toStdString());
-    QString text = blocks[name];
-    for (auto it = values.begin(); it != values.end(); ++it) text.replace("{" + it.key() + "}", it.value());
-    return text;
+// The statements of tests/period/golden/statements.sql by name, values filled in.
+inline QString golden(const QString& name, const QHash<QString, QString>& values = {}) {
+    static const GoldenStatements statements{"period/golden/statements.sql"};
+    return statements.text(name, values);
 }
 
 class PeriodTest : public ShopDatabaseTest {
