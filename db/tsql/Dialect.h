@@ -92,6 +92,10 @@ public:
                                    const CatalogColumn& /*column*/) const {
         return value;
     }
+    // A value of no known type (a NULL a derived table selects, say) stored into a column of
+    // `type`. An engine that makes such a value text, and does not convert text to the column's
+    // type by itself, converts it here; NULL stays NULL.
+    virtual std::string storedUntyped(const std::string& value, SqlType /*type*/) const { return value; }
     // AVG of integers: an integer, the fraction cut off.
     virtual std::string integerAverage(const std::string& average) const { return "CAST(" + average + " AS INTEGER)"; }
     // A function of an integer that SQL Server types as an integer ("int", "bigint") and the

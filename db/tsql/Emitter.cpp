@@ -577,6 +577,7 @@ private:
     // table: the name a message about the column gives (the statement's target when empty).
     std::string stored(const Expr& e, const Scope& scope, const CatalogColumn& target, std::string_view table = {}) {
         std::string value = coerced(e, scope, target.type, true);
+        if (e.kind == ExprKind::Column && typeOf(e, scope) == SqlType::Unknown) value = d_.storedUntyped(value, target.type);
         if (isNumeric(target.type) && target.scale >= 0 && e.kind != ExprKind::Null)
             value = d_.round(value, target.scale);
         if (table.empty() && statement_.tree) table = statement_.tree->target.last();
@@ -905,7 +906,9 @@ private:
         if (name == "ISNULL") {
             expectArguments(e, 2);
             // ISNULL takes the type of its first argument: ISNULL(qty, '') is 0
+            // and ISNULL(name, 0) is the text '0'
             const SqlType type = typeOf(*e.args[0], scope);
+            if (type == SqlType::Text && e.args[1]->kind == ExprKind::Number) return d_.ifNull(arg(0), d_.quoteString(e.args[1]->text));
             const bool convert = isNumeric(type) || type == SqlType::DateTime;
             return d_.ifNull(arg(0), convert ? coerced(*e.args[1], scope, type, false) : arg(1));
         }
@@ -1204,7 +1207,6 @@ private:
             if (!first) text += ", ";
             first = false;
             if (e.kind == ExprKind::Star) {
-                text += expr(e, scope);
                 bool complete = true;
                 std::size_t expanded = 0;
                 for (const auto& source : scope.sources) {
@@ -1213,6 +1215,9 @@ private:
                     else expanded += source.columns->size();
                 }
                 if (!complete) positionKnown = false;
+                std::optional<std::string> stored;
+                if (targets && positionKnown) stored = storedStar(e, scope, *targets, position);
+                text += stored ? *stored : expr(e, scope);
                 position += expanded;
                 continue;
             }
@@ -1255,6 +1260,28 @@ private:
         }
         if (c.having) text += " HAVING " + expr(*c.having, scope);
         return text;
+    }
+
+    // The columns a * inserts, each as its target column stores it, where storing changes one of
+    // them (a decimal rounded, a text trimmed or checked, an untyped NULL converted); otherwise
+    // nothing, and the * stays as written.
+    std::optional<std::string> storedStar(const Expr& star, const Scope& scope, const std::vector<CatalogColumn>& targets,
+                                          std::size_t position) {
+        std::string plain, converted;
+        for (const auto& source : scope.sources) {
+            if (!star.name.parts.empty() && !equalsIgnoreCase(source.refName, star.name.last())) continue;
+            for (const auto& c : *source.columns) {
+                Expr column{ExprKind::Column, star.pos};
+                column.name.parts = {source.refName, c.name};
+                const std::string reference = expr(column, scope);
+                const std::string value = position < targets.size() ? stored(column, scope, targets[position]) : reference;
+                ++position;
+                plain += (plain.empty() ? "" : ", ") + reference;
+                converted += (converted.empty() ? "" : ", ") + value;
+            }
+        }
+        if (converted == plain) return std::nullopt;
+        return converted;
     }
 
     // TOP n, or TOP n PERCENT: that share of the rows, rounded up.

@@ -39,6 +39,12 @@ public:
     }
     // Typed, so that it stays a date where nothing else says so (the branches of a UNION).
     std::string dateLiteral(std::string_view iso) const override { return "TIMESTAMP " + quoteString(iso); }
+    // A subquery's bare NULL is text on the server, and text becomes a number or a date only
+    // when asked to.
+    std::string storedUntyped(const std::string& value, SqlType type) const override {
+        if (type == SqlType::Text || type == SqlType::Unknown) return value;
+        return "CAST(" + value + " AS " + columnTypeFor(type) + ")";
+    }
     // Stored without trailing blanks: SQL Server ignores them wherever it compares text (=,
     // DISTINCT, GROUP BY, UNION, keys), PostgreSQL's collations do not. A written text loses
     // them here, an expression through rtrim (see db/postgres/README.md, "Trailing blanks").
