@@ -983,10 +983,12 @@ void PostgresDatabase::createShopTables() {
     for (const auto& file : seedRows()) runBatch(file.text);
 }
 
-void PostgresDatabase::createShop() {
+void PostgresDatabase::createShop(StartingRows rows) {
     runNative("BEGIN");
     try {
         for (const auto& file : tableDefinitions()) runStatements(file.text);
+        if (rows == StartingRows::Included)
+            for (const auto& file : seedRows()) runStatements(file.text);
         for (const auto& view : posting::tsqlViewStatements()) runStatements(view);
         for (const auto& file : viewDefinitions()) runStatements(file.text);
         for (const auto& trigger : posting::postgresTriggerStatements()) runNative(trigger);

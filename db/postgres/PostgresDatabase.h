@@ -45,12 +45,14 @@ public:
     // Then the rows a new shop starts with (frame/tables/seed.sql). createShop() adds the rest.
     void createShopTables();
 
-    // Creates a whole shop in one transaction: the tables as above, the movement stream and
-    // balance views generated from the posting rules, the module's views (frame/tables/views.sql)
-    // through the translator, and the posting triggers and guards generated from the same
-    // posting rules as the SQLite shop's. Fails, keeping everything as it was, when the database
-    // already has any of them.
-    void createShop();
+    // Creates a whole shop in one transaction: the tables and the rows a new shop starts with as
+    // above, the movement stream and balance views generated from the posting rules, the module's
+    // views (frame/tables/views.sql) through the translator, and the posting triggers and guards
+    // generated from the same posting rules as the SQLite shop's. Fails, keeping everything as it
+    // was, when the database already has any of them. A shop that is to receive every row of
+    // another (a copy) is made without the starting rows.
+    enum class StartingRows { Included, Left };
+    void createShop(StartingRows rows = StartingRows::Included);
 
     // Does the database hold a shop (its tables and the posting triggers)?
     bool hasShop();

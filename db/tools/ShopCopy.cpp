@@ -588,7 +588,9 @@ CopyReport copyShop(const std::string& sqlitePath, const std::string& target, co
     db::PostgresDatabase shop(target);  // creates the collation and helpers a shop needs
     const Objects before = schemaObjects(server);
     try {
-        shop.createShop();  // tables, views, posting triggers and guards; the triggers are off while rows arrive
+        // tables, views, posting triggers and guards; the triggers are off while rows arrive, and
+        // the rows a new shop starts with come from the file like every other row
+        shop.createShop(db::PostgresDatabase::StartingRows::Left);
         if (options.tablesCreated) options.tablesCreated(shop);
         say("created the shop (" + seconds(creating) + ")");
 

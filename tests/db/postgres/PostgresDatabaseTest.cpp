@@ -722,8 +722,9 @@ TEST(PostgresShopTest, CreatingTheTablesTwiceFailsAndKeepsTheFirstOnes) {
 TEST(PostgresShopTest, ANewShopStartsWithTheSameRowsAsOnSqlite) {
     auto* server = qx::test::PostgresServer::instance();
     if (!server) GTEST_SKIP() << "PostgreSQL server binaries not installed (apt-get install postgresql)";
+    // made as every tool makes a shop on a server (qxck-demo, qxck --db on an empty database)
     qx::db::PostgresDatabase postgres(server->freshDatabase());
-    postgres.createShopTables();
+    postgres.createShop();
     auto groups = [&](const char* where) {
         const auto rows = postgres.open(std::string("SELECT COUNT(*) FROM sys_group WHERE ") + where);
         return std::get<std::int64_t>(rows.rows.at(0).at(0));

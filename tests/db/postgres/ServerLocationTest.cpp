@@ -98,6 +98,7 @@ TEST_F(ServerLocation, TheDemoShopOnAServerHasTheSameStockAsInAFile) {
     for (int i = 0; i < 3; ++i) EXPECT_EQ(integer(server[i]), integer(file[i])) << "column " << i;
     EXPECT_EQ(count(*onServer, "D8101"), count(*inFile, "D8101"));
     EXPECT_EQ(count(*onServer, "V_CHECKKC"), 0);
+    EXPECT_EQ(rowsOf(*onServer, "sys_group"), rowsOf(*inFile, "sys_group")) << "the reports' groupings a new shop starts with";
     EXPECT_GT(summary.documents, 100);
     EXPECT_THROW(demo::createDemoDatabase(uri, options), db::Error) << "a second demo into the same shop";
 }
