@@ -24,9 +24,9 @@ SELECT CASE WHEN $1 IS NULL OR ($1 >= '1753-01-01' AND $1 < '10000-01-01') THEN 
         R"(CREATE FUNCTION qx_truncated(text, text, text) RETURNS text LANGUAGE sql STABLE AS $q$
 SELECT qx_fail('String or binary data would be truncated in table ''' || $2 || ''', column ''' || $3 ||
                '''. Truncated value: ''' || left($1, 40) || '''.')$q$)",
-        // qx_fits(text, length, table, column): the text when it has at most length characters.
+        // qx_fits(text, length, table, column): the text when it has at most length characters (NULL fits).
         R"(CREATE FUNCTION qx_fits(text, integer, text, text) RETURNS text LANGUAGE sql STABLE AS $q$
-SELECT CASE WHEN char_length($1) <= $2 THEN $1 ELSE qx_truncated($1, $3, $4) END$q$)",
+SELECT CASE WHEN $1 IS NULL OR char_length($1) <= $2 THEN $1 ELSE qx_truncated($1, $3, $4) END$q$)",
         // a ^ b
         "CREATE FUNCTION qx_bitxor(integer, integer) RETURNS integer LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
         "CREATE FUNCTION qx_bitxor(bigint, bigint) RETURNS bigint LANGUAGE sql IMMUTABLE STRICT AS 'SELECT $1 # $2'",
