@@ -1374,10 +1374,85 @@ void PostgresDatabase::bufferRow(const std::string& sql, const std::string& head
     if (buffered_.values.size() + static_cast<std::size_t>(params) > kAtMost) sendBufferedRows();
 }
 
+namespace {
+
+// "COPY t (a, b) FROM STDIN" for rows of "INSERT INTO t (a, b) VALUES ($1, $2)" written into a
+// temp table of the connection (a procedure's own work table: no view, no rule in the way), each
+// value bound to its column in order; "" for any other statement.
+std::string copyCommand(const std::string& head, const std::string& tuple, int params) {
+    const std::string insert = "INSERT INTO ", values = " VALUES ";
+    if (head.size() <= insert.size() + values.size() || head.compare(head.size() - values.size(), values.size(), values) != 0) return {};
+    std::string target = head.substr(insert.size(), head.size() - insert.size() - values.size());
+    std::string lowered = target;
+    for (auto& c : lowered) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (lowered.rfind("pg_temp.", 0) != 0) return {};
+    std::string expected = "(";
+    for (int i = 1; i <= params; ++i) expected += (i > 1 ? ",$" : "$") + std::to_string(i);
+    std::string compact;
+    for (char c : tuple)
+        if (!std::isspace(static_cast<unsigned char>(c))) compact += c;
+    if (compact != expected + ")") return {};
+    return "COPY " + target + " FROM STDIN";
+}
+
+// A value in COPY's text format: NULL as \N, the separators and the escape character escaped.
+void appendCopyValue(std::string& out, const std::optional<std::string>& value) {
+    if (!value) {
+        out += "\\N";
+        return;
+    }
+    for (char c : *value) {
+        switch (c) {
+        case '\\': out += "\\\\"; break;
+        case '\t': out += "\\t"; break;
+        case '\n': out += "\\n"; break;
+        case '\r': out += "\\r"; break;
+        default: out += c;
+        }
+    }
+}
+
+}  // namespace
+
+// Rows into a procedure's temp table go by COPY: the server reads each value as text typed by
+// its column, exactly as a bound value, without parsing and binding a statement of up to 30,000
+// placeholders (a cross-tab's pivot of 6,823 rows of 34 values took 158 ms as eight such
+// INSERTs).
+void PostgresDatabase::copyBufferedRows(const BufferedRows& rows, const std::string& command) {
+    Result started{PQexec(conn_, command.c_str())};
+    if (PQresultStatus(started.r) != PGRES_COPY_IN) fail(started.r, rows.sql, nullptr);
+    std::string data;
+    constexpr std::size_t kChunk = 1 << 20;
+    bool sent = true;
+    for (int r = 0; r < rows.rows && sent; ++r) {
+        for (int i = 0; i < rows.params; ++i) {
+            if (i) data += '\t';
+            appendCopyValue(data, rows.values[static_cast<std::size_t>(r * rows.params + i)]);
+        }
+        data += '\n';
+        if (data.size() >= kChunk) {
+            sent = PQputCopyData(conn_, data.data(), static_cast<int>(data.size())) == 1;
+            data.clear();
+        }
+    }
+    if (sent && !data.empty()) sent = PQputCopyData(conn_, data.data(), static_cast<int>(data.size())) == 1;
+    PQputCopyEnd(conn_, sent ? nullptr : "the rows could not be sent");
+    PGresult* failed = nullptr;
+    while (PGresult* result = PQgetResult(conn_)) {
+        if (PQresultStatus(result) != PGRES_COMMAND_OK && !failed) failed = result;
+        else PQclear(result);
+    }
+    if (failed) {
+        Result kept{failed};
+        fail(kept.r, rows.sql, nullptr);
+    }
+}
+
 void PostgresDatabase::sendBufferedRows() {
     if (buffered_.rows == 0) return;
     const BufferedRows rows = std::move(buffered_);
     buffered_ = {};
+    if (const std::string copy = copyCommand(rows.head, rows.tuple, rows.params); !copy.empty()) return copyBufferedRows(rows, copy);
     std::string text = rows.head;
     for (int r = 0; r < rows.rows; ++r) {
         if (r) text += ", ";

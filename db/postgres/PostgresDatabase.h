@@ -166,6 +166,7 @@ private:
     void bufferRow(const std::string& sql, const std::string& head, const std::string& tuple, int params,
                    const std::vector<std::optional<std::string>>& values);
     void sendBufferedRows();
+    void copyBufferedRows(const BufferedRows& rows, const std::string& command);
     ResultSet* produced_ = nullptr;  // where the result set of the running statements goes
 
     // The connection's temp tables made from a known definition. A DROP keeps such a table,
