@@ -3,6 +3,7 @@
 // is a number, text order otherwise), NULL where the source has nothing, and a `total`. Extra
 // columns and joins (@selectstr, @innerstr) are applied to the pivot under the alias D.
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
@@ -52,11 +53,16 @@ std::optional<double> numberOf(const std::string& text) {
 }
 
 // The index of the column named `name` (case-insensitive); `fallback` when there is none.
-std::size_t columnIndex(const ResultSet& rs, const std::string& name, std::size_t fallback) {
-    for (std::size_t i = 0; i < rs.columns.size(); ++i)
-        if (lower(rs.columns[i].name) == lower(name)) return i;
-    if (fallback >= rs.columns.size()) throw Error("cross-tab: the row source has no column " + name);
+std::size_t columnIndex(const std::vector<std::string>& names, const std::string& name, std::size_t fallback) {
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (lower(names[i]) == lower(name)) return i;
+    if (fallback >= names.size()) throw Error("cross-tab: the row source has no column " + name);
     return fallback;
+}
+std::size_t columnIndex(const ResultSet& rs, const std::string& name, std::size_t fallback) {
+    std::vector<std::string> names;
+    for (const auto& column : rs.columns) names.push_back(column.name);
+    return columnIndex(names, name, fallback);
 }
 
 struct Cell {
@@ -90,7 +96,15 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
     const std::string selectText = arg("selectstr");
     const std::string innerText = arg("innerstr");
 
-    const ResultSet src = db.runWithinTransaction(source);
+    // The source's rows summed per row key and column key where they are, when the engine can
+    // (a server: one row per cell crosses the connection instead of every line); the pivot below
+    // adds up whatever comes, so both forms give the same cells.
+    const auto choose = [&](const std::vector<std::string>& names) {
+        return std::array<std::size_t, 3>{columnIndex(names, rowKeyName, 0), columnIndex(names, columnKeyName, 1),
+                                          columnIndex(names, valueName, 2)};
+    };
+    std::optional<ResultSet> summed = db.runSummed(source, choose);
+    const ResultSet src = summed ? std::move(*summed) : db.runWithinTransaction(source);
     std::vector<std::string> headers;
     if (headerRows) {
         const std::string headerText = arg("PARAM11");
