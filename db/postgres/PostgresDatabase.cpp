@@ -1,6 +1,7 @@
 #include "db/postgres/PostgresDatabase.h"
 
 #include "db/BatchStatements.h"
+#include "db/CopyText.h"
 #include "db/Progress.h"
 #include "db/postgres/PostgresRuntime.h"
 #include "db/sqlite/PostingRules.h"
@@ -1464,15 +1465,7 @@ void appendCopyValue(std::string& out, const std::optional<std::string>& value) 
         out += "\\N";
         return;
     }
-    for (char c : *value) {
-        switch (c) {
-        case '\\': out += "\\\\"; break;
-        case '\t': out += "\\t"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        default: out += c;
-        }
-    }
+    appendCopyText(out, *value);
 }
 
 }  // namespace
