@@ -9,8 +9,9 @@
 //                                    the run (tests/support/PostgresServer.h)
 //   bench_pg_report --db URI         a shop already on a server
 //   QXCK_REPORT_CASES="204 255"      only these reports
-// The cross-tabs (SYS_JX, SYS_JD) beside their query written by hand in long form: the pivot is
-// the procedure's work on top of it.
+// The cross-tabs (SYS_JX, SYS_JD) beside their query written by hand in long form (one row per
+// row key, column key and value, checked cell by cell against the pivot): the pivot is the
+// procedure's work on top of it.
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -256,6 +257,45 @@ double crossTabTotal(const qx::db::ResultSet& r, const std::string& skipRow) {
     }
     return total;
 }
+// Each cell of a cross-tab against the hand-written long form: every (row key, column key) of
+// the long form is a cell holding its value, and every other value cell is empty or zero. The
+// long form's column key is a month number, or a day ("2026-03-05 …", named "202603|05" in the
+// pivot). "" when they agree, else the first difference.
+std::string differingCell(const qx::db::ResultSet& pivot, const qx::db::ResultSet& hand, const std::string& skipRow) {
+    auto text = [](const qx::db::Value& v) {
+        if (auto* s = std::get_if<std::string>(&v)) return *s;
+        if (auto* i = std::get_if<std::int64_t>(&v)) return std::to_string(*i);
+        return std::string();
+    };
+    std::map<std::pair<std::string, std::string>, double> cells;
+    for (const auto& row : pivot.rows) {
+        const std::string key = text(row.at(0));
+        if (!skipRow.empty() && key == skipRow) continue;
+        for (std::size_t c = 1; c < row.size() && c < pivot.columns.size(); ++c)
+            if (valueColumn(pivot.columns[c].name) && !std::holds_alternative<std::monostate>(row[c]))
+                cells[{key, pivot.columns[c].name}] += number(row[c]);
+    }
+    std::map<std::pair<std::string, std::string>, double> wanted;  // a pair may come from several branches
+    for (const auto& row : hand.rows) {
+        std::string column = text(row.at(1));
+        if (column.size() >= 10 && column[4] == '-' && column[7] == '-') column = column.substr(0, 4) + column.substr(5, 2) + "|" + column.substr(8, 2);
+        wanted[{text(row.at(0)), column}] += number(row.back());
+    }
+    for (const auto& [key, want] : wanted) {
+        const auto at = cells.find(key);
+        if (at == cells.end()) {
+            if (want != 0) return "no cell " + key.first + " / " + key.second;
+            continue;
+        }
+        if (std::fabs(at->second - want) > 0.005 * std::max(1.0, std::fabs(want)))
+            return "cell " + key.first + " / " + key.second + ": " + std::to_string(at->second) + " against " + std::to_string(want);
+        cells.erase(at);
+    }
+    for (const auto& [key, value] : cells)
+        if (value != 0) return "cell " + key.first + " / " + key.second + " has " + std::to_string(value) + ", the long form nothing";
+    return {};
+}
+
 double longTotal(const qx::db::ResultSet& r) {
     double total = 0;
     for (const auto& row : r.rows) total += number(row.back());
@@ -377,6 +417,8 @@ int main(int argc, char** argv) {
                 if (std::fabs(t - h) > 0.005 * std::max(1.0, std::fabs(h)) || handRows.rows.empty())
                     die(c.name + ": the totals differ: translated " + std::to_string(t) + " (" + std::to_string(translatedRows.rows.size()) +
                         " rows), hand-written " + std::to_string(h) + " (" + std::to_string(handRows.rows.size()) + " rows)");
+                if (const std::string difference = differingCell(translatedRows, handRows, c.skipRow); !difference.empty())
+                    die(c.name + ": the cells differ: " + difference);
             } else if (!same(translated, hand)) {
                 die(c.name + ": the rows differ\n  translated:   " + text(translated) + "\n  hand-written: " + text(hand));
             }
