@@ -9,8 +9,9 @@
 //                                    the run (tests/support/PostgresServer.h)
 //   bench_pg_report --db URI         a shop already on a server
 //   QXCK_REPORT_CASES="204 255"      only these reports
-// The cross-tabs (SYS_JX, SYS_JD) beside their query written by hand in long form: the pivot is
-// the procedure's work on top of it.
+// The cross-tabs (SYS_JX, SYS_JD) beside their query written by hand in long form (one row per
+// row key, column key and value, checked cell by cell against the pivot): the pivot is the
+// procedure's work on top of it.
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -146,6 +147,52 @@ std::vector<Case> cases() {
                        "st ON st.k_id = w.k_id JOIN d1009 p ON p.pp_id = st.pp_id JOIN d1006 z ON z.m_id = st.m_id JOIN d1005 c ON c.col_id "
                        "= w.col_id GROUP BY st.k_id, c.col_id, st.m_id, st.pfj, c.col_name, p.pp_name, st.wl_name, st.dw_name, st.dj "
                        "HAVING SUM(" + k + ") > 0 ORDER BY st.k_id, c.col_id"});
+    // the ranking: each list (styles sold, warehouses, classes, colours, brands, styles in stock
+    // not sold, members) numbered by what it sold (the lists of the shop's warehouses, classes,
+    // colours and brands then go on with those in stock that sold nothing), side by side by place
+    const std::string stock = "SELECT w.k_id, w.col_id, k.ck_id, (k.k0+k.k1+k.k2+k.k3+k.k4+k.k5+k.k6+k.k7+k.k8+k.k9) AS kc FROM d1802 k "
+                              "JOIN d1801 w ON w.wl_id = k.wl_id JOIN d1007 c ON c.ck_id = k.ck_id";
+    // one of the lists with the keys in stock after those sold: the key's sales, then its stock
+    auto ranked = [&](const std::string& key, const std::string& inStock) {
+        return "SELECT row_number() OVER (ORDER BY s.key IS NULL, s.sl DESC, a.key) AS id, coalesce(s.key, a.key) AS key, s.sl, s.smoney, "
+               "coalesce(a.kc, 0) AS kc FROM (SELECT " + key + " AS key, SUM(sl) AS sl, SUM(money) AS smoney FROM t GROUP BY " + key +
+               ") s FULL JOIN (" + inStock + ") a ON a.key = s.key";
+    };
+    const std::string ranking =
+        "WITH t AS (SELECT h.ck_id, NULL AS vipid, l.wl_id, " + q + " AS sl, l.smoney AS money, st.class_id, p.pp_name AS pp, l.col_id "
+        "FROM d8201 h JOIN d8201a l ON l.noid = h.noid JOIN d1800 st ON st.k_id = l.k_id JOIN d1009 p ON p.pp_id = st.pp_id "
+        "JOIN d1007 c ON c.ck_id = h.ck_id WHERE h.t = 1" + range + " UNION ALL SELECT h.ck_id, NULL, l.wl_id, -" + q + ", -l.smoney, "
+        "st.class_id, p.pp_name, l.col_id FROM d8202 h JOIN d8202a l ON l.noid = h.noid JOIN d1800 st ON st.k_id = l.k_id JOIN d1009 p "
+        "ON p.pp_id = st.pp_id JOIN d1007 c ON c.ck_id = h.ck_id WHERE h.t = 1" + range + " UNION ALL SELECT h.ck_id, h.vipid, l.wl_id, " +
+        q + ", l.smoney, st.class_id, p.pp_name, w.col_id FROM d712a l JOIN d712 h ON h.noid = l.noid JOIN d1007 c ON c.ck_id = h.ck_id "
+        "JOIN d1801 w ON w.wl_id = l.wl_id JOIN d1800 st ON st.k_id = w.k_id JOIN d1009 p ON p.pp_id = st.pp_id WHERE TRUE" + range + "), "
+        "stock AS (" + stock + "), "
+        "kc AS (SELECT k_id, SUM(kc) AS kc FROM stock GROUP BY k_id), "
+        "sold AS (SELECT row_number() OVER (ORDER BY SUM(t.sl) DESC) AS id, w.k_id, SUM(t.sl) AS sl, SUM(t.money) AS smoney FROM t "
+        "JOIN d1801 w ON w.wl_id = t.wl_id GROUP BY w.k_id), "
+        "unsold AS (SELECT row_number() OVER (ORDER BY kc.kc DESC) AS id, kc.k_id, st.wl_name, kc.kc FROM kc JOIN d1800 st ON st.k_id = "
+        "kc.k_id WHERE NOT EXISTS (SELECT 1 FROM sold WHERE sold.k_id = kc.k_id)), "
+        "ck AS (" + ranked("ck_id", "SELECT c.ck_id AS key, k.kc FROM d1007 c LEFT JOIN (SELECT s.ck_id, SUM(s.kc) AS kc FROM stock s "
+                                    "JOIN d1800 st ON st.k_id = s.k_id GROUP BY s.ck_id) k ON k.ck_id = c.ck_id") + "), "
+        "cl AS (" + ranked("class_id", "SELECT st.class_id AS key, SUM(s.kc) AS kc FROM stock s JOIN d1800 st ON st.k_id = s.k_id "
+                                       "GROUP BY st.class_id") + "), "
+        "col AS (" + ranked("col_id", "SELECT s.col_id AS key, SUM(s.kc) AS kc FROM stock s JOIN d1800 st ON st.k_id = s.k_id "
+                                      "GROUP BY s.col_id") + "), "
+        "pp AS (" + ranked("pp", "SELECT p.pp_name AS key, SUM(s.kc) AS kc FROM stock s JOIN d1800 st ON st.k_id = s.k_id JOIN d1009 p "
+                                 "ON p.pp_id = st.pp_id GROUP BY p.pp_name") + "), "
+        "vip AS (SELECT row_number() OVER (ORDER BY SUM(t.sl) DESC) AS id, v.vipid, v.vipname, SUM(t.sl) AS sl, SUM(t.money) AS smoney "
+        "FROM t JOIN d702 v ON v.vipid = t.vipid GROUP BY v.vipid, v.vipname), "
+        "ids AS (SELECT id FROM sold UNION SELECT id FROM ck UNION SELECT id FROM cl UNION SELECT id FROM col UNION SELECT id FROM pp "
+        "UNION SELECT id FROM unsold) "
+        "SELECT i.id, sold.k_id, st.wl_name, kc.kc, sold.sl, round(sold.smoney, 2), ck.key, c.ck_name, ck.sl, round(ck.smoney, 2), "
+        "cl.key, d4.class_name, cl.sl, round(cl.smoney, 2), col.key, d5.col_name, col.sl, round(col.smoney, 2), pp.key, pp.sl, "
+        "round(pp.smoney, 2), unsold.k_id, unsold.wl_name, unsold.kc, vip.vipid, vip.vipname, vip.sl, round(vip.smoney, 2), ck.kc, "
+        "cl.kc, col.kc, pp.kc FROM ids i LEFT JOIN sold ON sold.id = i.id LEFT JOIN d1800 st ON st.k_id = sold.k_id LEFT JOIN kc ON "
+        "kc.k_id = sold.k_id LEFT JOIN ck ON ck.id = i.id LEFT JOIN d1007 c ON c.ck_id = ck.key LEFT JOIN cl ON cl.id = i.id LEFT JOIN "
+        "d1004 d4 ON d4.class_id = cl.key LEFT JOIN col ON col.id = i.id LEFT JOIN d1005 d5 ON d5.col_id = col.key LEFT JOIN pp ON "
+        "pp.id = i.id LEFT JOIN unsold ON unsold.id = i.id LEFT JOIN vip ON vip.id = i.id";
+    out.push_back({"281 sales ranking, all sources, both kinds", "reports/golden/qxck281.sql",
+                   "all sources, both kinds, items without sales", ranking});
     // the cross-tabs: the procedure pivots what its query gives; written by hand, the query's
     // figures summed per row key and column key (283 with each style's stock, as the report shows)
     const std::string year = " h.bdate >= '2026-01-01' AND h.bdate < '2026-03-19'";
@@ -210,6 +257,45 @@ double crossTabTotal(const qx::db::ResultSet& r, const std::string& skipRow) {
     }
     return total;
 }
+// Each cell of a cross-tab against the hand-written long form: every (row key, column key) of
+// the long form is a cell holding its value, and every other value cell is empty or zero. The
+// long form's column key is a month number, or a day ("2026-03-05 …", named "202603|05" in the
+// pivot). "" when they agree, else the first difference.
+std::string differingCell(const qx::db::ResultSet& pivot, const qx::db::ResultSet& hand, const std::string& skipRow) {
+    auto text = [](const qx::db::Value& v) {
+        if (auto* s = std::get_if<std::string>(&v)) return *s;
+        if (auto* i = std::get_if<std::int64_t>(&v)) return std::to_string(*i);
+        return std::string();
+    };
+    std::map<std::pair<std::string, std::string>, double> cells;
+    for (const auto& row : pivot.rows) {
+        const std::string key = text(row.at(0));
+        if (!skipRow.empty() && key == skipRow) continue;
+        for (std::size_t c = 1; c < row.size() && c < pivot.columns.size(); ++c)
+            if (valueColumn(pivot.columns[c].name) && !std::holds_alternative<std::monostate>(row[c]))
+                cells[{key, pivot.columns[c].name}] += number(row[c]);
+    }
+    std::map<std::pair<std::string, std::string>, double> wanted;  // a pair may come from several branches
+    for (const auto& row : hand.rows) {
+        std::string column = text(row.at(1));
+        if (column.size() >= 10 && column[4] == '-' && column[7] == '-') column = column.substr(0, 4) + column.substr(5, 2) + "|" + column.substr(8, 2);
+        wanted[{text(row.at(0)), column}] += number(row.back());
+    }
+    for (const auto& [key, want] : wanted) {
+        const auto at = cells.find(key);
+        if (at == cells.end()) {
+            if (want != 0) return "no cell " + key.first + " / " + key.second;
+            continue;
+        }
+        if (std::fabs(at->second - want) > 0.005 * std::max(1.0, std::fabs(want)))
+            return "cell " + key.first + " / " + key.second + ": " + std::to_string(at->second) + " against " + std::to_string(want);
+        cells.erase(at);
+    }
+    for (const auto& [key, value] : cells)
+        if (value != 0) return "cell " + key.first + " / " + key.second + " has " + std::to_string(value) + ", the long form nothing";
+    return {};
+}
+
 double longTotal(const qx::db::ResultSet& r) {
     double total = 0;
     for (const auto& row : r.rows) total += number(row.back());
@@ -331,6 +417,8 @@ int main(int argc, char** argv) {
                 if (std::fabs(t - h) > 0.005 * std::max(1.0, std::fabs(h)) || handRows.rows.empty())
                     die(c.name + ": the totals differ: translated " + std::to_string(t) + " (" + std::to_string(translatedRows.rows.size()) +
                         " rows), hand-written " + std::to_string(h) + " (" + std::to_string(handRows.rows.size()) + " rows)");
+                if (const std::string difference = differingCell(translatedRows, handRows, c.skipRow); !difference.empty())
+                    die(c.name + ": the cells differ: " + difference);
             } else if (!same(translated, hand)) {
                 die(c.name + ": the rows differ\n  translated:   " + text(translated) + "\n  hand-written: " + text(hand));
             }

@@ -73,6 +73,8 @@ public:
     // What the procedures behind EXEC see of the connection (db/procedures/Session.h): the
     // running batch's transaction; statements with bound values read through a cursor.
     ResultSet runWithinTransaction(std::string_view tsqlBatch) override { return runStatements(tsqlBatch); }
+    // A cross-tab's row source summed on the server: its rows need not cross the connection.
+    std::optional<ResultSet> runSummed(std::string_view tsqlQuery, const SummedColumns& choose) override;
     void executeNative(const std::string& sql) override { runNative(sql); }
     const procedures::Dialect& dialect() const override { return procedures::postgresDialect(); }
     bool setGuardsOff(bool off) override;
@@ -163,11 +165,13 @@ private:
         int params = 0;
         int rows = 0;
         std::vector<std::optional<std::string>> values;  // params per row, row after row
+        std::string copy;                                // "COPY …" when they may go by COPY
     };
     BufferedRows buffered_;
     void bufferRow(const std::string& sql, const std::string& head, const std::string& tuple, int params,
                    const std::vector<std::optional<std::string>>& values);
     void sendBufferedRows();
+    void copyBufferedRows(const BufferedRows& rows, const std::string& command);
     ResultSet* produced_ = nullptr;  // where the result set of the running statements goes
 
     // The connection's temp tables made from a known definition. A DROP keeps such a table,

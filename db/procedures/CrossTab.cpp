@@ -3,6 +3,7 @@
 // is a number, text order otherwise), NULL where the source has nothing, and a `total`. Extra
 // columns and joins (@selectstr, @innerstr) are applied to the pivot under the alias D.
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
@@ -11,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "db/procedures/Statement.h"
@@ -52,17 +54,38 @@ std::optional<double> numberOf(const std::string& text) {
 }
 
 // The index of the column named `name` (case-insensitive); `fallback` when there is none.
-std::size_t columnIndex(const ResultSet& rs, const std::string& name, std::size_t fallback) {
-    for (std::size_t i = 0; i < rs.columns.size(); ++i)
-        if (lower(rs.columns[i].name) == lower(name)) return i;
-    if (fallback >= rs.columns.size()) throw Error("cross-tab: the row source has no column " + name);
+std::size_t columnIndex(const std::vector<std::string>& names, const std::string& name, std::size_t fallback) {
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (lower(names[i]) == lower(name)) return i;
+    if (fallback >= names.size()) throw Error("cross-tab: the row source has no column " + name);
     return fallback;
+}
+std::size_t columnIndex(const ResultSet& rs, const std::string& name, std::size_t fallback) {
+    std::vector<std::string> names;
+    for (const auto& column : rs.columns) names.push_back(column.name);
+    return columnIndex(names, name, fallback);
 }
 
 struct Cell {
     double sum = 0;
 };
-using Cells = std::map<std::string, std::map<std::string, Cell>>;  // row key → column key → cell
+// row key → column key → cell; found by a view of the key (no copy of a key already there)
+using CellsOfRow = std::map<std::string, Cell, std::less<>>;
+using Cells = std::map<std::string, CellsOfRow, std::less<>>;
+
+// The text of a key: a text value as it stands, anything else as textOf gives it (into `buffer`).
+std::string_view keyText(const Value& v, std::string& buffer) {
+    if (auto* s = std::get_if<std::string>(&v)) return *s;
+    buffer = textOf(v);
+    return buffer;
+}
+
+template <typename Map>
+auto& entry(Map& map, std::string_view key) {
+    auto at = map.find(key);
+    if (at == map.end()) at = map.emplace(std::string(key), typename Map::mapped_type{}).first;
+    return at->second;
+}
 
 // The width of the pivot table's row key column: 100 characters, or the longest key's (a server
 // refuses a longer text than its column takes).
@@ -90,7 +113,15 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
     const std::string selectText = arg("selectstr");
     const std::string innerText = arg("innerstr");
 
-    const ResultSet src = db.runWithinTransaction(source);
+    // The source's rows summed per row key and column key where they are, when the engine can
+    // (a server: one row per cell crosses the connection instead of every line); the pivot below
+    // adds up whatever comes, so both forms give the same cells.
+    const auto choose = [&](const std::vector<std::string>& names) {
+        return std::array<std::size_t, 3>{columnIndex(names, rowKeyName, 0), columnIndex(names, columnKeyName, 1),
+                                          columnIndex(names, valueName, 2)};
+    };
+    std::optional<ResultSet> summed = db.runSummed(source, choose);
+    const ResultSet src = summed ? std::move(*summed) : db.runWithinTransaction(source);
     std::vector<std::string> headers;
     if (headerRows) {
         const std::string headerText = arg("PARAM11");
@@ -108,15 +139,16 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
     const std::size_t vk = src.columns.size() < 3 ? 0 : columnIndex(src, valueName, 2);
 
     bool integral = true;
-    std::set<std::string> columnKeys;
+    std::set<std::string, std::less<>> columnKeys;
     Cells cells;
+    std::string rowBuffer, columnBuffer;
     for (const auto& r : src.rows) {
-        const std::string row = textOf(r[rk]);
-        const std::string column = textOf(r[ck]);
-        columnKeys.insert(column);
-        auto& cellsOfRow = cells[row];
+        const std::string_view row = keyText(r[rk], rowBuffer);
+        const std::string_view column = keyText(r[ck], columnBuffer);
+        if (columnKeys.find(column) == columnKeys.end()) columnKeys.emplace(column);
+        auto& cellsOfRow = entry(cells, row);
         if (std::holds_alternative<std::monostate>(r[vk])) {
-            cellsOfRow.try_emplace(column);  // the key exists; a NULL value adds nothing
+            entry(cellsOfRow, column);  // the key exists; a NULL value adds nothing
             continue;
         }
         double v = 0;
@@ -128,9 +160,9 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
             v = *n;
             if (*n != static_cast<double>(static_cast<long long>(*n))) integral = false;
         }
-        cellsOfRow[column].sum += v;
+        entry(cellsOfRow, column).sum += v;
     }
-    for (const auto& h : headers) cells.try_emplace(h);
+    for (const auto& h : headers) entry(cells, h);
 
     std::vector<std::string> keys(columnKeys.begin(), columnKeys.end());
     bool numeric = !keys.empty();

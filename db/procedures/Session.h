@@ -2,8 +2,11 @@
 // What a procedure behind EXEC runs on: the connection of the calling batch, inside its
 // transaction, on either engine. Statements are prepared through it (Statement.h: bound values,
 // typed reads); the few spellings in which the engines' SQL differs are its Dialect.
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -77,6 +80,20 @@ public:
     // The statements of a T-SQL batch, translated as every batch's, inside the running
     // transaction; the last result set produced.
     virtual ResultSet runWithinTransaction(std::string_view tsqlBatch) = 0;
+    // The rows of one T-SQL query summed where they are: one row per distinct pair of a row key
+    // and a column key (compared byte for byte, as text read back compares), with the sum of a
+    // value column (NULL when every value of the pair is NULL). `choose` is given the query's
+    // column names and returns the positions of row key, column key and value; the result has
+    // those three columns, named as the query names them. nullopt where the engine hands the
+    // rows as they are instead (the caller sums them): an engine in the same process, a query
+    // of several statements, keys or values whose sum or comparison would not be exactly the
+    // caller's.
+    using SummedColumns = std::function<std::array<std::size_t, 3>(const std::vector<std::string>& names)>;
+    virtual std::optional<ResultSet> runSummed(std::string_view tsqlQuery, const SummedColumns& choose) {
+        (void)tsqlQuery;
+        (void)choose;
+        return std::nullopt;
+    }
     // SQL of the engine itself (no translation), inside the running transaction.
     virtual void executeNative(const std::string& sql) = 0;
     virtual const procedures::Dialect& dialect() const = 0;

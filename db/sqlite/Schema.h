@@ -12,10 +12,11 @@ namespace qx {
 // The shop's schema version, the same on every engine (SQLite keeps it in PRAGMA user_version,
 // PostgreSQL in the view qx_schema_version): 1 for the first shops, 2 since the balance view
 // recounts through qx_stock_recount, 3 since a server shop keeps datetimes to 1/300 s with the
-// helper functions that round them. A shop with an older mark gets its views and triggers (on a
+// helper functions that round them, 4 since those helpers may run in the server's parallel
+// workers. A shop with an older mark gets its views and triggers (on a
 // server also its helper functions and datetime columns) made again from their sources when it
 // is opened; a newer mark is refused.
-inline constexpr int kSchemaVersion = 3;
+inline constexpr int kSchemaVersion = 4;
 
 // Why a shop marked by a newer build is not opened.
 inline std::string newerSchemaMessage(const std::string& location, int version) {

@@ -18,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "db/CopyText.h"
 #include "db/Database.h"
 #include "db/postgres/PostgresDatabase.h"
 #include "db/sqlite/SqliteDatabase.h"
@@ -359,16 +360,7 @@ void appendValue(std::string& out, sqlite3_stmt* stmt, int i, const TargetColumn
     // not in SQL Server's), so a copied text loses them as a text written there does.
     if (column.kind == Kind::Text)
         while (size > 0 && text[size - 1] == ' ') --size;
-    for (int k = 0; k < size; ++k) {
-        const char c = text[k];
-        switch (c) {
-        case '\\': out += "\\\\"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        case '\t': out += "\\t"; break;
-        default: out += c;
-        }
-    }
+    qx::db::appendCopyText(out, std::string_view(text, static_cast<std::size_t>(size)));
 }
 
 long long copyTable(Server& server, sqlite3* db, const Plan& plan) {

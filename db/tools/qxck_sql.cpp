@@ -7,6 +7,7 @@
 #include <iterator>
 #include <string>
 
+#include "db/CopyText.h"
 #include "db/Database.h"
 
 namespace {
@@ -20,15 +21,7 @@ std::string field(const qx::db::Value& value) {
     }
     if (const auto* s = std::get_if<std::string>(&value)) {
         std::string out;
-        for (char c : *s) {
-            switch (c) {
-                case '\\': out += "\\\\"; break;
-                case '\t': out += "\\t"; break;
-                case '\n': out += "\\n"; break;
-                case '\r': out += "\\r"; break;
-                default: out += c;
-            }
-        }
+        qx::db::appendCopyText(out, *s);
         return out;
     }
     return "\\N";

@@ -144,7 +144,7 @@ TEST(SchemaVersion, AShopOfANewerVersionIsRefusedAndLeftAsItIs) {
         db::openSqlite(file);
         ADD_FAILURE() << "a newer shop must not be opened";
     } catch (const db::Error& e) {
-        EXPECT_NE(std::string(e.what()).find("was made by a newer version of the program (schema version 99, this version knows up to 3)"),
+        EXPECT_NE(std::string(e.what()).find("was made by a newer version of the program (schema version 99, this version knows up to 4)"),
                   std::string::npos)
             << e.what();
     }

@@ -576,6 +576,74 @@ TEST_P(CrossTabs, AnEmptyRowSourceGivesTheKeyAndTotalOnly) {
     EXPECT_THROW(db.open("EXEC SYS_JX @param1='',@param2='wl_id'"), db::Error);
 }
 
+// Where the engine sums the source's lines before the pivot (a server), the cells are those of
+// the lines pivoted one by one: keys compared byte for byte, the values' type kept, a pair of
+// NULL values a cell of 0, text values read as numbers.
+TEST_P(CrossTabs, KeysDifferingOnlyInCaseOrWidthStayApart) {
+    const std::string src = "SELECT ''a'' AS wl_id, ''X'' AS k, 1 AS v UNION ALL SELECT ''A'', ''X'', 2 UNION ALL SELECT ''a'', ''X'', 3 "
+                            "UNION ALL SELECT ''a'', ''x'', 5 UNION ALL SELECT ''Ａ'', ''X'', 7";
+    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v'");
+    ASSERT_EQ(r.size(), 3u);
+    ASSERT_EQ(r.rs.columns.size(), 4u) << "X and x are two columns";
+    const std::size_t lower = r.find("wl_id", "a"), upper = r.find("wl_id", "A"), wide = r.find("wl_id", "Ａ");
+    EXPECT_EQ(r.num(lower, "total"), 9);
+    EXPECT_EQ(r.num(upper, "total"), 2);
+    EXPECT_EQ(r.num(wide, "total"), 7);
+    EXPECT_EQ(integer(r.rs.rows[lower][r.rs.columns[1].name == "X" ? 1 : 2]), 4);
+}
+
+TEST_P(CrossTabs, NullValuesMakeACellOfNothingAndTheValuesKeepTheirType) {
+    const std::string src = "SELECT ''K1'' AS wl_id, ''X'' AS k, CAST(NULL AS int) AS v UNION ALL SELECT ''K1'', ''X'', NULL "
+                            "UNION ALL SELECT ''K1'', ''Y'', NULL UNION ALL SELECT ''K1'', ''Y'', 2 UNION ALL SELECT ''K2'', ''Y'', 3";
+    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v'");
+    ASSERT_EQ(r.size(), 2u);
+    EXPECT_EQ(r.num(0, "X"), 0) << "the pair is there, its values add nothing";
+    EXPECT_EQ(r.num(0, "Y"), 2);
+    EXPECT_EQ(r.num(0, "total"), 2);
+    EXPECT_TRUE(r.isNull(1, "X"));
+    EXPECT_TRUE(std::holds_alternative<std::int64_t>(r.rs.rows[1][r.col("Y")])) << "whole numbers stay whole";
+
+    const std::string decimals = "SELECT ''K1'' AS wl_id, ''X'' AS k, CAST(1.25 AS decimal(10,2)) AS v UNION ALL SELECT ''K1'', ''X'', 2";
+    auto d = call(db, "EXEC SYS_JX @param1='" + decimals + "',@param2='wl_id',@param3='k',@param4='v'");
+    ASSERT_EQ(d.size(), 1u);
+    EXPECT_TRUE(std::holds_alternative<double>(d.rs.rows[0][d.col("X")]));
+    EXPECT_DOUBLE_EQ(d.real(0, "X"), 3.25);
+
+    const std::string whole = "SELECT ''K1'' AS wl_id, ''X'' AS k, CAST(2.4 AS decimal(10,0)) AS v UNION ALL SELECT ''K1'', ''X'', "
+                              "CAST(3 AS decimal(10,0))";
+    auto w = call(db, "EXEC SYS_JX @param1='" + whole + "',@param2='wl_id',@param3='k',@param4='v'");
+    ASSERT_EQ(w.size(), 1u);
+    EXPECT_TRUE(std::holds_alternative<std::int64_t>(w.rs.rows[0][w.col("X")])) << "a decimal without places reads whole";
+    EXPECT_EQ(w.num(0, "X"), 5);
+}
+
+TEST_P(CrossTabs, TextValuesAndNumberKeysPivotAsTheyRead) {
+    const std::string src = "SELECT ''K1'' AS wl_id, ''X'' AS k, ''5'' AS v UNION ALL SELECT ''K1'', ''X'', ''abc'' UNION ALL "
+                            "SELECT ''K1'', ''Y'', ''2.5''";
+    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v'");
+    ASSERT_EQ(r.size(), 1u);
+    EXPECT_DOUBLE_EQ(r.real(0, "X"), 5) << "a text that is no number adds nothing";
+    EXPECT_DOUBLE_EQ(r.real(0, "Y"), 2.5);
+    const std::string numberKeys = "SELECT ''K1'' AS wl_id, 1.5 AS k, 1 AS v UNION ALL SELECT ''K1'', 1.50, 2 UNION ALL SELECT ''K1'', 10, 4";
+    auto n = call(db, "EXEC SYS_JX @param1='" + numberKeys + "',@param2='wl_id',@param3='k',@param4='v'");
+    ASSERT_EQ(n.rs.columns.size(), 4u);
+    EXPECT_EQ(n.rs.columns[1].name, "1.5");
+    EXPECT_EQ(n.num(0, "1.5"), 3);
+    EXPECT_EQ(n.num(0, "10"), 4);
+}
+
+TEST_P(CrossTabs, ASourceOfSeveralStatementsOrATempTableIsPivotedToo) {
+    db.execute("CREATE TABLE #src (wl_id varchar(10), k varchar(10), v int)");
+    db.execute("INSERT INTO #src VALUES ('K1', 'X', 1); INSERT INTO #src VALUES ('K1', 'X', 2)");
+    auto t = call(db, "EXEC SYS_JX @param1='SELECT wl_id, k, v FROM #src',@param2='wl_id',@param3='k',@param4='v'");
+    ASSERT_EQ(t.size(), 1u);
+    EXPECT_EQ(t.num(0, "X"), 3);
+    auto b = call(db, "EXEC SYS_JX @param1='SELECT 1 AS n INTO #first; SELECT ''K2'' AS wl_id, ''Y'' AS k, n + 4 AS v FROM #first'"
+                      ",@param2='wl_id',@param3='k',@param4='v'");
+    ASSERT_EQ(b.size(), 1u);
+    EXPECT_EQ(b.num(0, "Y"), 5);
+}
+
 INSTANTIATE_TEST_SUITE_P(Engines, CrossTabs, ::testing::ValuesIn(engines()), engineTestName);
 
 }  // namespace

@@ -652,6 +652,75 @@ TEST_F(PostgresDatabaseTest, AProceduresInsertedRowsArriveInOrderBeforeAnythingE
     EXPECT_EQ(server.runNative("SELECT count(*) FROM written").rows[0][0], Value(std::int64_t{25002}));
 }
 
+// A procedure's rows into a temp table of its own travel by COPY: every value arrives as bound,
+// whatever it holds, NULLs stay NULL, and a refused row fails with the statement's text.
+TEST_F(PostgresDatabaseTest, AProceduresRowsIntoItsTempTableArriveExactly) {
+    auto& server = dynamic_cast<qx::db::PostgresDatabase&>(*db_);
+    server.runNative("BEGIN");
+    server.runNative("CREATE TEMP TABLE pivot (k VARCHAR(20000) COLLATE qx, a BIGINT, b FLOAT)");
+    auto write = server.prepareNative("INSERT INTO pg_temp.pivot VALUES (?1, ?2, ?3)");
+    const std::vector<std::string> hostile = {"tab\there", "line\nbreak\r\n", "back\\slash\\N", "\\N", "it's \"quoted\"",
+                                              "汉字，全角", std::string(10000, 'x'), "", "  blanks inside  x"};
+    for (std::size_t i = 0; i < hostile.size(); ++i) {
+        write->bind(1, std::string_view(hostile[i]));
+        write->bind(2, std::int64_t{static_cast<std::int64_t>(i) - 4000000000LL});
+        write->bind(3, 0.1 * static_cast<double>(i));
+        EXPECT_FALSE(write->step());
+        write->reset(false);
+    }
+    write->bindNull(1);
+    write->bindNull(2);
+    write->bindNull(3);
+    write->step();
+    write->reset(false);
+    const auto rows = server.runNative("SELECT k, a, b FROM pivot ORDER BY a NULLS LAST").rows;
+    ASSERT_EQ(rows.size(), hostile.size() + 1);
+    for (std::size_t i = 0; i < hostile.size(); ++i) {
+        EXPECT_EQ(text(rows[i][0]), hostile[i]) << i;
+        EXPECT_EQ(rows[i][1], Value(static_cast<std::int64_t>(i) - 4000000000LL));
+        EXPECT_DOUBLE_EQ(std::get<double>(rows[i][2]), 0.1 * static_cast<double>(i));
+    }
+    for (const auto& v : rows.back()) EXPECT_TRUE(std::holds_alternative<std::monostate>(v)) << "NULL, not the text \\N";
+    server.runNative("COMMIT");
+
+    server.runNative("BEGIN");
+    write->bind(1, std::string_view("K1"));
+    write->bind(2, std::string_view("not a number"));
+    write->bindNull(3);
+    write->step();
+    try {
+        server.runNative("SELECT 1");
+        FAIL() << "no error";
+    } catch (const qx::db::Error& e) {
+        EXPECT_NE(std::string(e.what()).find("bigint"), std::string::npos) << e.what();
+        EXPECT_NE(e.statement().find("INSERT INTO pg_temp.pivot"), std::string::npos) << e.statement();
+    }
+    server.runNative("ROLLBACK");
+    write.reset();
+    server.runNative("BEGIN");
+    EXPECT_EQ(server.runNative("SELECT count(*) FROM pivot").rows[0][0], Value(std::int64_t{10})) << "the connection goes on";
+    server.runNative("COMMIT");
+}
+
+// The helpers the translation calls are marked for parallel workers: one unmarked function in a
+// query keeps the whole of it in one process.
+TEST_F(PostgresDatabaseTest, AQueryCallingTheHelpersMayStillRunInParallel) {
+    auto& server = dynamic_cast<qx::db::PostgresDatabase&>(*db_);
+    db_->execute("INSERT INTO Items (ItemNo, Qty) VALUES ('A1', 1)");
+    EXPECT_EQ(server.runNative("SELECT count(*) FROM pg_proc WHERE proname LIKE 'qx\\_%' AND prorettype <> 'trigger'::regtype "
+                               "AND proparallel = 'u'").rows[0][0],
+              Value(std::int64_t{0}));
+    EXPECT_EQ(text(server.runNative("SELECT proparallel FROM pg_proc WHERE proname = 'qx_divisor' LIMIT 1").rows[0][0]), "r")
+        << "a reader of the transaction's maintenance setting stays with the leader";
+    server.runNative("CREATE TABLE many AS SELECT n FROM generate_series(1, 50000) n");
+    server.runNative("ANALYZE many");
+    server.runNative("SET parallel_setup_cost = 0; SET parallel_tuple_cost = 0; SET min_parallel_table_scan_size = 0");
+    std::string plan;
+    for (const auto& row : server.runNative("EXPLAIN SELECT qx_int_text(n, 20, 0) FROM many WHERE qx_round(n, 0) > 7").rows)
+        plan += text(row[0]) + "\n";
+    EXPECT_NE(plan.find("Gather"), std::string::npos) << plan;
+}
+
 // A query run again and again is prepared on the server once; what it reads may still change
 // under it, by this connection or another, and each run answers from the tables as they are.
 TEST_F(PostgresDatabaseTest, AQueryRunAgainAndAgainAnswersFromTheTablesAsTheyAre) {

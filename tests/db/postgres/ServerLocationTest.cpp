@@ -157,6 +157,7 @@ void makeItAShopOfVersion(const std::string& uri, int mark) {
     server.runNative("ALTER TABLE d8201 ALTER COLUMN bdate TYPE TIMESTAMP(0)");
     server.runNative("CREATE OR REPLACE FUNCTION qx_fail(text) RETURNS text LANGUAGE plpgsql STABLE AS "
                      "$q$BEGIN RAISE EXCEPTION USING MESSAGE = 'an old body'; END $q$");
+    server.runNative("ALTER FUNCTION qx_int_text(bigint, integer, integer) PARALLEL UNSAFE");  // as helpers were made before
     server.runNative("DROP VIEW IF EXISTS v_checkkc; CREATE VIEW v_checkkc AS SELECT 'stale'::text AS ck_id; "
                      "DROP FUNCTION qx_post_sale_line_ins CASCADE; DROP TRIGGER qx_snapshot_reopening ON sys_co; "
                      "CREATE OR REPLACE FUNCTION qx_d1802_total() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RETURN NEW; END $$");
@@ -171,7 +172,7 @@ TEST_F(ServerLocation, ANewShopCarriesTheSchemaVersionMark) {
     auto& shop = dynamic_cast<db::PostgresDatabase&>(*created);
     EXPECT_EQ(markOf(shop), kSchemaVersion);
     EXPECT_EQ(shop.schemaVersion(), kSchemaVersion);
-    EXPECT_EQ(kSchemaVersion, 3) << "the same mark as a shop file's";
+    EXPECT_EQ(kSchemaVersion, 4) << "the same mark as a shop file's";
     created.reset();
     auto reopened = db::openDatabase(uri);
     EXPECT_EQ(dynamic_cast<db::PostgresDatabase&>(*reopened).schemaVersion(), kSchemaVersion);
@@ -196,6 +197,8 @@ TEST_P(OlderServerShop, GetsItsGeneratedObjectsRenewedAndKeepsItsRows) {
     EXPECT_EQ(text(shop.runNative("SELECT prosrc FROM pg_proc WHERE proname = 'qx_fail'").rows.at(0).at(0)).find("an old body"),
               std::string::npos)
         << "the helpers in this build's bodies";
+    EXPECT_EQ(text(shop.runNative("SELECT proparallel FROM pg_proc WHERE proname = 'qx_int_text'").rows.at(0).at(0)), "s")
+        << "the helpers may run in parallel workers again";
     EXPECT_EQ(text(scalar(*db, "SELECT CONVERT(varchar(23), BDATE, 121) FROM D8201 WHERE NOID = 'S1'")), "2026-05-05 00:00:00.000");
     EXPECT_EQ(count(*db, "D8201A"), 1) << "rows stay";
     EXPECT_EQ(count(*db, "D1007"), 3);
@@ -211,7 +214,7 @@ TEST_P(OlderServerShop, GetsItsGeneratedObjectsRenewedAndKeepsItsRows) {
     EXPECT_EQ(dynamic_cast<db::PostgresDatabase&>(*db::openDatabase(uri)).schemaVersion(), kSchemaVersion) << "opening again changes nothing";
 }
 
-INSTANTIATE_TEST_SUITE_P(Mark, OlderServerShop, ::testing::Values(0, 1, 2), [](const ::testing::TestParamInfo<int>& info) {
+INSTANTIATE_TEST_SUITE_P(Mark, OlderServerShop, ::testing::Values(0, 1, 2, 3), [](const ::testing::TestParamInfo<int>& info) {
     return info.param ? "Version" + std::to_string(info.param) : std::string("None");
 });
 
@@ -223,7 +226,7 @@ TEST_F(ServerLocation, AShopWithANewerMarkIsRefusedAndLeftAsItIs) {
         db::openDatabase(uri);
         ADD_FAILURE() << "a newer shop must not be opened";
     } catch (const db::Error& e) {
-        EXPECT_NE(std::string(e.what()).find(uri + " was made by a newer version of the program (schema version 99, this version knows up to 3); "
+        EXPECT_NE(std::string(e.what()).find(uri + " was made by a newer version of the program (schema version 99, this version knows up to 4); "
                                               "open it with that version"),
                   std::string::npos)
             << e.what();
