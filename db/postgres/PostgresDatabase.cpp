@@ -1186,7 +1186,15 @@ void PostgresDatabase::renewGeneratedObjects() {
     for (const auto& statement : snapshots) runNative(statement);
     for (const auto* completion : missingSkuCompletions()) runNative(completion->postgresTrigger);
     for (const auto* completion : missing) runNative(completion->backfill);
+    addMissingStartingRows();
     markSchemaVersion();
+}
+
+// Server shops made before a new shop got its starting rows (the reports' groupings) have none;
+// they get them. A shop holding any grouping keeps its own.
+void PostgresDatabase::addMissingStartingRows() {
+    if (!runNative("SELECT 1 FROM sys_group LIMIT 1").rows.empty()) return;
+    for (const auto& file : seedRows()) runStatements(file.text);
 }
 
 // The helper functions in this build's bodies (installRuntime() only adds missing ones). One

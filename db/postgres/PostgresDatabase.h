@@ -132,6 +132,7 @@ private:
     void renewRuntime();
     void renewTableColumns();
     void markSchemaVersion();
+    void addMissingStartingRows();
 
     pg_conn* conn_ = nullptr;
     std::string location_;

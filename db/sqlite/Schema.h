@@ -13,7 +13,7 @@ namespace qx {
 // PostgreSQL in the view qx_schema_version): 1 for the first shops, 2 since the balance view
 // recounts through qx_stock_recount, 3 since a server shop keeps datetimes to 1/300 s with the
 // helper functions that round them, 4 since those helpers may run in the server's parallel
-// workers. A shop with an older mark gets its views and triggers (on a
+// workers (and a server shop without the reports' groupings gets them). A shop with an older mark gets its views and triggers (on a
 // server also its helper functions and datetime columns) made again from their sources when it
 // is opened; a newer mark is refused.
 inline constexpr int kSchemaVersion = 4;

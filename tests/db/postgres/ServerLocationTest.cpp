@@ -158,6 +158,7 @@ void makeItAShopOfVersion(const std::string& uri, int mark) {
     server.runNative("CREATE OR REPLACE FUNCTION qx_fail(text) RETURNS text LANGUAGE plpgsql STABLE AS "
                      "$q$BEGIN RAISE EXCEPTION USING MESSAGE = 'an old body'; END $q$");
     server.runNative("ALTER FUNCTION qx_int_text(bigint, integer, integer) PARALLEL UNSAFE");  // as helpers were made before
+    server.runNative("DELETE FROM sys_group");  // made before a new server shop got the reports' groupings
     server.runNative("DROP VIEW IF EXISTS v_checkkc; CREATE VIEW v_checkkc AS SELECT 'stale'::text AS ck_id; "
                      "DROP FUNCTION qx_post_sale_line_ins CASCADE; DROP TRIGGER qx_snapshot_reopening ON sys_co; "
                      "CREATE OR REPLACE FUNCTION qx_d1802_total() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RETURN NEW; END $$");
@@ -200,6 +201,7 @@ TEST_P(OlderServerShop, GetsItsGeneratedObjectsRenewedAndKeepsItsRows) {
     EXPECT_EQ(text(shop.runNative("SELECT proparallel FROM pg_proc WHERE proname = 'qx_int_text'").rows.at(0).at(0)), "s")
         << "the helpers may run in parallel workers again";
     EXPECT_EQ(text(scalar(*db, "SELECT CONVERT(varchar(23), BDATE, 121) FROM D8201 WHERE NOID = 'S1'")), "2026-05-05 00:00:00.000");
+    EXPECT_EQ(count(*db, "sys_group", "GROUP_ID=214"), 12) << "the reports' groupings it lacked";
     EXPECT_EQ(count(*db, "D8201A"), 1) << "rows stay";
     EXPECT_EQ(count(*db, "D1007"), 3);
     EXPECT_EQ(stock(*db, "K101", "ZC"), sizes({-2}));
