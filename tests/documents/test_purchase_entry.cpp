@@ -569,6 +569,7 @@ TEST_F(PurchaseEntryTest, SavingTwiceInEditReplacesTheLinesAndAddsNoSecondSkuOrS
 
 TEST_F(PurchaseEntryTest, AFailureInTheLastStatementKeepsNothingOfTheBatch) {
     // A database rule that refuses the barcode completion, the batch's last statement.
+    if (onServer()) GTEST_SKIP() << "the refusing rule is written into the shop file";
     sqlite3* raw = nullptr;
     ASSERT_EQ(sqlite3_open(dir.filePath("shop.db").toUtf8().constData(), &raw), SQLITE_OK);
     ASSERT_EQ(sqlite3_exec(raw,

@@ -1,6 +1,6 @@
 #pragma once
 // The base of the screen tests over a real shop database: a fresh SQLite shop in a temporary
-// folder, filled by the family's seed(), the screen environment installed over it (signed in as
+// folder (or a server shop, see newShop), filled by the family's seed(), the screen environment installed over it (signed in as
 // U1 王经理 at warehouse 01, today 2026-03-18), messages answered by a scripted sink and every
 // statement the screens send recorded. The master data most families share is seeded by the
 // helpers below; each family adds its own.
@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <memory>
 #include <ostream>
+#include <stdexcept>
 #include <vector>
 
 #include "db/Database.h"
@@ -18,6 +19,7 @@
 #include "framework/U_dataop.h"
 #include "framework/U_function.h"
 #include "framework/U_glo.h"
+#include "tests/support/PostgresServer.h"
 #include "tests/support/RecordedCalls.h"
 #include "tests/support/ScreenTestEnvironment.h"
 
@@ -47,7 +49,7 @@ inline void seedTradingPartners(qx::db::Database& db) {
 class ShopDatabaseTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        db = std::shared_ptr<qx::db::Database>(qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true));
+        db = std::shared_ptr<qx::db::Database>(newShop());
         seed();
         environment.install(db, &calls);
         G_UserName = "王经理";
@@ -57,6 +59,16 @@ protected:
 
     // The family's shop, written straight into the new database.
     virtual void seed() = 0;
+
+    // The screens' tests run on a shop file; with QXCK_SCREEN_ENGINE=postgresql each test's shop
+    // is a new database on the test process's private server instead (the same tests, a server).
+    static bool onServer() { return qgetenv("QXCK_SCREEN_ENGINE") == "postgresql"; }
+    std::unique_ptr<qx::db::Database> newShop() const {
+        if (!onServer()) return qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true);
+        auto* server = PostgresServer::instance();
+        if (!server) throw std::runtime_error("QXCK_SCREEN_ENGINE=postgresql needs the PostgreSQL server binaries");
+        return qx::db::openDatabase(server->freshDatabase(), true);
+    }
 
     void exec(const QString& sql) { db->execute(sql.toStdString()); }
     // A statement the database allows only to maintenance (schema changes, closed months).
