@@ -15,6 +15,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "db/Progress.h"
 #include "db/TextIndex.h"
 #include "db/procedures/ClosingSnapshots.h"
 #include "db/procedures/StockProcedures.h"
@@ -191,6 +192,15 @@ public:
     }
 
 private:
+    // Asked once per SKU, line and result row: every few thousand of them the progress window
+    // may cancel (the batch then fails with the cancel message and nothing is returned).
+    static constexpr std::uint32_t kAskEvery = 4096;
+    void goOn() {
+        if (--untilAsked_ != 0) return;
+        untilAsked_ = kAskEvery;
+        if (!progressContinues()) throw Error(kCancelledMessage);
+    }
+
     void bindAll(Statement& st, const std::vector<std::string>& binds) {
         for (std::size_t i = 0; i < binds.size(); ++i) st.bind(static_cast<int>(i + 1), binds[i]);
     }
@@ -215,6 +225,7 @@ private:
                          "LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID WHERE 1 = 1" + skuFilter(db_.dialect(), "s.WL_ID", *only, binds));
             bindAll(st, binds);
             while (st.step()) {
+                goOn();
                 if (index_.find(st.view(0)) != TextIndex::kMissing) continue;  // one row per SKU
                 Sku& s = skus_.emplace_back();
                 s.wl = st.text(0);
@@ -238,6 +249,7 @@ private:
             std::optional<Statement> colourOf;
             Statement st(db_, "SELECT WL_ID, K_ID, COL_ID FROM d1801");
             while (st.step()) {
+                goOn();
                 if (index_.find(st.view(0)) != TextIndex::kMissing) continue;
                 Sku& s = skus_.emplace_back();
                 s.wl = st.text(0);
@@ -274,6 +286,7 @@ private:
             Statement st(db_, sql);
             bindAll(st, binds);
             while (st.step()) {
+                goOn();
                 if (!styleAt.try_emplace(st.text(0), static_cast<std::uint32_t>(styles_.size())).second) continue;
                 Style& style = styles_.emplace_back();
                 style.name = st.text(1);
@@ -346,6 +359,7 @@ private:
     // The quantities of a row (SKU, then ten sizes) added to its SKU's opening; a row of zeros
     // adds nothing.
     void addOpening(const Statement& st) {
+        goOn();
         Sizes q;
         bool any = false;
         for (std::size_t i = 0; i < kSizes; ++i) any = (q[i] = static_cast<std::int32_t>(st.integer(1 + static_cast<int>(i)))) != 0 || any;
@@ -443,6 +457,7 @@ private:
     // split by kind.
     void line(const Statement& st, int sku, int first, const posting::PostingRule& rule, const Kind& in, const Kind& out,
               bool opening, long long& order) {
+        goOn();
         Sizes q{};
         for (int i = 0; i < kSizes; ++i) q[static_cast<std::size_t>(i)] = static_cast<std::int32_t>(rule.sign * st.integer(first + i));
         if (!rule.perSizeKind) {
@@ -518,6 +533,7 @@ private:
             Statement h(db_, "SELECT h.NOID, " + headColumns);
             bindAll(h, binds);
             while (h.step()) {
+                goOn();
                 if (heads.find(h.view(0)) != TextIndex::kMissing) continue;
                 noids.push_back(h.text(0));
                 states.push_back(stateOf(h, 1));
@@ -665,6 +681,7 @@ private:
         const std::size_t width = out.columns.size();
         auto emit = [&](std::string_view wl, std::string_view style, std::string_view name, std::string_view brand,
                         std::string_view colour, std::string_view size, Value mIndex, const Sums& r) {
+            goOn();
             Value* v = out.rows.emplace_back(width).data();
             for (std::string_view text : {wl, style, name, brand, colour, size}) (v++)->emplace<std::string>(text);
             *v++ = std::move(mIndex);
@@ -686,6 +703,7 @@ private:
         if (a_.grouping == 0) {
             // one row per SKU and size, built in order: no rows to sort afterwards
             for (const std::uint32_t at : skusInOrder()) {
+                goOn();
                 const Sku& sku = skus_[at];
                 const Style& style = styles_[sku.info];
                 const Tally& t = tally_[at];
@@ -708,6 +726,7 @@ private:
         std::vector<Group> groups;
         TextMap<std::size_t> groupOf;  // key → its group
         for (std::uint32_t at = 0; at < skus_.size(); ++at) {
+            goOn();
             const Tally& t = tally_[at];
             const Sku& sku = skus_[at];
             const Style& style = styles_[sku.info];
@@ -768,6 +787,7 @@ private:
         };
         std::map<std::string, Article> articles;
         for (std::uint32_t at = 0; at < skus_.size(); ++at) {
+            goOn();
             const Tally& t = tally_[at];
             if (!t.moved && std::all_of(t.opening.begin(), t.opening.end(), [](std::int32_t v) { return v == 0; })) continue;
             const Sku& sku = skus_[at];
@@ -800,6 +820,7 @@ private:
             const std::string& colour = a_.grouping == 0 ? a.sku->colourName : std::string();
             auto row = [&](int mytype, const std::string& typeName, const std::string& ck, Value date, const std::string& noid,
                            const std::string& size, Value mIndex, long long in, long long ou, long long jc) {
+                goOn();
                 std::vector<Value> v;
                 v.reserve(out.columns.size());
                 v.emplace_back(std::int64_t(mytype));
@@ -854,6 +875,7 @@ private:
     std::uint32_t last_ = TextIndex::kMissing;  // the SKU found last
     std::vector<Tally> tally_;
     std::vector<std::vector<Movement>> lines_;  // detail only
+    std::uint32_t untilAsked_ = kAskEvery;  // SKUs, lines and rows until the next ask
 };
 
 }  // namespace
