@@ -173,6 +173,48 @@ std::map<std::string, std::string> warehouseNames(ProcedureSession& db) {
     return out;
 }
 
+// A small table of codes (colours, brands, categories, size groups) read whole: a code's
+// columns by its text as stored, and a code with no byte-equal entry (another letter case,
+// trailing blanks) asked of the database once, whose collation decides as a join would.
+class CodeTable {
+public:
+    // `columns`: the `width` columns wanted, comma-separated
+    CodeTable(ProcedureSession& db, const std::string& table, const std::string& key, const std::string& columns, int width)
+        : db_(db), select_("SELECT " + columns + " FROM " + table), key_(key), width_(width) {
+        Statement st(db_, "SELECT " + key + ", " + columns + " FROM " + table);
+        while (st.step()) {
+            auto [at, fresh] = rows_.try_emplace(st.text(0));
+            if (fresh) at->second = readRow(st, 1);
+        }
+    }
+
+    // The columns of the code in column `column` of a row (nullptr for NULL or an unknown code).
+    const std::vector<std::string>* find(const Statement& row, int column) {
+        if (row.isNull(column)) return nullptr;
+        auto found = rows_.find(row.view(column));
+        if (found == rows_.end()) {
+            if (!other_) other_.emplace(db_, select_ + " WHERE " + key_ + " = ?1");
+            other_->reset();
+            const std::string code = row.text(column);
+            other_->bind(1, code);
+            found = rows_.try_emplace(code, other_->step() ? readRow(*other_, 0) : std::vector<std::string>()).first;
+        }
+        return found->second.empty() ? nullptr : &found->second;
+    }
+
+private:
+    std::vector<std::string> readRow(const Statement& st, int first) const {
+        std::vector<std::string> row;
+        for (int i = first; i < first + width_; ++i) row.push_back(st.text(i));
+        return row;
+    }
+    ProcedureSession& db_;
+    std::string select_, key_;
+    int width_;
+    TextMap<std::vector<std::string>> rows_;  // empty: no such code
+    std::optional<Statement> other_;
+};
+
 class Builder {
 public:
     Builder(ProcedureSession& db, Arguments a) : db_(db), a_(std::move(a)) {}
@@ -235,18 +277,13 @@ private:
                 index_.insert(skus_.back().wl, static_cast<std::uint32_t>(skus_.size() - 1));
             }
         } else {
-            TextMap<std::string> colours;  // COL_ID → COL_NAME, and the answers for other keys
-            {
-                Statement st(db_, "SELECT COL_ID, COL_NAME FROM d1005");
-                while (st.step()) colours.try_emplace(st.text(0), st.text(1));
-            }
+            CodeTable colours(db_, "d1005", "COL_ID", "COL_NAME", 1);
             {
                 Statement count(db_, "SELECT COUNT(*) FROM d1801");
                 const auto n = static_cast<std::size_t>(count.step() ? count.integer(0) : 0);
                 skus_.reserve(n);
                 styleKeys.reserve(n);
             }
-            std::optional<Statement> colourOf;
             Statement st(db_, "SELECT WL_ID, K_ID, COL_ID FROM d1801");
             while (st.step()) {
                 goOn();
@@ -255,34 +292,27 @@ private:
                 s.wl = st.text(0);
                 s.style = st.text(1);
                 styleKeys.push_back({{}, st.isNull(1), false});  // the text is the SKU's style
-                if (!st.isNull(2)) {
-                    auto found = colours.find(st.view(2));
-                    if (found == colours.end()) {
-                        if (!colourOf) colourOf.emplace(db_, "SELECT COL_NAME FROM d1005 WHERE COL_ID = ?1");
-                        colourOf->reset();
-                        const std::string key = st.text(2);
-                        colourOf->bind(1, key);
-                        found = colours.try_emplace(key, colourOf->step() ? colourOf->text(0) : std::string()).first;
-                    }
-                    s.colourName = found->second;
-                }
+                if (const auto* colour = colours.find(st, 2)) s.colourName = (*colour)[0];
                 index_.insert(skus_.back().wl, static_cast<std::uint32_t>(skus_.size() - 1));
             }
         }
 
-        std::string sql =
-            "SELECT st.K_ID, st.WL_NAME, p.PP_NAME, st.CLASS_ID, cl.CLASS_NAME, z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, "
-            "z.M8, z.M9, st.DJ FROM d1800 st LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
-            "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
-        binds.clear();
+        TextMap<std::uint32_t> styleAt;  // d1800 key → its style, and the answers for other keys
+        const auto setSizes = [](Style& style, const std::string* names) {
+            for (std::size_t i = 0; i < kSizes; ++i)
+                style.sizeNames[i] = names && !names[i].empty() ? names[i] : std::string(kPositions[i]);
+        };
         if (only) {
+            // the styles of the article's SKUs: one join
+            std::string sql =
+                "SELECT st.K_ID, st.WL_NAME, p.PP_NAME, st.CLASS_ID, cl.CLASS_NAME, z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, "
+                "z.M8, z.M9, st.DJ FROM d1800 st LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
+                "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
+            binds.clear();
             std::vector<std::string> keys;
             for (const auto& k : styleKeys)
                 if (!k.null && std::find(keys.begin(), keys.end(), k.text) == keys.end()) keys.push_back(k.text);
             sql += " WHERE 1 = 1" + skuFilter(db_.dialect(), "st.K_ID", keys, binds);
-        }
-        TextMap<std::uint32_t> styleAt;  // d1800 key → its style, and the answers for other keys
-        {
             Statement st(db_, sql);
             bindAll(st, binds);
             while (st.step()) {
@@ -293,11 +323,29 @@ private:
                 style.brand = st.text(2);
                 style.category = st.text(3);
                 style.categoryName = st.text(4);
-                for (std::size_t i = 0; i < kSizes; ++i) {
-                    std::string size = st.text(5 + static_cast<int>(i));
-                    style.sizeNames[i] = size.empty() ? std::string(kPositions[i]) : std::move(size);
-                }
+                std::array<std::string, kSizes> names;
+                for (std::size_t i = 0; i < kSizes; ++i) names[i] = st.text(5 + static_cast<int>(i));
+                setSizes(style, names.data());
                 style.cost = st.real(15);
+            }
+        } else {
+            // every style: d1800 in one plain pass, its brand, category and size group from
+            // their tables read whole
+            CodeTable brands(db_, "d1009", "PP_ID", "PP_NAME", 1);
+            CodeTable categories(db_, "d1004", "CLASS_ID", "CLASS_NAME", 1);
+            CodeTable sizeGroups(db_, "d1006", "M_ID", "M0, M1, M2, M3, M4, M5, M6, M7, M8, M9", kSizes);
+            Statement st(db_, "SELECT K_ID, WL_NAME, PP_ID, CLASS_ID, M_ID, DJ FROM d1800");
+            while (st.step()) {
+                goOn();
+                if (!styleAt.try_emplace(st.text(0), static_cast<std::uint32_t>(styles_.size())).second) continue;
+                Style& style = styles_.emplace_back();
+                style.name = st.text(1);
+                if (const auto* brand = brands.find(st, 2)) style.brand = (*brand)[0];
+                style.category = st.text(3);
+                if (const auto* category = categories.find(st, 3)) style.categoryName = (*category)[0];
+                const auto* sizes = sizeGroups.find(st, 4);
+                setSizes(style, sizes ? sizes->data() : nullptr);
+                style.cost = st.real(5);
             }
         }
         std::optional<Statement> styleOf;
