@@ -7,6 +7,7 @@
 #include <array>
 #include <cctype>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <numeric>
 #include <optional>
@@ -75,10 +76,13 @@ Arguments readArguments(const tsql::ProcedureCall& call) {
     return a;
 }
 
+// The ten size names as shown (the size group's name, else the position), kept once per size group.
+using SizeNames = std::array<std::string, kSizes>;
+
 // What the procedure knows of one style (the d1800 row with its brand, category and size group).
 struct Style {
     std::string name, brand, category, categoryName;
-    std::array<std::string, kSizes> sizeNames;  // as shown: the size group's name, else the position
+    const SizeNames* sizeNames = nullptr;  // as shown: the size group's names, else the positions
     double cost = 0;
 };
 
@@ -253,7 +257,7 @@ private:
     // join would). The SKUs of one article: one join, then only their styles.
     void loadSkus(const std::optional<std::vector<std::string>>& only) {
         styles_.assign(1, Style{});  // 0: nothing known
-        for (std::size_t i = 0; i < kSizes; ++i) styles_[0].sizeNames[i] = kPositions[i];
+        styles_[0].sizeNames = sizeNamesOf(nullptr);
         struct StyleKey {
             std::string text;
             bool null = true;
@@ -298,10 +302,6 @@ private:
         }
 
         TextMap<std::uint32_t> styleAt;  // d1800 key → its style, and the answers for other keys
-        const auto setSizes = [](Style& style, const std::string* names) {
-            for (std::size_t i = 0; i < kSizes; ++i)
-                style.sizeNames[i] = names && !names[i].empty() ? names[i] : std::string(kPositions[i]);
-        };
         if (only) {
             // the styles of the article's SKUs: one join
             std::string sql =
@@ -325,7 +325,7 @@ private:
                 style.categoryName = st.text(4);
                 std::array<std::string, kSizes> names;
                 for (std::size_t i = 0; i < kSizes; ++i) names[i] = st.text(5 + static_cast<int>(i));
-                setSizes(style, names.data());
+                style.sizeNames = sizeNamesOf(names.data());
                 style.cost = st.real(15);
             }
         } else {
@@ -334,6 +334,7 @@ private:
             CodeTable brands(db_, "d1009", "PP_ID", "PP_NAME", 1);
             CodeTable categories(db_, "d1004", "CLASS_ID", "CLASS_NAME", 1);
             CodeTable sizeGroups(db_, "d1006", "M_ID", "M0, M1, M2, M3, M4, M5, M6, M7, M8, M9", kSizes);
+            std::unordered_map<const std::vector<std::string>*, const SizeNames*> setOfGroup;  // a size group's names, once
             Statement st(db_, "SELECT K_ID, WL_NAME, PP_ID, CLASS_ID, M_ID, DJ FROM d1800");
             while (st.step()) {
                 goOn();
@@ -343,8 +344,10 @@ private:
                 if (const auto* brand = brands.find(st, 2)) style.brand = (*brand)[0];
                 style.category = st.text(3);
                 if (const auto* category = categories.find(st, 3)) style.categoryName = (*category)[0];
-                const auto* sizes = sizeGroups.find(st, 4);
-                setSizes(style, sizes ? sizes->data() : nullptr);
+                const auto* group = sizeGroups.find(st, 4);
+                auto [set, fresh] = setOfGroup.try_emplace(group, nullptr);
+                if (fresh) set->second = sizeNamesOf(group ? group->data() : nullptr);
+                style.sizeNames = set->second;
                 style.cost = st.real(5);
             }
         }
@@ -378,6 +381,13 @@ private:
         }
         tally_.assign(skus_.size(), Tally{});
         if (a_.detail) lines_.assign(skus_.size(), {});
+    }
+
+    // The size names from ten names as read (nullptr: none), kept for the whole reading.
+    const SizeNames* sizeNamesOf(const std::string* names) {
+        SizeNames& set = sizeSets_.emplace_back();
+        for (std::size_t i = 0; i < kSizes; ++i) set[i] = names && !names[i].empty() ? names[i] : std::string(kPositions[i]);
+        return &set;
     }
 
     // The tally of an SKU by its text (a bare SKU for one the stream names but d1801 lacks).
@@ -759,7 +769,7 @@ private:
                     Sums r;
                     r.add(t, i, style.cost);
                     if (!r.any() || (a_.onlyMoved && !r.moved)) continue;
-                    emit(sku.wl, sku.style, style.name, style.brand, sku.colourName, style.sizeNames[static_cast<std::size_t>(i)],
+                    emit(sku.wl, sku.style, style.name, style.brand, sku.colourName, (*style.sizeNames)[static_cast<std::size_t>(i)],
                          Value(std::int64_t(i)), r);
                 }
             }
@@ -904,7 +914,7 @@ private:
             }
             for (std::size_t i = 0; i < kSizes; ++i) {
                 if (!a.opening[i] && !a.in[i] && !a.out[i]) continue;
-                row(100, "尺码小计", a_.warehouse, Value(), "", style.sizeNames[i], Value(std::int64_t(i)), a.in[i], a.out[i],
+                row(100, "尺码小计", a_.warehouse, Value(), "", (*style.sizeNames)[i], Value(std::int64_t(i)), a.in[i], a.out[i],
                     a.opening[i] + a.in[i] - a.out[i]);
             }
         }
@@ -917,6 +927,7 @@ private:
     ProcedureSession& db_;
     Arguments a_;
     std::string snapshot_;  // the closing snapshot the opening starts from ("" for none)
+    std::deque<SizeNames> sizeSets_;  // the styles' size names (in place: styles point at them)
     std::vector<Style> styles_;
     std::vector<Sku> skus_;
     TextIndex index_;  // SKU text → its index in skus_, tally_ and lines_
