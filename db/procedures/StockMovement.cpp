@@ -252,9 +252,10 @@ private:
     }
 
     // The SKUs (all, or those the article names) and their styles. All SKUs: d1801 in one plain
-    // pass, its style and colour matched by their key texts against d1800 and d1005 read whole
+    // pass, its style and colour matched by their key texts against d1800 and d1005 read whole,
+    // and each style's brand, category and size group against d1009, d1004 and d1006 read whole
     // (a key with no byte-equal entry is asked of the database, whose collation decides as the
-    // join would). The SKUs of one article: one join, then only their styles.
+    // join would). The SKUs of one article: one join, then only their styles, joined likewise.
     void loadSkus(const std::optional<std::vector<std::string>>& only) {
         styles_.assign(1, Style{});  // 0: nothing known
         styles_[0].sizeNames = sizeNamesOf(nullptr);
