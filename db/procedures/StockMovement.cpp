@@ -7,6 +7,7 @@
 #include <array>
 #include <cctype>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <numeric>
 #include <optional>
@@ -15,6 +16,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "db/Progress.h"
 #include "db/TextIndex.h"
 #include "db/procedures/ClosingSnapshots.h"
 #include "db/procedures/StockProcedures.h"
@@ -74,10 +76,13 @@ Arguments readArguments(const tsql::ProcedureCall& call) {
     return a;
 }
 
+// The ten size names as shown (the size group's name, else the position), kept once per size group.
+using SizeNames = std::array<std::string, kSizes>;
+
 // What the procedure knows of one style (the d1800 row with its brand, category and size group).
 struct Style {
     std::string name, brand, category, categoryName;
-    std::array<std::string, kSizes> sizeNames;  // as shown: the size group's name, else the position
+    const SizeNames* sizeNames = nullptr;  // as shown: the size group's names, else the positions
     double cost = 0;
 };
 
@@ -172,6 +177,48 @@ std::map<std::string, std::string> warehouseNames(ProcedureSession& db) {
     return out;
 }
 
+// A small table of codes (colours, brands, categories, size groups) read whole: a code's
+// columns by its text as stored, and a code with no byte-equal entry (another letter case,
+// trailing blanks) asked of the database once, whose collation decides as a join would.
+class CodeTable {
+public:
+    // `columns`: the `width` columns wanted, comma-separated
+    CodeTable(ProcedureSession& db, const std::string& table, const std::string& key, const std::string& columns, int width)
+        : db_(db), select_("SELECT " + columns + " FROM " + table), key_(key), width_(width) {
+        Statement st(db_, "SELECT " + key + ", " + columns + " FROM " + table);
+        while (st.step()) {
+            auto [at, fresh] = rows_.try_emplace(st.text(0));
+            if (fresh) at->second = readRow(st, 1);
+        }
+    }
+
+    // The columns of the code in column `column` of a row (nullptr for NULL or an unknown code).
+    const std::vector<std::string>* find(const Statement& row, int column) {
+        if (row.isNull(column)) return nullptr;
+        auto found = rows_.find(row.view(column));
+        if (found == rows_.end()) {
+            if (!other_) other_.emplace(db_, select_ + " WHERE " + key_ + " = ?1");
+            other_->reset();
+            const std::string code = row.text(column);
+            other_->bind(1, code);
+            found = rows_.try_emplace(code, other_->step() ? readRow(*other_, 0) : std::vector<std::string>()).first;
+        }
+        return found->second.empty() ? nullptr : &found->second;
+    }
+
+private:
+    std::vector<std::string> readRow(const Statement& st, int first) const {
+        std::vector<std::string> row;
+        for (int i = first; i < first + width_; ++i) row.push_back(st.text(i));
+        return row;
+    }
+    ProcedureSession& db_;
+    std::string select_, key_;
+    int width_;
+    TextMap<std::vector<std::string>> rows_;  // empty: no such code
+    std::optional<Statement> other_;
+};
+
 class Builder {
 public:
     Builder(ProcedureSession& db, Arguments a) : db_(db), a_(std::move(a)) {}
@@ -191,17 +238,27 @@ public:
     }
 
 private:
+    // Asked once per SKU, line and result row: every few thousand of them the progress window
+    // may cancel (the batch then fails with the cancel message and nothing is returned).
+    static constexpr std::uint32_t kAskEvery = 4096;
+    void goOn() {
+        if (--untilAsked_ != 0) return;
+        untilAsked_ = kAskEvery;
+        if (!progressContinues()) throw Error(kCancelledMessage);
+    }
+
     void bindAll(Statement& st, const std::vector<std::string>& binds) {
         for (std::size_t i = 0; i < binds.size(); ++i) st.bind(static_cast<int>(i + 1), binds[i]);
     }
 
     // The SKUs (all, or those the article names) and their styles. All SKUs: d1801 in one plain
-    // pass, its style and colour matched by their key texts against d1800 and d1005 read whole
+    // pass, its style and colour matched by their key texts against d1800 and d1005 read whole,
+    // and each style's brand, category and size group against d1009, d1004 and d1006 read whole
     // (a key with no byte-equal entry is asked of the database, whose collation decides as the
-    // join would). The SKUs of one article: one join, then only their styles.
+    // join would). The SKUs of one article: one join, then only their styles, joined likewise.
     void loadSkus(const std::optional<std::vector<std::string>>& only) {
         styles_.assign(1, Style{});  // 0: nothing known
-        for (std::size_t i = 0; i < kSizes; ++i) styles_[0].sizeNames[i] = kPositions[i];
+        styles_[0].sizeNames = sizeNamesOf(nullptr);
         struct StyleKey {
             std::string text;
             bool null = true;
@@ -215,6 +272,7 @@ private:
                          "LEFT JOIN d1005 c ON c.COL_ID = s.COL_ID WHERE 1 = 1" + skuFilter(db_.dialect(), "s.WL_ID", *only, binds));
             bindAll(st, binds);
             while (st.step()) {
+                goOn();
                 if (index_.find(st.view(0)) != TextIndex::kMissing) continue;  // one row per SKU
                 Sku& s = skus_.emplace_back();
                 s.wl = st.text(0);
@@ -224,67 +282,74 @@ private:
                 index_.insert(skus_.back().wl, static_cast<std::uint32_t>(skus_.size() - 1));
             }
         } else {
-            TextMap<std::string> colours;  // COL_ID → COL_NAME, and the answers for other keys
-            {
-                Statement st(db_, "SELECT COL_ID, COL_NAME FROM d1005");
-                while (st.step()) colours.try_emplace(st.text(0), st.text(1));
-            }
+            CodeTable colours(db_, "d1005", "COL_ID", "COL_NAME", 1);
             {
                 Statement count(db_, "SELECT COUNT(*) FROM d1801");
                 const auto n = static_cast<std::size_t>(count.step() ? count.integer(0) : 0);
                 skus_.reserve(n);
                 styleKeys.reserve(n);
             }
-            std::optional<Statement> colourOf;
             Statement st(db_, "SELECT WL_ID, K_ID, COL_ID FROM d1801");
             while (st.step()) {
+                goOn();
                 if (index_.find(st.view(0)) != TextIndex::kMissing) continue;
                 Sku& s = skus_.emplace_back();
                 s.wl = st.text(0);
                 s.style = st.text(1);
                 styleKeys.push_back({{}, st.isNull(1), false});  // the text is the SKU's style
-                if (!st.isNull(2)) {
-                    auto found = colours.find(st.view(2));
-                    if (found == colours.end()) {
-                        if (!colourOf) colourOf.emplace(db_, "SELECT COL_NAME FROM d1005 WHERE COL_ID = ?1");
-                        colourOf->reset();
-                        const std::string key = st.text(2);
-                        colourOf->bind(1, key);
-                        found = colours.try_emplace(key, colourOf->step() ? colourOf->text(0) : std::string()).first;
-                    }
-                    s.colourName = found->second;
-                }
+                if (const auto* colour = colours.find(st, 2)) s.colourName = (*colour)[0];
                 index_.insert(skus_.back().wl, static_cast<std::uint32_t>(skus_.size() - 1));
             }
         }
 
-        std::string sql =
-            "SELECT st.K_ID, st.WL_NAME, p.PP_NAME, st.CLASS_ID, cl.CLASS_NAME, z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, "
-            "z.M8, z.M9, st.DJ FROM d1800 st LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
-            "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
-        binds.clear();
+        TextMap<std::uint32_t> styleAt;  // d1800 key → its style, and the answers for other keys
         if (only) {
+            // the styles of the article's SKUs: one join
+            std::string sql =
+                "SELECT st.K_ID, st.WL_NAME, p.PP_NAME, st.CLASS_ID, cl.CLASS_NAME, z.M0, z.M1, z.M2, z.M3, z.M4, z.M5, z.M6, z.M7, "
+                "z.M8, z.M9, st.DJ FROM d1800 st LEFT JOIN d1009 p ON p.PP_ID = st.PP_ID LEFT JOIN d1004 cl ON cl.CLASS_ID = st.CLASS_ID "
+                "LEFT JOIN d1006 z ON z.M_ID = st.M_ID";
+            binds.clear();
             std::vector<std::string> keys;
             for (const auto& k : styleKeys)
                 if (!k.null && std::find(keys.begin(), keys.end(), k.text) == keys.end()) keys.push_back(k.text);
             sql += " WHERE 1 = 1" + skuFilter(db_.dialect(), "st.K_ID", keys, binds);
-        }
-        TextMap<std::uint32_t> styleAt;  // d1800 key → its style, and the answers for other keys
-        {
             Statement st(db_, sql);
             bindAll(st, binds);
             while (st.step()) {
+                goOn();
                 if (!styleAt.try_emplace(st.text(0), static_cast<std::uint32_t>(styles_.size())).second) continue;
                 Style& style = styles_.emplace_back();
                 style.name = st.text(1);
                 style.brand = st.text(2);
                 style.category = st.text(3);
                 style.categoryName = st.text(4);
-                for (std::size_t i = 0; i < kSizes; ++i) {
-                    std::string size = st.text(5 + static_cast<int>(i));
-                    style.sizeNames[i] = size.empty() ? std::string(kPositions[i]) : std::move(size);
-                }
+                std::array<std::string, kSizes> names;
+                for (std::size_t i = 0; i < kSizes; ++i) names[i] = st.text(5 + static_cast<int>(i));
+                style.sizeNames = sizeNamesOf(names.data());
                 style.cost = st.real(15);
+            }
+        } else {
+            // every style: d1800 in one plain pass, its brand, category and size group from
+            // their tables read whole
+            CodeTable brands(db_, "d1009", "PP_ID", "PP_NAME", 1);
+            CodeTable categories(db_, "d1004", "CLASS_ID", "CLASS_NAME", 1);
+            CodeTable sizeGroups(db_, "d1006", "M_ID", "M0, M1, M2, M3, M4, M5, M6, M7, M8, M9", kSizes);
+            std::unordered_map<const std::vector<std::string>*, const SizeNames*> setOfGroup;  // a size group's names, once
+            Statement st(db_, "SELECT K_ID, WL_NAME, PP_ID, CLASS_ID, M_ID, DJ FROM d1800");
+            while (st.step()) {
+                goOn();
+                if (!styleAt.try_emplace(st.text(0), static_cast<std::uint32_t>(styles_.size())).second) continue;
+                Style& style = styles_.emplace_back();
+                style.name = st.text(1);
+                if (const auto* brand = brands.find(st, 2)) style.brand = (*brand)[0];
+                style.category = st.text(3);
+                if (const auto* category = categories.find(st, 3)) style.categoryName = (*category)[0];
+                const auto* group = sizeGroups.find(st, 4);
+                auto [set, fresh] = setOfGroup.try_emplace(group, nullptr);
+                if (fresh) set->second = sizeNamesOf(group ? group->data() : nullptr);
+                style.sizeNames = set->second;
+                style.cost = st.real(5);
             }
         }
         std::optional<Statement> styleOf;
@@ -319,6 +384,13 @@ private:
         if (a_.detail) lines_.assign(skus_.size(), {});
     }
 
+    // The size names from ten names as read (nullptr: none), kept for the whole reading.
+    const SizeNames* sizeNamesOf(const std::string* names) {
+        SizeNames& set = sizeSets_.emplace_back();
+        for (std::size_t i = 0; i < kSizes; ++i) set[i] = names && !names[i].empty() ? names[i] : std::string(kPositions[i]);
+        return &set;
+    }
+
     // The tally of an SKU by its text (a bare SKU for one the stream names but d1801 lacks).
     std::uint32_t skuIndex(std::string_view wl) {
         // rows read in key order (stock rows, snapshot rows) name the same SKU several times running
@@ -346,6 +418,7 @@ private:
     // The quantities of a row (SKU, then ten sizes) added to its SKU's opening; a row of zeros
     // adds nothing.
     void addOpening(const Statement& st) {
+        goOn();
         Sizes q;
         bool any = false;
         for (std::size_t i = 0; i < kSizes; ++i) any = (q[i] = static_cast<std::int32_t>(st.integer(1 + static_cast<int>(i)))) != 0 || any;
@@ -443,6 +516,7 @@ private:
     // split by kind.
     void line(const Statement& st, int sku, int first, const posting::PostingRule& rule, const Kind& in, const Kind& out,
               bool opening, long long& order) {
+        goOn();
         Sizes q{};
         for (int i = 0; i < kSizes; ++i) q[static_cast<std::size_t>(i)] = static_cast<std::int32_t>(rule.sign * st.integer(first + i));
         if (!rule.perSizeKind) {
@@ -518,6 +592,7 @@ private:
             Statement h(db_, "SELECT h.NOID, " + headColumns);
             bindAll(h, binds);
             while (h.step()) {
+                goOn();
                 if (heads.find(h.view(0)) != TextIndex::kMissing) continue;
                 noids.push_back(h.text(0));
                 states.push_back(stateOf(h, 1));
@@ -665,6 +740,7 @@ private:
         const std::size_t width = out.columns.size();
         auto emit = [&](std::string_view wl, std::string_view style, std::string_view name, std::string_view brand,
                         std::string_view colour, std::string_view size, Value mIndex, const Sums& r) {
+            goOn();
             Value* v = out.rows.emplace_back(width).data();
             for (std::string_view text : {wl, style, name, brand, colour, size}) (v++)->emplace<std::string>(text);
             *v++ = std::move(mIndex);
@@ -686,6 +762,7 @@ private:
         if (a_.grouping == 0) {
             // one row per SKU and size, built in order: no rows to sort afterwards
             for (const std::uint32_t at : skusInOrder()) {
+                goOn();
                 const Sku& sku = skus_[at];
                 const Style& style = styles_[sku.info];
                 const Tally& t = tally_[at];
@@ -693,7 +770,7 @@ private:
                     Sums r;
                     r.add(t, i, style.cost);
                     if (!r.any() || (a_.onlyMoved && !r.moved)) continue;
-                    emit(sku.wl, sku.style, style.name, style.brand, sku.colourName, style.sizeNames[static_cast<std::size_t>(i)],
+                    emit(sku.wl, sku.style, style.name, style.brand, sku.colourName, (*style.sizeNames)[static_cast<std::size_t>(i)],
                          Value(std::int64_t(i)), r);
                 }
             }
@@ -708,6 +785,7 @@ private:
         std::vector<Group> groups;
         TextMap<std::size_t> groupOf;  // key → its group
         for (std::uint32_t at = 0; at < skus_.size(); ++at) {
+            goOn();
             const Tally& t = tally_[at];
             const Sku& sku = skus_[at];
             const Style& style = styles_[sku.info];
@@ -768,6 +846,7 @@ private:
         };
         std::map<std::string, Article> articles;
         for (std::uint32_t at = 0; at < skus_.size(); ++at) {
+            goOn();
             const Tally& t = tally_[at];
             if (!t.moved && std::all_of(t.opening.begin(), t.opening.end(), [](std::int32_t v) { return v == 0; })) continue;
             const Sku& sku = skus_[at];
@@ -800,6 +879,7 @@ private:
             const std::string& colour = a_.grouping == 0 ? a.sku->colourName : std::string();
             auto row = [&](int mytype, const std::string& typeName, const std::string& ck, Value date, const std::string& noid,
                            const std::string& size, Value mIndex, long long in, long long ou, long long jc) {
+                goOn();
                 std::vector<Value> v;
                 v.reserve(out.columns.size());
                 v.emplace_back(std::int64_t(mytype));
@@ -835,7 +915,7 @@ private:
             }
             for (std::size_t i = 0; i < kSizes; ++i) {
                 if (!a.opening[i] && !a.in[i] && !a.out[i]) continue;
-                row(100, "尺码小计", a_.warehouse, Value(), "", style.sizeNames[i], Value(std::int64_t(i)), a.in[i], a.out[i],
+                row(100, "尺码小计", a_.warehouse, Value(), "", (*style.sizeNames)[i], Value(std::int64_t(i)), a.in[i], a.out[i],
                     a.opening[i] + a.in[i] - a.out[i]);
             }
         }
@@ -848,12 +928,14 @@ private:
     ProcedureSession& db_;
     Arguments a_;
     std::string snapshot_;  // the closing snapshot the opening starts from ("" for none)
+    std::deque<SizeNames> sizeSets_;  // the styles' size names (in place: styles point at them)
     std::vector<Style> styles_;
     std::vector<Sku> skus_;
     TextIndex index_;  // SKU text → its index in skus_, tally_ and lines_
     std::uint32_t last_ = TextIndex::kMissing;  // the SKU found last
     std::vector<Tally> tally_;
     std::vector<std::vector<Movement>> lines_;  // detail only
+    std::uint32_t untilAsked_ = kAskEvery;  // SKUs, lines and rows until the next ask
 };
 
 }  // namespace

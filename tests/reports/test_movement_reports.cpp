@@ -8,6 +8,7 @@
 #include "reports/Frmqxck253.h"
 #include "reports/Frmqxck254.h"
 #include "tests/reports/ReportFixture.h"
+#include "tests/support/CancelledProgress.h"
 
 namespace {
 
@@ -169,6 +170,29 @@ TEST_F(MovementReportTest, SummaryPassesTheCostVisibilityAndShowsAmounts) {
     EXPECT_FALSE(visible(hidden, "END_KC_mon"));
     EXPECT_EQ(column(hidden->AdoQry_Main, "END_KC"), (QStringList{"12"}));
     hidden->close();
+}
+
+// A summary of many rows cancelled from its progress window ("取消"): the procedure stops, the
+// report keeps the rows it showed and says nothing; without the cancel the rows come.
+TEST_F(MovementReportTest, ACancelledSummaryKeepsItsRowsAndSaysNothing) {
+    auto* r = open<TQXCK253, TQXCK253F>(253, [](TQXCK253F* f) { f->YS->setChecked(false); });  // also articles that did not move
+    const QStringList shown = column(r->AdoQry_Main, "wl_id");
+    ASSERT_EQ(shown.size(), 2);
+    QString batch;  // 3 000 SKUs with a piece of every size: 30 000 more rows by SKU and size
+    for (int i = 0; i < 3000; ++i)
+        batch += "INSERT INTO d1802 (WL_ID, CK_ID, B0,B1,B2,B3,B4,B5,B6,B7,B8,B9, K0,K1,K2,K3,K4,K5,K6,K7,K8,K9) VALUES ('ZZ" +
+                 QString::number(100000 + i) + "','01',1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1,1);";
+    execMaintenance(batch);
+    sink->clear();
+    {
+        qx::test::CancelledProgress user;
+        r->Act_Refresh->trigger();
+    }
+    EXPECT_EQ(column(r->AdoQry_Main, "wl_id"), shown) << "the rows shown before the cancel stay";
+    EXPECT_TRUE(sink->messages.empty()) << sink->texts().join("|").toStdString();
+    r->Act_Refresh->trigger();
+    EXPECT_EQ(r->AdoQry_Main->RecordCount(), 2 + 30000);
+    r->close();
 }
 
 TEST_F(MovementReportTest, DialogChoicesPersistBetweenUses) {
