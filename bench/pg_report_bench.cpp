@@ -23,6 +23,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "db/postgres/PostgresDatabase.h"
@@ -60,6 +61,9 @@ std::map<std::string, std::string> goldenCases(const std::string& file) {
 }
 
 struct Case {
+    Case(std::string name, std::string golden, std::string goldenCase, std::string hand, bool crossTab = false, std::string skipRow = {})
+        : name(std::move(name)), golden(std::move(golden)), goldenCase(std::move(goldenCase)), hand(std::move(hand)), crossTab(crossTab),
+          skipRow(std::move(skipRow)) {}
     std::string name, golden, goldenCase;
     std::string hand;  // the same query written for PostgreSQL
     // A cross-tab (SYS_JX, SYS_JD): the hand-written query gives the figures long (one row per
