@@ -272,9 +272,11 @@ public:
             return std::nullopt;
         }
         std::vector<tsql::CatalogColumn> columns;
+        const std::string hidden = table.front() == '#' ? tsql::postgresDialect().insertionOrderColumn() : std::string();
         for (int i = 0; i < PQntuples(result.r); ++i) {
             tsql::CatalogColumn column;
             column.name = PQgetvalue(result.r, i, 0);
+            if (column.name == hidden) continue;  // the temp table's insertion number, not one of its columns
             const Oid type = static_cast<Oid>(std::strtoul(PQgetvalue(result.r, i, 3), nullptr, 10));
             switch (fieldTypeOf(type)) {
                 case FieldType::Integer: column.type = tsql::SqlType::Integer; break;

@@ -120,6 +120,14 @@ public:
     // same in exact decimal arithmetic, one product per group instead of one per row, and the
     // SUM(n) shared with the query's other sums of n.
     virtual bool factorsGroupedFactorsOutOfSums() const { return false; }
+
+    // A #temp table whose rows come back in the order they were inserted only when the engine is
+    // told so (one that writes a new row version on UPDATE and scans versions in place): the
+    // hidden last column every #temp table gets, numbering its rows as they are inserted (its
+    // name, empty: none; its type). The catalog does not show it, a * over a #temp table is
+    // written out as its columns, and a SELECT reading one #temp table alone is ordered by it.
+    virtual std::string insertionOrderColumn() const { return {}; }
+    virtual std::string insertionOrderColumnType() const { return {}; }
 };
 
 // Spellings every dialect shares: text between quote characters with the quote doubled inside,

@@ -132,6 +132,7 @@ public:
         switch (tree.kind) {
             case StatementKind::Select:
                 if (tree.query->cores.front().into) return selectInto(*tree.query);
+                outermost_ = tree.query.get();
                 return {query(*tree.query, nullptr)};
             case StatementKind::Insert: return {insert(tree)};
             case StatementKind::Update: return {update(tree)};
@@ -635,6 +636,7 @@ private:
             case ExprKind::Null: return "NULL";
             case ExprKind::Column: return columnReference(e, scope);
             case ExprKind::Star: {
+                if (auto columns = tempStar(e, scope)) return *columns;
                 if (e.name.parts.empty()) return "*";
                 if (const Source* source = findSource(scope, e.name.last())) return source->qualifier + ".*";
                 return d_.tableQualifier(e.name) + ".*";
@@ -1356,10 +1358,86 @@ private:
                 if (q.orderBy[i].descending) text += " DESC";
             }
         }
+        if (&q == outermost_ && q.orderBy.empty()) text += insertionOrder(q, singleScope ? &*singleScope : nullptr);
         if (single && q.cores[0].top && q.cores[0].topWithTies)
             text += d_.limit(tiesCount(q, *singleScope, topCount(q.cores[0], *singleScope)));
         else if (single && q.cores[0].top) text += d_.limit(topCount(q.cores[0], *singleScope));
         return text;
+    }
+
+    // Where the engine numbers a #temp table's rows as they are inserted: a statement's query
+    // reading one #temp table alone (no join, grouping, DISTINCT or aggregate) gives its rows in
+    // that order, as SQL Server and SQLite give them from where they were put. A UNION (EXCEPT,
+    // INTERSECT) going into a #temp table puts its rows there in the order of its columns, as
+    // SQLite's union gives them, instead of the order the server's hashing happens to give.
+    std::string insertionOrder(const Query& q, const Scope* scope) {
+        const std::string column = d_.insertionOrderColumn();
+        if (column.empty()) return {};
+        if (q.cores.size() == 1) {
+            const SelectCore& c = q.cores.front();
+            if (c.distinct || !c.groupBy.empty() || c.having || c.from.size() != 1) return {};
+            const TableRef& from = *c.from.front();
+            if (from.kind != TableRef::Kind::Table || !from.table.isTemp()) return {};
+            for (const auto& item : c.items)
+                if (hasAggregate(*item.expr)) return {};
+            if (!scope || scope->sources.size() != 1 || !scope->sources.front().columns) return {};
+            return " ORDER BY " + scope->sources.front().qualifier + "." + d_.quoteIdentifier(column);
+        }
+        if (!intoTemp_) return {};
+        for (SetOp op : q.ops)
+            if (op == SetOp::UnionAll) return {};
+        bool complete = true;
+        const auto columns = outputColumns(q, nullptr, &complete);
+        if (!complete || columns.empty()) return {};
+        std::string text = " ORDER BY ";
+        for (std::size_t i = 0; i < columns.size(); ++i) text += (i ? ", " : "") + std::to_string(i + 1);
+        return text;
+    }
+
+    static bool hasAggregate(const Expr& e) {
+        if (e.kind == ExprKind::Function) {
+            const std::string name = toUpper(e.name.last());
+            if (e.star || name == "COUNT" || name == "COUNT_BIG" || name == "SUM" || name == "AVG" || name == "MIN" || name == "MAX" ||
+                name == "STDEV" || name == "STDEVP" || name == "VAR" || name == "VARP")
+                return true;
+        }
+        for (const auto& a : e.args)
+            if (a && hasAggregate(*a)) return true;
+        return (e.caseOperand && hasAggregate(*e.caseOperand)) || (e.elseExpr && hasAggregate(*e.elseExpr));
+    }
+
+    // A * over a #temp table, where the engine keeps a hidden column in it: the table's columns
+    // written out (other sources of the same * stay as they are); nothing when no #temp table is
+    // among its sources.
+    std::optional<std::string> tempStar(const Expr& star, const Scope& scope) {
+        if (d_.insertionOrderColumn().empty()) return std::nullopt;
+        std::vector<const Source*> sources;
+        if (star.name.parts.empty())
+            for (const auto& source : scope.sources) sources.push_back(&source);
+        else if (const Source* source = findSource(scope, star.name.last()))
+            sources.push_back(source);
+        bool temp = false;
+        for (const Source* source : sources) temp = temp || (source->table.isTemp() && source->columns);
+        if (!temp) return std::nullopt;
+        std::string text;
+        for (const Source* source : sources) {
+            if (!source->table.isTemp() || !source->columns) {
+                text += (text.empty() ? "" : ", ") + source->qualifier + ".*";
+                continue;
+            }
+            for (const auto& c : *source->columns) {
+                Expr column{ExprKind::Column, star.pos};
+                column.name.parts = {source->refName, c.name};
+                text += (text.empty() ? "" : ", ") + expr(column, scope);
+            }
+        }
+        return text;
+    }
+
+    std::string insertionOrderColumn(const Name& table) const {
+        const std::string column = d_.insertionOrderColumn();
+        if (column.empty() || !table.isTemp()) return {};
+        return ", " + d_.quoteIdentifier(column) + " " + d_.insertionOrderColumnType();
     }
 
     std::vector<SqlType> compoundColumnTypes(const Query& q, const Scope* parent) {
@@ -1445,10 +1523,12 @@ private:
         }
         std::vector<std::string> statements;
         if (target.isTemp()) statements.push_back(d_.dropTableIfExists(target));
-        statements.push_back(d_.createTableHead(target) + " (" + definition + ")");
+        statements.push_back(d_.createTableHead(target) + " (" + definition + insertionOrderColumn(target) + ")");
         if (identityColumn && (identityColumn->identitySeed != 1 || identityColumn->identityStep != 1))
             for (auto& sql : d_.identitySequence(target, identityName, identityColumn->identitySeed, identityColumn->identityStep))
                 statements.push_back(sql);
+        outermost_ = &q;
+        intoTemp_ = target.isTemp();
         statements.push_back("INSERT INTO " + d_.tableReference(target) + " (" + insertColumns + ") " + query(q, nullptr, nullptr, true));
         return statements;
     }
@@ -1512,6 +1592,8 @@ private:
             auto columns = outputColumns(*tree.query, nullptr, &complete);
             if (complete && columns.size() != names.size()) fail(mismatch, tree.query->pos);
         }
+        outermost_ = tree.query.get();
+        intoTemp_ = tree.target.isTemp();
         return text + " " + query(*tree.query, nullptr, known ? &types : nullptr);
     }
 
@@ -1665,6 +1747,7 @@ private:
             body += ", PRIMARY KEY (" + nameList(tree.primaryKey) + ")";
         }
         for (const auto& unique : tree.uniqueKeys) body += ", UNIQUE (" + nameList(unique) + ")";
+        body += insertionOrderColumn(tree.target);
         std::vector<std::string> statements;
         if (tree.target.isTemp()) statements.push_back(d_.dropTableIfExists(tree.target));
         statements.push_back(d_.createTableHead(tree.target) + " (" + body + ")");
@@ -1730,6 +1813,8 @@ private:
     std::map<const Query*, std::pair<std::vector<OutputColumn>, bool>> outputCache_;
     std::map<std::string, std::vector<std::vector<std::string>>> keyCache_;
     const std::vector<ExprPtr>* groupBy_ = nullptr;  // the GROUP BY of the select being written
+    const Query* outermost_ = nullptr;  // the statement's own query (not a subquery or derived table)
+    bool intoTemp_ = false;             // its rows go into a #temp table
     bool inView_ = false;
 };
 
