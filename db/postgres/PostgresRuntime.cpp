@@ -334,6 +334,11 @@ BEGIN
   RETURN d;
 END $q$)",
         "CREATE FUNCTION qx_datetime(timestamp) RETURNS timestamp LANGUAGE sql IMMUTABLE STRICT AS $q$SELECT qx_ticks($1::timestamp(3))$q$",
+        // CONVERT(datetime, number): days since 1900-01-01, the fraction the time of day, within
+        // datetime's years 1753 to 9999.
+        R"(CREATE FUNCTION qx_datetime(double precision) RETURNS timestamp LANGUAGE sql IMMUTABLE STRICT AS $q$
+SELECT CASE WHEN $1 >= -53690 AND $1 < 2958464 THEN qx_ticks((TIMESTAMP '1900-01-01' + $1 * INTERVAL '1 day')::timestamp(3))
+  ELSE qx_fail('Arithmetic overflow error converting expression to data type datetime.')::timestamp END$q$)",
         // CONVERT(datetime, text, style): the day, month and year in the style's order.
         R"(CREATE FUNCTION qx_datetime(text, integer) RETURNS timestamp LANGUAGE plpgsql STABLE STRICT AS $q$
 DECLARE t text := btrim($1 COLLATE "C");

@@ -259,7 +259,10 @@ std::optional<DateTime> parse(std::string_view text, bool dayFirst) {
     return v;
 }
 
-DateTime fromDayNumber(double days) {
+std::optional<DateTime> fromDayNumber(double days) {
+    constexpr double kFirstDay = -53690;  // 1753-01-01
+    constexpr double kAfterLastDay = 2958464;  // 10000-01-01
+    if (!std::isfinite(days) || days < kFirstDay || days >= kAfterLastDay) return std::nullopt;
     const double whole = std::floor(days);
     const auto seconds = static_cast<std::int64_t>(std::llround((days - whole) * 86400.0));
     return fromSeconds((daysFromCivil(1900, 1, 1) + static_cast<std::int64_t>(whole)) * 86400 + seconds, 0);

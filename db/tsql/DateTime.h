@@ -25,8 +25,10 @@ const char* partName(Part part);                           // canonical lower-ca
 // " HH:MM[:SS[.fff]]", "THH:MM…" or a time with AM/PM; a time alone is on 1900-01-01. An empty
 // text is 1900-01-01 as in SQL Server.
 std::optional<DateTime> parse(std::string_view text, bool dayFirst = false);
-// SQL Server's numeric dates: days since 1900-01-01, the fraction being the time of day.
-DateTime fromDayNumber(double days);
+// SQL Server's numeric dates: days since 1900-01-01, the fraction being the time of day;
+// nothing for a number outside datetime's years 1753 to 9999 (or no number at all).
+std::optional<DateTime> fromDayNumber(double days);
+inline constexpr const char* kDateTimeOverflowMessage = "Arithmetic overflow error converting expression to data type datetime.";
 
 std::string formatIso(const DateTime& value);  // YYYY-MM-DD HH:MM:SS
 // A datetime as the database keeps it: the time rounded to SQL Server's 1/300 s (.000, .003,

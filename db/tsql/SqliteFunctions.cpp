@@ -537,7 +537,7 @@ void datenameFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     if (isNull(argv[1])) return sqlite3_result_null(context);
     const auto part = dates::partFromName(text(argv[0]));
     const auto date = sqlite3_value_type(argv[1]) == SQLITE_TEXT ? dates::parse(text(argv[1]))
-                                                                  : std::optional(dates::fromDayNumber(sqlite3_value_double(argv[1])));
+                                                                  : dates::fromDayNumber(sqlite3_value_double(argv[1]));
     if (!part) return sqlite3_result_error(context, "unknown date part", -1);
     if (!date) return sqlite3_result_error(context, "Conversion failed when converting date and/or time from character string.", -1);
     static const char* const months[] = {"January", "February", "March", "April", "May", "June", "July", "August", "September", "October", "November", "December"};
@@ -554,8 +554,12 @@ bool dateOf(sqlite3_context* context, sqlite3_value* value, dates::DateTime& out
             return true;
         }
     } else if (sqlite3_value_type(value) != SQLITE_BLOB) {
-        out = dates::fromDayNumber(sqlite3_value_double(value));
-        return true;
+        if (auto day = dates::fromDayNumber(sqlite3_value_double(value))) {
+            out = *day;
+            return true;
+        }
+        sqlite3_result_error(context, dates::kDateTimeOverflowMessage, -1);
+        return false;
     }
     sqlite3_result_error(context, "Conversion failed when converting date and/or time from character string.", -1);
     return false;
@@ -598,10 +602,10 @@ void addDaysFunction(sqlite3_context* context, int, sqlite3_value** argv) {
     dates::DateTime d;
     if (!dateOf(context, argv[0], d)) return;
     const double days = sqlite3_value_double(argv[1]);
-    if (std::fabs(days) > 4.0e6) return sqlite3_result_error(context, "Arithmetic overflow error converting expression to data type datetime.", -1);
+    if (std::fabs(days) > 4.0e6) return sqlite3_result_error(context, dates::kDateTimeOverflowMessage, -1);
     const auto seconds = static_cast<std::int64_t>(std::llround(days * 86400.0));
     d = dates::dateAdd(d, dates::Part::Second, seconds);
-    if (d.year < 1753 || d.year > 9999) return sqlite3_result_error(context, "Arithmetic overflow error converting expression to data type datetime.", -1);
+    if (d.year < 1753 || d.year > 9999) return sqlite3_result_error(context, dates::kDateTimeOverflowMessage, -1);
     result(context, dates::formatIso(d));
 }
 

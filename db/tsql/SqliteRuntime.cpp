@@ -120,7 +120,13 @@ std::string trimmed(const std::string& text) {
 bool dateArgument(sqlite3_context* context, sqlite3_value* value, dates::DateTime& out) {
     switch (sqlite3_value_type(value)) {
         case SQLITE_INTEGER:
-        case SQLITE_FLOAT: out = dates::fromDayNumber(sqlite3_value_double(value)); return true;
+        case SQLITE_FLOAT:
+            if (auto day = dates::fromDayNumber(sqlite3_value_double(value))) {
+                out = *day;
+                return true;
+            }
+            sqlite3_result_error(context, dates::kDateTimeOverflowMessage, -1);
+            return false;
         case SQLITE_TEXT: {
             if (auto parsed = dates::parse(textOf(value))) {
                 out = *parsed;

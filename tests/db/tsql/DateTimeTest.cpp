@@ -1,6 +1,8 @@
 // SQL Server date arithmetic on ISO text dates, tested on its own.
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "db/tsql/DateTime.h"
 
 namespace qx::tsql::dates {
@@ -25,9 +27,18 @@ TEST(Dates, ParsesTheWrittenForms) {
 }
 
 TEST(Dates, DayNumbersCountFrom1900) {
-    EXPECT_EQ(formatIso(fromDayNumber(0)), "1900-01-01 00:00:00");
-    EXPECT_EQ(formatIso(fromDayNumber(45000.5)), "2023-03-17 12:00:00");
-    EXPECT_EQ(formatIso(fromDayNumber(-1)), "1899-12-31 00:00:00");
+    EXPECT_EQ(formatIso(fromDayNumber(0).value()), "1900-01-01 00:00:00");
+    EXPECT_EQ(formatIso(fromDayNumber(45000.5).value()), "2023-03-17 12:00:00");
+    EXPECT_EQ(formatIso(fromDayNumber(-1).value()), "1899-12-31 00:00:00");
+}
+
+TEST(Dates, DayNumbersOutsideTheDatetimeYearsAreNoDates) {
+    EXPECT_EQ(formatIso(fromDayNumber(-53690).value()), "1753-01-01 00:00:00");
+    EXPECT_EQ(formatIso(fromDayNumber(2958463).value()), "9999-12-31 00:00:00");
+    EXPECT_FALSE(fromDayNumber(-53691).has_value());
+    EXPECT_FALSE(fromDayNumber(2958464).has_value());
+    EXPECT_FALSE(fromDayNumber(3e70).has_value());
+    EXPECT_FALSE(fromDayNumber(std::nan("")).has_value());
 }
 
 TEST(Dates, PartsNamedTheTsqlWay) {
