@@ -1211,10 +1211,9 @@ private:
             if (e.kind == ExprKind::Star) {
                 bool complete = true;
                 std::size_t expanded = 0;
-                for (const auto& source : scope.sources) {
-                    if (!e.name.parts.empty() && !equalsIgnoreCase(source.refName, e.name.last())) continue;
-                    if (!source.columns) complete = false;
-                    else expanded += source.columns->size();
+                for (const Source* source : starSources(e, scope)) {
+                    if (!source->columns) complete = false;
+                    else expanded += source->columns->size();
                 }
                 if (!complete) positionKnown = false;
                 std::optional<std::string> stored;
@@ -1264,17 +1263,30 @@ private:
         return text;
     }
 
+    // The sources a * reads: every one, or those under the name it gives (a.*).
+    static std::vector<const Source*> starSources(const Expr& star, const Scope& scope) {
+        std::vector<const Source*> sources;
+        for (const auto& source : scope.sources)
+            if (star.name.parts.empty() || equalsIgnoreCase(source.refName, star.name.last())) sources.push_back(&source);
+        return sources;
+    }
+
+    // A column of a source, as a reference written where a * stood.
+    static Expr columnOf(const Source& source, const std::string& name, Position pos) {
+        Expr column{ExprKind::Column, pos};
+        column.name.parts = {source.refName, name};
+        return column;
+    }
+
     // The columns a * inserts, each as its target column stores it, where storing changes one of
     // them (a decimal rounded, a text trimmed or checked, an untyped NULL converted); otherwise
     // nothing, and the * stays as written.
     std::optional<std::string> storedStar(const Expr& star, const Scope& scope, const std::vector<CatalogColumn>& targets,
                                           std::size_t position) {
         std::string plain, converted;
-        for (const auto& source : scope.sources) {
-            if (!star.name.parts.empty() && !equalsIgnoreCase(source.refName, star.name.last())) continue;
-            for (const auto& c : *source.columns) {
-                Expr column{ExprKind::Column, star.pos};
-                column.name.parts = {source.refName, c.name};
+        for (const Source* source : starSources(star, scope)) {
+            for (const auto& c : *source->columns) {
+                const Expr column = columnOf(*source, c.name, star.pos);
                 const std::string reference = expr(column, scope);
                 const std::string value = position < targets.size() ? stored(column, scope, targets[position]) : reference;
                 ++position;
@@ -1425,11 +1437,7 @@ private:
                 text += (text.empty() ? "" : ", ") + source->qualifier + ".*";
                 continue;
             }
-            for (const auto& c : *source->columns) {
-                Expr column{ExprKind::Column, star.pos};
-                column.name.parts = {source->refName, c.name};
-                text += (text.empty() ? "" : ", ") + expr(column, scope);
-            }
+            for (const auto& c : *source->columns) text += (text.empty() ? "" : ", ") + expr(columnOf(*source, c.name, star.pos), scope);
         }
         return text;
     }

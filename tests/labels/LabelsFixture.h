@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <deque>
 #include <functional>
+#include <map>
 
 #include "framework/Settings.h"
 #include "tests/support/GoldenStatements.h"
@@ -16,7 +17,10 @@ namespace qx::test {
 
 // Expected statements kept as data: tests/labels/golden/<file>, a block per case.
 inline QString golden(const QString& file, const QString& name, const QHash<QString, QString>& values = {}) {
-    return GoldenStatements("labels/golden/" + file).text(name, values);
+    static std::map<QString, GoldenStatements> read;  // each file read once
+    auto at = read.find(file);
+    if (at == read.end()) at = read.try_emplace(file, "labels/golden/" + file).first;
+    return at->second.text(name, values);
 }
 
 class LabelsTest : public ShopDatabaseTest {
