@@ -266,6 +266,20 @@ QToolButton* TFrm_Base_Common::CreateDatePresetButton(QWidget* parent) {
     return button;
 }
 
+QLabel* TFrm_Base_Common::CreateDayCountLabel(QWidget* parent) {
+    auto* label = new QLabel("(30天)", parent);
+    label->setObjectName("titDATE");
+    return label;
+}
+
+QTimer* TFrm_Base_Common::CreateSizeTitleTimer(std::function<void()> onTick) {
+    auto* timer = new QTimer(this);
+    timer->setObjectName("gtime");
+    timer->setInterval(500);
+    connect(timer, &QTimer::timeout, this, [onTick = std::move(onTick)] { qx::guard(onTick); });
+    return timer;
+}
+
 QAction* TFrm_Base_Common::AddAction(const QString& name, const QString& caption, const QKeySequence& shortcut,
                                      std::function<void()> handler) {
     auto* action = new QAction(caption, this);

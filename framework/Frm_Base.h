@@ -34,6 +34,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QStringList>
+#include <QTimer>
 #include <functional>
 
 #include "framework/Controls.h"
@@ -189,6 +190,11 @@ public:
     static std::pair<QDate, QDate> PresetRange(int preset, const QDate& today);
     // A "时段选择" button whose menu applies the presets.
     QToolButton* CreateDatePresetButton(QWidget* parent);
+    // The day-count label "titDATE" beside a date range, "(30天)" until the dates change.
+    QLabel* CreateDayCountLabel(QWidget* parent);
+    // The 500 ms timer "gtime" that sets the size columns' titles after scrolling; its handler runs
+    // guarded. Stopped until the screen starts it.
+    QTimer* CreateSizeTitleTimer(std::function<void()> onTick);
 
     // An action with a stable objectName, caption and shortcut whose handler runs guarded.
     QAction* AddAction(const QString& name, const QString& caption, const QKeySequence& shortcut,

@@ -66,9 +66,7 @@ TQXCK299DB::TQXCK299DB(QWidget* Owner) : TFrm_Sys_Filter(Owner) {
     btn_ok->hide();  // F2 makes the tags and closes, as BTN_2
     btn_cancel->setText("关闭");
 
-    gtime = new QTimer(this);
-    gtime->setObjectName("gtime");
-    gtime->setInterval(500);
+    gtime = CreateSizeTitleTimer([this] { gtimeTimer(gtime); });
     resize(900, 620);
     FormCreate();
 }
@@ -89,7 +87,6 @@ void TQXCK299DB::FormCreate() {
                            [this] { Act_DeleteExecute(Act_Delete); });
     addAction(Act_Delete);
     qx::connectGuarded(btn_Delete, &QPushButton::clicked, this, [this] { Act_DeleteExecute(btn_Delete); });
-    qx::connectGuarded(gtime, &QTimer::timeout, this, [this] { gtimeTimer(gtime); });
     AdoQry_Main->AfterScroll = [this](TDataSet* ds) { AdoQry_MainAfterScroll(ds); };
 }
 

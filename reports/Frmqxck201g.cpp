@@ -18,10 +18,7 @@ TQXCK201G::TQXCK201G(QWidget* Owner, const QString& name, const QString& caption
     SetCaption(caption);
     CDS_M = new TClientDataSet(this);
     CDS_M->setObjectName("CDS_M");
-    gtime = new QTimer(this);
-    gtime->setObjectName("gtime");
-    gtime->setInterval(500);
-    connect(gtime, &QTimer::timeout, this, [this] { qx::guard([this] { gtimeTimer(); }); });
+    gtime = CreateSizeTitleTimer([this] { gtimeTimer(); });
     FormCreate();
 }
 

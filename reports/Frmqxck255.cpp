@@ -21,10 +21,7 @@ TQXCK255::TQXCK255(QWidget* Owner) : TFrm_Base_Qry(Owner) {
     SetCaption("库存查询");
     CDS_M = new TClientDataSet(this);
     CDS_M->setObjectName("CDS_M");
-    gtime = new QTimer(this);
-    gtime->setObjectName("gtime");
-    gtime->setInterval(500);
-    connect(gtime, &QTimer::timeout, this, [this] { qx::guard([this] { gtimeTimer(); }); });
+    gtime = CreateSizeTitleTimer([this] { gtimeTimer(); });
     FormCreate();
 }
 

@@ -18,8 +18,7 @@ TQXCK255_1::TQXCK255_1(QWidget* Owner) : TFrm_Base_Detail(Owner) {
     Panel_Condition->NewRow();
     BDATE = Panel_Condition->AddDateEdit("BDATE", "日期");
     EDATE = Panel_Condition->AddDateEdit("EDATE", "至");
-    titDATE = new QLabel("(30天)", Panel_Condition);
-    titDATE->setObjectName("titDATE");
+    titDATE = CreateDayCountLabel(Panel_Condition);
     Panel_Condition->AddControl(titDATE, QString());
     btn_dateset = CreateDatePresetButton(Panel_Condition);
     btn_dateset->setObjectName("btn_dateset");

@@ -173,8 +173,7 @@ TQXCK282::TQXCK282(QWidget* Owner) : TFrm_Base_Qry(Owner) {
     dates->addWidget(EDATE);
     periodGrid->addLayout(dates);
     auto* span = new QHBoxLayout;
-    titDATE = new QLabel("(30天)", periodBox);
-    titDATE->setObjectName("titDATE");
+    titDATE = CreateDayCountLabel(periodBox);
     span->addWidget(titDATE);
     btn_dateset = CreateDatePresetButton(periodBox);
     btn_dateset->setObjectName("btn_dateset");

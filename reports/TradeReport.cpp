@@ -119,8 +119,7 @@ TFrm_TradeFilter::TFrm_TradeFilter(QWidget* Owner, const QString& name, const QS
     SetCaption(caption);
     BDATE = Panel_Condition->AddDateEdit("BDATE", "日期从");
     EDATE = Panel_Condition->AddDateEdit("EDATE", "至");
-    titDATE = new QLabel("(30天)", Panel_Condition);
-    titDATE->setObjectName("titDATE");
+    titDATE = CreateDayCountLabel(Panel_Condition);
     Panel_Condition->AddControl(titDATE, QString());
     btn_dateset = CreateDatePresetButton(Panel_Condition);
     btn_dateset->setObjectName("btn_dateset");

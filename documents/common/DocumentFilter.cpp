@@ -14,8 +14,7 @@ TDocumentFilter::TDocumentFilter(QWidget* Owner, const DocumentFilterKind& kind)
     SetCaption(kind_.caption);
     BDATE = Panel_Condition->AddDateEdit("BDATE", "开单日期");
     EDATE = Panel_Condition->AddDateEdit("EDATE", "至：");
-    titDATE = new QLabel("(30天)", Panel_Condition);
-    titDATE->setObjectName("titDATE");
+    titDATE = CreateDayCountLabel(Panel_Condition);
     Panel_Condition->AddControl(titDATE, QString());
     Panel_Condition->NewRow();
     btn_Period = CreateDatePresetButton(Panel_Condition);

@@ -67,11 +67,8 @@ TQXCK235_2::TQXCK235_2(QWidget* Owner) : TFrm_Sys_Filter(Owner) {
     MainLayout()->insertWidget(at + 2, DBGridEh_Book, 2);
     resize(1100, 640);
 
-    gtime = new QTimer(this);
-    gtime->setObjectName("gtime");
-    gtime->setInterval(500);
+    gtime = CreateSizeTitleTimer([this] { gtimeTimer(gtime); });
     gtime->setSingleShot(true);
-    connect(gtime, &QTimer::timeout, this, [this] { qx::guard([this] { gtimeTimer(gtime); }); });
     connect(AdoQry_Tmp, &TClientDataSet::currentChanged, this, [this] { AdoQry_TmpAfterScroll(AdoQry_Tmp); });
     connect(btn_ref, &QPushButton::clicked, this, [this] { qx::guard([this] { btn_refClick(btn_ref); }); });
     DBGridEh->OnDrawColumnCell = [this](QPainter* p, const QRect& r, TColumnEh*, const TCellParams& params) {
