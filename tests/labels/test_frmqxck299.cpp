@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QPushButton>
 #include <QSettings>
+#include <map>
 
 #include "framework/DBGridEh.h"
 #include "framework/Screenshot.h"
@@ -57,6 +58,35 @@ protected:
         TColumnEh* column = grid->ColumnByField("S" + QString::number(size));
         return model->setData(model->index(grid->DataSet()->CurrentRow(), column->Index()), text, Qt::EditRole);
     }
+    // A receipt's lines come in the order the database reads them (the statement orders nothing),
+    // and the tags follow the lines as the grid shows them. The lines as "style/colour", in the
+    // grid's order:
+    static QStringList lineKeys(TClientDataSet* lines) {
+        QStringList keys;
+        for (int row = 0; row < lines->RecordCount(); ++row)
+            keys << lines->CellValue(row, lines->FieldIndex("K_ID")).toString() + "/" +
+                        lines->CellValue(row, lines->FieldIndex("COL_ID")).toString();
+        return keys;
+    }
+    // The tags one making gives: each line's own tags, line after line as the grid showed them.
+    // The grid must show exactly the lines given.
+    static QStringList tagsInGridOrder(const QStringList& keys, const std::map<QString, QStringList>& tagsOfLine) {
+        QStringList given;
+        for (const auto& [key, tags] : tagsOfLine) given << key;
+        EXPECT_EQ(sorted(keys), given) << "the grid shows other lines than expected";
+        QStringList out;
+        for (const QString& key : keys)
+            if (auto at = tagsOfLine.find(key); at != tagsOfLine.end()) out << at->second;
+        return out;
+    }
+    static QStringList sorted(QStringList list) {
+        list.sort();
+        return list;
+    }
+    // Makes the line of a style and colour the grid's current one.
+    static bool goToLine(TClientDataSet* lines, const QString& style, const QString& colour) {
+        return lines->Locate("K_ID;COL_ID", QVariantList{style, colour});
+    }
     static QStringList barcodes(TQXCK299* screen) {
         QStringList out;
         for (int row = 0; row < screen->AdoQry_Main->RecordCount(); ++row)
@@ -83,11 +113,13 @@ TEST_F(Qxck299Test, TheScreenShowsItsCaptionsAndTheNoteOnWhatIsKept) {
 
 TEST_F(Qxck299Test, FromTheNewestReceiptItsLinesBecomeTagsPerSizeAndCount) {
     auto* screen = openLabels();
-    onReceipt([](TQXCK299DB* d) {
+    QStringList lines;
+    onReceipt([&lines](TQXCK299DB* d) {
         EXPECT_EQ(d->Caption(), "从进货单制作吊牌标签");
         EXPECT_EQ(d->AdoQry_Main->RecordCount(), 2);
         EXPECT_EQ(d->AdoQry_Main->FieldByName("noid")->AsString(), "R0002");
         ASSERT_EQ(d->AdoQry_Body->RecordCount(), 2);
+        lines = lineKeys(d->AdoQry_Body);
         // Size titles from the size group; sizes after the last one in use hidden.
         EXPECT_EQ(d->DBGridEh2->VisibleTitles(),
                   (QStringList{"款号", "名称", "色码", "颜色", "尺码|S", "尺码|M", "尺码|L", "尺码|XL", "尺码|2XL"}));
@@ -95,7 +127,9 @@ TEST_F(Qxck299Test, FromTheNewestReceiptItsLinesBecomeTagsPerSizeAndCount) {
         d->BTN_2->click();
     });
     screen->Act_Locate->trigger();
-    EXPECT_EQ(barcodes(screen), (QStringList{"P2R1", "P2R1", "P2R3", "FREE-M-01"}));
+    // K2 red 2/0/1 in S, M, L (style + colour + size mark), K1 red one M (its free barcode).
+    EXPECT_EQ(barcodes(screen), tagsInGridOrder(lines, {{"K2/01", {"P2R1", "P2R1", "P2R3"}}, {"K1/01", {"FREE-M-01"}}}));
+    EXPECT_EQ(sorted(barcodes(screen)), (QStringList{"FREE-M-01", "P2R1", "P2R1", "P2R3"}));
     EXPECT_EQ(screen->DBGridEh->FooterTexts().first(), "共4张");
     EXPECT_EQ(statements(Call::Kind::OpenSql),
               (std::vector<QString>{golden("qxck299.sql", "receipts"), golden("qxck299.sql", "receipt lines")}));
@@ -160,8 +194,10 @@ TEST_F(Qxck299Test, WithWarehouseRightsTheReceiptsJoinTheUsersWarehouses) {
 
 TEST_F(Qxck299Test, TheCountsCanBeChangedAndMakingAgainAppends) {
     auto* screen = openLabels();
-    onReceipt([](TQXCK299DB* d) {
-        d->AdoQry_Body->First();  // K2 red: 2, 0, 1
+    QStringList lines;
+    onReceipt([&lines](TQXCK299DB* d) {
+        lines = lineKeys(d->AdoQry_Body);
+        ASSERT_TRUE(goToLine(d->AdoQry_Body, "K2", "01"));  // K2 red: 2, 0, 1
         EXPECT_TRUE(typeCount(d->DBGridEh2, 1, "3"));
         d->BTN_1->click();  // stays open
         EXPECT_EQ(d->ModalResult(), mrNone);
@@ -169,15 +205,19 @@ TEST_F(Qxck299Test, TheCountsCanBeChangedAndMakingAgainAppends) {
         d->BTN_2->click();
     });
     screen->Act_Locate->trigger();
-    EXPECT_EQ(barcodes(screen), (QStringList{"P2R1", "P2R1", "P2R2", "P2R2", "P2R2", "P2R3", "FREE-M-01", "P2R2",
-                                              "P2R2", "P2R2", "P2R3", "FREE-M-01"}));
+    const QStringList first =
+        tagsInGridOrder(lines, {{"K2/01", {"P2R1", "P2R1", "P2R2", "P2R2", "P2R2", "P2R3"}}, {"K1/01", {"FREE-M-01"}}});
+    const QStringList second = tagsInGridOrder(lines, {{"K2/01", {"P2R2", "P2R2", "P2R2", "P2R3"}}, {"K1/01", {"FREE-M-01"}}});
+    EXPECT_EQ(barcodes(screen), first + second);
+    EXPECT_EQ(sorted(barcodes(screen)), (QStringList{"FREE-M-01", "FREE-M-01", "P2R1", "P2R1", "P2R2", "P2R2", "P2R2",
+                                                     "P2R2", "P2R2", "P2R2", "P2R3", "P2R3"}));
     closeScreen(screen);
 }
 
 TEST_F(Qxck299Test, ACountMustBeAWholeNumberFromZeroTo9999) {
     auto* screen = openLabels();
     onReceipt([this](TQXCK299DB* d) {
-        d->AdoQry_Body->First();
+        ASSERT_TRUE(goToLine(d->AdoQry_Body, "K2", "01"));  // K2 red: 2 in size S
         EXPECT_FALSE(typeCount(d->DBGridEh2, 0, "abc"));
         EXPECT_FALSE(typeCount(d->DBGridEh2, 0, "-1"));
         EXPECT_FALSE(typeCount(d->DBGridEh2, 0, "10000"));
@@ -218,12 +258,13 @@ TEST_F(Qxck299Test, AReceiptIsFoundByItsNumberAndAQuoteStaysInItsText) {
 TEST_F(Qxck299Test, DeletingLinesOfTheReceiptAsksFirst) {
     auto* screen = openLabels();
     onReceipt([this](TQXCK299DB* d) {
+        ASSERT_TRUE(goToLine(d->AdoQry_Body, "K2", "01"));
         sink->queueAnswer(false);
         d->btn_Delete->click();
         EXPECT_EQ(d->AdoQry_Body->RecordCount(), 2);
         sink->queueAnswer(true);
         d->btn_Delete->click();
-        EXPECT_EQ(d->AdoQry_Body->RecordCount(), 1);
+        EXPECT_EQ(lineKeys(d->AdoQry_Body), QStringList{"K1/01"});
         EXPECT_EQ(sink->texts(), (QStringList{"是否删除所选记录", "是否删除所选记录"}));
         d->BTN_2->click();
     });
@@ -348,9 +389,12 @@ TEST_F(Qxck299Test, DeleteTakesTheCurrentRowOrAsksForSeveral) {
     auto* screen = openLabels();
     onReceipt([](TQXCK299DB* d) { d->BTN_2->click(); });
     screen->Act_Locate->trigger();
-    screen->AdoQry_Main->SetRecNo(3);  // P2R3
+    QStringList left = barcodes(screen);
+    ASSERT_TRUE(screen->AdoQry_Main->Locate("tm", "P2R3"));
+    left.removeAt(screen->AdoQry_Main->CurrentRow());
     screen->Act_Delete->trigger();
-    EXPECT_EQ(barcodes(screen), (QStringList{"P2R1", "P2R1", "FREE-M-01"}));
+    EXPECT_EQ(barcodes(screen), left);
+    EXPECT_EQ(sorted(left), (QStringList{"FREE-M-01", "P2R1", "P2R1"}));
     EXPECT_TRUE(sink->texts().isEmpty());
     EXPECT_EQ(screen->DBGridEh->FooterTexts().first(), "共3张");
 
@@ -362,7 +406,7 @@ TEST_F(Qxck299Test, DeleteTakesTheCurrentRowOrAsksForSeveral) {
     EXPECT_EQ(screen->AdoQry_Main->RecordCount(), 3);
     sink->queueAnswer(true);
     screen->Act_Delete->trigger();
-    EXPECT_EQ(barcodes(screen), QStringList{"P2R1"});
+    EXPECT_EQ(barcodes(screen), QStringList{left[1]});  // the row between the two selected
     EXPECT_EQ(sink->texts(), (QStringList{"是否删除所选记录", "是否删除所选记录"}));
     closeScreen(screen);
 }

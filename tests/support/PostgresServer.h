@@ -2,7 +2,8 @@
 // A private, throwaway PostgreSQL server for tests: initdb in a temporary folder, listening on a
 // Unix socket in that folder only, stopped and removed when the test process ends. Run as root,
 // the folder and the server belong to the unprivileged user "nobody" (the server refuses root).
-// Each call of freshDatabase() creates a new empty database on it and returns its URI.
+// Each call of freshDatabase() creates a new empty database on it and returns its URI;
+// freshShop() one holding an empty shop.
 #include <pwd.h>
 #include <unistd.h>
 
@@ -14,6 +15,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "db/Database.h"
 #include "db/postgres/PostgresDatabase.h"
 
 namespace qx::test {
@@ -42,11 +44,27 @@ public:
 
     // A new, empty database on the server, as a libpq URI.
     std::string freshDatabase() {
-        static std::atomic<int> counter{0};
-        const std::string name = "shop" + std::to_string(getpid()) + "_" + std::to_string(++counter);
+        const std::string name = newName();
         qx::db::PostgresDatabase admin(uri("postgres"));
         admin.runNative("CREATE DATABASE " + name + " TEMPLATE template0 ENCODING 'UTF8' LOCALE 'C'");
         return uri(name);
+    }
+
+    // A new database holding an empty shop (tables, views, triggers, helpers, starting rows): a
+    // copy of one made on first use, a fraction of the server's work of making it again. The
+    // previous copy is dropped (one test, one shop: a screen test's shop is some 14 MB).
+    std::string freshShop() {
+        qx::db::PostgresDatabase admin(uri("postgres"));
+        if (templateShop_.empty()) {
+            const std::string name = newName();
+            admin.runNative("CREATE DATABASE " + name + " TEMPLATE template0 ENCODING 'UTF8' LOCALE 'C'");
+            qx::db::openDatabase(uri(name), true);  // and closed again: a template may have no connection
+            templateShop_ = name;
+        }
+        if (!lastShop_.empty()) admin.runNative("DROP DATABASE IF EXISTS " + lastShop_ + " WITH (FORCE)");
+        lastShop_ = newName();
+        admin.runNative("CREATE DATABASE " + lastShop_ + " TEMPLATE " + templateShop_);
+        return uri(lastShop_);
     }
 
     std::string uri(const std::string& database) const { return "postgresql://qx@/" + database + "?host=" + folder_.string(); }
@@ -80,13 +98,30 @@ private:
             throw std::runtime_error("the test server did not start, see " + (folder_ / "server.log").string());
     }
 
+    static std::string newName() {
+        static std::atomic<int> counter{0};
+        return "shop" + std::to_string(getpid()) + "_" + std::to_string(++counter);
+    }
     static std::string quoted(const std::filesystem::path& path) { return "'" + path.string() + "'"; }
     int run(const std::string& command) const { return std::system((asUser_ + command).c_str()); }
 
     std::filesystem::path bin_;
     std::filesystem::path folder_;
     std::string asUser_;
+    std::string templateShop_;  // the shop every freshShop() copies
+    std::string lastShop_;      // the copy freshShop() gave last
 };
+
+// Whether the screen tests run on the private server (QXCK_SCREEN_ENGINE=postgresql) instead of
+// a shop file.
+inline bool screenTestsOnServer() {
+    const char* engine = std::getenv("QXCK_SCREEN_ENGINE");
+    return engine && std::string(engine) == "postgresql";
+}
+
+// What a test executable returns when told to run on a server the machine does not have
+// (CTest's SKIP_RETURN_CODE of the runs on the server, cmake/QxTest.cmake).
+constexpr int kNoServerExitCode = 77;
 
 }  // namespace qx::test
 

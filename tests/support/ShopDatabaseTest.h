@@ -62,12 +62,12 @@ protected:
 
     // The screens' tests run on a shop file; with QXCK_SCREEN_ENGINE=postgresql each test's shop
     // is a new database on the test process's private server instead (the same tests, a server).
-    static bool onServer() { return qgetenv("QXCK_SCREEN_ENGINE") == "postgresql"; }
+    static bool onServer() { return screenTestsOnServer(); }
     std::unique_ptr<qx::db::Database> newShop() const {
         if (!onServer()) return qx::db::openSqlite(dir.filePath("shop.db").toStdString(), true);
         auto* server = PostgresServer::instance();
         if (!server) throw std::runtime_error("QXCK_SCREEN_ENGINE=postgresql needs the PostgreSQL server binaries");
-        return qx::db::openDatabase(server->freshDatabase(), true);
+        return qx::db::openDatabase(server->freshShop());
     }
 
     void exec(const QString& sql) { db->execute(sql.toStdString()); }
