@@ -7,12 +7,13 @@
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
 #include <functional>
-#include <map>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "db/procedures/Statement.h"
@@ -66,12 +67,72 @@ std::size_t columnIndex(const ResultSet& rs, const std::string& name, std::size_
     return columnIndex(names, name, fallback);
 }
 
-struct Cell {
-    double sum = 0;
+// The cells of a cross-tab as the source's rows are added up: each row key and column key gets
+// an index the first time it is met (a hash lookup, the previous row's key reused when the next
+// row carries the same), each row a slot per column key. A slot is present once any source row
+// names its pair, even with a NULL value (the cell then shows 0).
+class PivotCells {
+public:
+    struct Row {
+        std::string key;
+        std::vector<double> sums;
+        std::vector<char> present;
+    };
+
+    // The column keys in the order they were met.
+    const std::deque<std::string>& columnKeys() const { return columnKeys_; }
+
+    std::size_t column(std::string_view key) {
+        const auto at = columnIndex_.find(key);
+        if (at != columnIndex_.end()) return at->second;
+        columnKeys_.emplace_back(key);
+        return columnIndex_.emplace(columnKeys_.back(), columnKeys_.size() - 1).first->second;
+    }
+
+    Row& row(std::string_view key) {
+        if (last_ < rows_.size() && rows_[last_].key == key) return rows_[last_];
+        const auto at = rowIndex_.find(key);
+        if (at != rowIndex_.end()) {
+            last_ = at->second;
+        } else {
+            rows_.push_back(Row{std::string(key), {}, {}});
+            last_ = rows_.size() - 1;
+            rowIndex_.emplace(rows_.back().key, last_);
+        }
+        return rows_[last_];
+    }
+
+    // Makes the cell of `row` and `column` present and adds `value` to it.
+    static void add(Row& row, std::size_t column, double value) {
+        if (row.sums.size() <= column) {
+            row.sums.resize(column + 1, 0.0);
+            row.present.resize(column + 1, 0);
+        }
+        row.sums[column] += value;
+        row.present[column] = 1;
+    }
+
+    // The rows in the byte order of their keys.
+    std::vector<const Row*> sortedRows() const {
+        std::vector<const Row*> sorted;
+        sorted.reserve(rows_.size());
+        for (const auto& r : rows_) sorted.push_back(&r);
+        std::sort(sorted.begin(), sorted.end(), [](const Row* a, const Row* b) { return a->key < b->key; });
+        return sorted;
+    }
+
+private:
+    struct KeyHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view key) const { return std::hash<std::string_view>{}(key); }
+    };
+    // the keys live in rows_/columnKeys_; the indexes hold views of them (a deque keeps them put)
+    std::deque<Row> rows_;
+    std::deque<std::string> columnKeys_;
+    std::unordered_map<std::string_view, std::size_t, KeyHash, std::equal_to<>> rowIndex_;
+    std::unordered_map<std::string_view, std::size_t, KeyHash, std::equal_to<>> columnIndex_;
+    std::size_t last_ = static_cast<std::size_t>(-1);
 };
-// row key → column key → cell; found by a view of the key (no copy of a key already there)
-using CellsOfRow = std::map<std::string, Cell, std::less<>>;
-using Cells = std::map<std::string, CellsOfRow, std::less<>>;
 
 // The text of a key: a text value as it stands, anything else as textOf gives it (into `buffer`).
 std::string_view keyText(const Value& v, std::string& buffer) {
@@ -80,20 +141,13 @@ std::string_view keyText(const Value& v, std::string& buffer) {
     return buffer;
 }
 
-template <typename Map>
-auto& entry(Map& map, std::string_view key) {
-    auto at = map.find(key);
-    if (at == map.end()) at = map.emplace(std::string(key), typename Map::mapped_type{}).first;
-    return at->second;
-}
-
 // The width of the pivot table's row key column: 100 characters, or the longest key's (a server
 // refuses a longer text than its column takes).
-std::size_t rowKeyWidth(const Cells& cells) {
+std::size_t rowKeyWidth(const std::vector<const PivotCells::Row*>& rows) {
     std::size_t widest = 100;
-    for (const auto& [row, columns] : cells) {
+    for (const auto* row : rows) {
         std::size_t characters = 0;
-        for (const unsigned char c : row) characters += (c & 0xC0) != 0x80;
+        for (const unsigned char c : row->key) characters += (c & 0xC0) != 0x80;
         widest = std::max(widest, characters);
     }
     return widest;
@@ -139,16 +193,13 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
     const std::size_t vk = src.columns.size() < 3 ? 0 : columnIndex(src, valueName, 2);
 
     bool integral = true;
-    std::set<std::string, std::less<>> columnKeys;
-    Cells cells;
+    PivotCells cells;
     std::string rowBuffer, columnBuffer;
     for (const auto& r : src.rows) {
-        const std::string_view row = keyText(r[rk], rowBuffer);
-        const std::string_view column = keyText(r[ck], columnBuffer);
-        if (columnKeys.find(column) == columnKeys.end()) columnKeys.emplace(column);
-        auto& cellsOfRow = entry(cells, row);
+        auto& cellsOfRow = cells.row(keyText(r[rk], rowBuffer));
+        const std::size_t column = cells.column(keyText(r[ck], columnBuffer));
         if (std::holds_alternative<std::monostate>(r[vk])) {
-            entry(cellsOfRow, column);  // the key exists; a NULL value adds nothing
+            PivotCells::add(cellsOfRow, column, 0);  // the cell exists; a NULL value adds nothing
             continue;
         }
         double v = 0;
@@ -160,16 +211,29 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
             v = *n;
             if (*n != static_cast<double>(static_cast<long long>(*n))) integral = false;
         }
-        entry(cellsOfRow, column).sum += v;
+        PivotCells::add(cellsOfRow, column, v);
     }
-    for (const auto& h : headers) entry(cells, h);
+    for (const auto& h : headers) cells.row(h);
+    const std::vector<const PivotCells::Row*> rows = cells.sortedRows();
 
-    std::vector<std::string> keys(columnKeys.begin(), columnKeys.end());
-    bool numeric = !keys.empty();
-    for (const auto& k : keys)
-        if (!numberOf(k)) numeric = false;
+    // The column keys in text order, then in numeric order when every key is a number; `slots`
+    // gives each result column its slot in the rows' sums.
+    std::vector<std::size_t> slots(cells.columnKeys().size());
+    for (std::size_t i = 0; i < slots.size(); ++i) slots[i] = i;
+    const auto& met = cells.columnKeys();
+    std::sort(slots.begin(), slots.end(), [&](std::size_t a, std::size_t b) { return met[a] < met[b]; });
+    bool numeric = !slots.empty();
+    for (const auto slot : slots)
+        if (!numberOf(met[slot])) numeric = false;
     if (numeric)
-        std::stable_sort(keys.begin(), keys.end(), [](const std::string& a, const std::string& b) { return *numberOf(a) < *numberOf(b); });
+        std::stable_sort(slots.begin(), slots.end(), [&](std::size_t a, std::size_t b) { return *numberOf(met[a]) < *numberOf(met[b]); });
+    std::vector<std::string> keys;
+    for (const auto slot : slots) keys.push_back(met[slot]);
+    // the cell of a row in a result column, nullptr when the source has nothing for it
+    const auto cellOf = [&](const PivotCells::Row& row, std::size_t i) -> const double* {
+        const std::size_t slot = slots[i];
+        return slot < row.present.size() && row.present[slot] ? &row.sums[slot] : nullptr;
+    };
 
     // Result column names: the row key's name, the keys (made unique), "total".
     std::vector<std::string> names{rowKeyName};
@@ -190,17 +254,20 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
         out.columns.push_back({rowKeyName, FieldType::Text, 0});
         for (std::size_t i = 1; i + 1 < names.size(); ++i) out.columns.push_back({names[i], valueType, 0});
         out.columns.push_back({"total", valueType, 0});
-        for (const auto& [row, byKey] : cells) {
-            std::vector<Value> v{Value(row)};
+        out.rows.reserve(rows.size());
+        for (const auto* row : rows) {
+            std::vector<Value> v;
+            v.reserve(keys.size() + 2);
+            v.emplace_back(row->key);
             double total = 0;
             bool any = false;
-            for (const auto& k : keys) {
-                auto it = byKey.find(k);
-                if (it == byKey.end()) {
+            for (std::size_t i = 0; i < keys.size(); ++i) {
+                const double* cell = cellOf(*row, i);
+                if (!cell) {
                     v.emplace_back();
                 } else {
-                    v.push_back(valueOf(it->second.sum));
-                    total += it->second.sum;
+                    v.push_back(valueOf(*cell));
+                    total += *cell;
                     any = true;
                 }
             }
@@ -217,7 +284,7 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
     // cached by their text and must never meet another shape under the same name.
     std::string shape = integral ? "i" : "f";
     for (const auto& n : names) shape += "\x1f" + n;
-    const std::size_t keyWidth = rowKeyWidth(cells);
+    const std::size_t keyWidth = rowKeyWidth(rows);
     shape += "\x1f" + std::to_string(keyWidth);
     char suffix[17];
     std::snprintf(suffix, sizeof suffix, "%016zx", std::hash<std::string>{}(shape));
@@ -231,19 +298,19 @@ ResultSet pivot(ProcedureSession& db, const tsql::ProcedureCall& call, bool head
         std::string insert = std::string("INSERT INTO ") + d.tempSchema + table + " VALUES (?1";
         for (std::size_t i = 1; i < names.size(); ++i) insert += ",?" + std::to_string(i + 1);
         Statement st(db, insert + ")");
-        for (const auto& [row, byKey] : cells) {
-            st.bind(1, row);
+        for (const auto* row : rows) {
+            st.bind(1, row->key);
             double total = 0;
             bool any = false;
             for (std::size_t i = 0; i < keys.size(); ++i) {
-                auto it = byKey.find(keys[i]);
+                const double* cell = cellOf(*row, i);
                 const int at = static_cast<int>(i + 2);
-                if (it == byKey.end()) {
+                if (!cell) {
                     st.bindNull(at);
                 } else {
-                    if (integral) st.bind(at, static_cast<std::int64_t>(it->second.sum));
-                    else st.bind(at, it->second.sum);
-                    total += it->second.sum;
+                    if (integral) st.bind(at, static_cast<std::int64_t>(*cell));
+                    else st.bind(at, *cell);
+                    total += *cell;
                     any = true;
                 }
             }

@@ -589,6 +589,28 @@ TEST_P(CrossTabs, NumericKeysSortAsNumbers) {
     EXPECT_EQ(t.rs.columns[2].name, "b");
 }
 
+TEST_P(CrossTabs, RowsOfOneKeyMayComeApartAndNewColumnKeysLate) {
+    // B before A, A's rows apart, the key "c" first met on the last row of B
+    const std::string src = "SELECT ''B'' AS wl_id, ''a'' AS k, 1 AS v UNION ALL SELECT ''A'', ''b'', 2 UNION ALL SELECT ''B'', ''b'', 3 "
+                            "UNION ALL SELECT ''A'', ''b'', 4 UNION ALL SELECT ''A'', ''a'', 5 UNION ALL SELECT ''B'', ''c'', 6";
+    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v'");
+    ASSERT_EQ(r.rs.columns.size(), 5u);
+    EXPECT_EQ(r.rs.columns[1].name, "a");
+    EXPECT_EQ(r.rs.columns[2].name, "b");
+    EXPECT_EQ(r.rs.columns[3].name, "c");
+    ASSERT_EQ(r.size(), 2u);
+    EXPECT_EQ(r.str(0, "wl_id"), "A");
+    EXPECT_EQ(r.num(0, "a"), 5);
+    EXPECT_EQ(r.num(0, "b"), 6);
+    EXPECT_TRUE(r.isNull(0, "c"));
+    EXPECT_EQ(r.num(0, "total"), 11);
+    EXPECT_EQ(r.str(1, "wl_id"), "B");
+    EXPECT_EQ(r.num(1, "a"), 1);
+    EXPECT_EQ(r.num(1, "b"), 3);
+    EXPECT_EQ(r.num(1, "c"), 6);
+    EXPECT_EQ(r.num(1, "total"), 10);
+}
+
 TEST_P(CrossTabs, HeaderRowsOfSysJdJoinTheRowsInKeyOrder) {
     const std::string src = "SELECT ''11-总仓'' AS wl_id, ''202603|01'' AS ck_name, 4 AS kc UNION ALL SELECT ''21-牌一'', "
                             "''202603|02'', 2";
