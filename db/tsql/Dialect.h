@@ -82,6 +82,10 @@ public:
     virtual std::string limit(const std::string& count) const = 0;  // appended after ORDER BY
     // A date written as text, already read ("2006-08-30 13:02:03.123"), where a date is meant.
     virtual std::string dateLiteral(std::string_view iso) const { return quoteString(iso); }
+    // A written whole number in a UNION column whose branches give decimals: an engine that
+    // plans a UNION as one scan of all its branches (in parallel) only when every branch gives
+    // the column's own type writes it as a decimal; the value is the same.
+    virtual std::string unionDecimal(const std::string& number) const { return number; }
     // A text literal that is compared with another text: SQL Server ignores trailing blanks.
     virtual std::string comparedString(std::string_view value) const { return quoteString(value); }
     // A text value stored into the text column `column` of `table`: a written text (`literal`

@@ -1233,6 +1233,9 @@ private:
                 text += (*unionTypes)[position] == SqlType::Integer ? d_.toInteger(number) : number;
                 if (e.kind == ExprKind::Column && !item.alias) text += " AS " + d_.quoteIdentifier(e.name.last());
             }
+            else if (unionTypes && positionKnown && position < unionTypes->size() && e.kind == ExprKind::Number &&
+                     (*unionTypes)[position] == SqlType::Real && typeOf(e, scope) == SqlType::Integer)
+                text += d_.unionDecimal(expr(e, scope));
             else if (e.kind == ExprKind::String && (unionTypes || c.distinct))
                 // a written text that a UNION or DISTINCT compares with others: SQL Server ignores its
                 // trailing blanks there (an engine whose collation counts them writes it without)

@@ -33,6 +33,7 @@ public:
     std::string quoteString(std::string_view value) const override { return quotedWith(value, '\''); }
     // No ICU collation ignores trailing blanks: a written text loses them before it is compared
     // ('zc ' finds 'ZC'). Blanks stored at the end of a column's value still count.
+    std::string unionDecimal(const std::string& number) const override { return "CAST(" + number + " AS NUMERIC)"; }
     std::string comparedString(std::string_view value) const override {
         while (!value.empty() && value.back() == ' ') value.remove_suffix(1);
         return quoteString(value);

@@ -820,6 +820,11 @@ TEST(PostgresDialectTest, WritesTheDifferencesOfPostgresql) {
     EXPECT_NE(emit("CREATE TABLE #x (a int)").find("pg_temp.\"#x\""), std::string::npos);
     EXPECT_NE(emit("SELECT MixedCase FROM T").find("\"mixedcase\""), std::string::npos) << "names ignore case";
     EXPECT_EQ(emit("SELECT a FROM T").find("qx_"), std::string::npos);
+    // every branch gives the decimal column's own type, so the server plans the UNION as one
+    // (parallel) scan of its branches
+    EXPECT_NE(emit("SELECT 0 AS v UNION ALL SELECT 1.5").find("SELECT CAST(0 AS NUMERIC) AS \"v\" UNION ALL"), std::string::npos)
+        << emit("SELECT 0 AS v UNION ALL SELECT 1.5");
+    EXPECT_EQ(emit("SELECT 0 AS v UNION ALL SELECT 2").find("CAST(0"), std::string::npos) << "whole numbers stay as written";
 }
 
 }  // namespace
