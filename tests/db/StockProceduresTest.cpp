@@ -535,6 +535,11 @@ protected:
         openingStock(db, "K201", "MD1", sizes({2, 1}));
         openingStock(db, "K202", "ZC", sizes({1}));
     }
+    // SYS_JX over a row source of wl_id (row key), k (column key) and v (value), as written in T-SQL
+    // (quotes doubled); `more` appends further arguments.
+    auto pivotOf(const std::string& source, const std::string& more = "") {
+        return call(db, "EXEC SYS_JX @param1='" + source + "',@param2='wl_id',@param3='k',@param4='v'" + more);
+    }
     std::string stockByWarehouse() {
         return "SELECT D1800.K_ID, D1007.CK_ID+''-''+D1007.CK_NAME AS CK_NAME, SUM(D1802.K0 + D1802.K1 + D1802.K2 + D1802.K3 + "
                "D1802.K4 + D1802.K5 + D1802.K6 + D1802.K7 + D1802.K8 + D1802.K9) as KC FROM D1802 INNER JOIN D1801 on D1802.WL_ID = "
@@ -577,14 +582,14 @@ TEST_P(CrossTabs, ExtraColumnsAndJoinsApplyToThePivot) {
 TEST_P(CrossTabs, NumericKeysSortAsNumbers) {
     const std::string src =
         "SELECT ''A'' AS wl_id, ''10'' AS k, 1 AS v UNION ALL SELECT ''A'', ''9'', 2 UNION ALL SELECT ''B'', ''100'', 3";
-    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v'");
+    auto r = pivotOf(src);
     ASSERT_EQ(r.rs.columns.size(), 5u);
     EXPECT_EQ(r.rs.columns[1].name, "9");
     EXPECT_EQ(r.rs.columns[2].name, "10");
     EXPECT_EQ(r.rs.columns[3].name, "100");
     const std::string textKeys =
         "SELECT ''A'' AS wl_id, ''b'' AS k, 1 AS v UNION ALL SELECT ''A'', ''10'', 2";
-    auto t = call(db, "EXEC SYS_JX @param1='" + textKeys + "',@param2='wl_id',@param3='k',@param4='v'");
+    auto t = pivotOf(textKeys);
     EXPECT_EQ(t.rs.columns[1].name, "10");
     EXPECT_EQ(t.rs.columns[2].name, "b");
 }
@@ -593,7 +598,7 @@ TEST_P(CrossTabs, RowsOfOneKeyMayComeApartAndNewColumnKeysLate) {
     // B before A, A's rows apart, the key "c" first met on the last row of B
     const std::string src = "SELECT ''B'' AS wl_id, ''a'' AS k, 1 AS v UNION ALL SELECT ''A'', ''b'', 2 UNION ALL SELECT ''B'', ''b'', 3 "
                             "UNION ALL SELECT ''A'', ''b'', 4 UNION ALL SELECT ''A'', ''a'', 5 UNION ALL SELECT ''B'', ''c'', 6";
-    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v'");
+    auto r = pivotOf(src);
     ASSERT_EQ(r.rs.columns.size(), 5u);
     EXPECT_EQ(r.rs.columns[1].name, "a");
     EXPECT_EQ(r.rs.columns[2].name, "b");
@@ -639,8 +644,7 @@ TEST_P(CrossTabs, ASecondPivotOfAnotherShapeGetsItsOwnColumns) {
 
 TEST_P(CrossTabs, SumsBeyondTheIntegerRangeKeepTheirValueWithExtraColumns) {
     const std::string src = "SELECT ''K1'' AS wl_id, ''X'' AS k, 2000000000 AS v UNION ALL SELECT ''K1'', ''X'', 2000000000";
-    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v',@selectstr=',D1800.WL_NAME',"
-                      "@innerstr='INNER JOIN D1800 ON D1800.K_ID=D.WL_ID'");
+    auto r = pivotOf(src, ",@selectstr=',D1800.WL_NAME',@innerstr='INNER JOIN D1800 ON D1800.K_ID=D.WL_ID'");
     ASSERT_EQ(r.size(), 1u);
     EXPECT_EQ(r.num(0, "X"), 4000000000LL);
     EXPECT_EQ(r.num(0, "total"), 4000000000LL);
@@ -650,8 +654,7 @@ TEST_P(CrossTabs, SumsBeyondTheIntegerRangeKeepTheirValueWithExtraColumns) {
 TEST_P(CrossTabs, ARowKeyLongerThanAHundredCharactersIsKeptWhole) {
     const std::string longKey = std::string(90, 'K') + std::string("长款名称长款名称长款名称长款名称长款名称长款名称长款名称");  // 118 characters
     const std::string src = "SELECT ''" + longKey + "'' AS wl_id, ''X'' AS k, 3 AS v UNION ALL SELECT ''K1'', ''X'', 1";
-    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v',@selectstr=',D1800.WL_NAME',"
-                      "@innerstr='LEFT JOIN D1800 ON D1800.K_ID=D.WL_ID'");
+    auto r = pivotOf(src, ",@selectstr=',D1800.WL_NAME',@innerstr='LEFT JOIN D1800 ON D1800.K_ID=D.WL_ID'");
     ASSERT_EQ(r.size(), 2u);
     const std::size_t longRow = r.str(0, "wl_id") == longKey ? 0 : 1;
     EXPECT_EQ(r.str(longRow, "wl_id"), longKey);
@@ -674,7 +677,7 @@ TEST_P(CrossTabs, AnEmptyRowSourceGivesTheKeyAndTotalOnly) {
 TEST_P(CrossTabs, KeysDifferingOnlyInCaseOrWidthStayApart) {
     const std::string src = "SELECT ''a'' AS wl_id, ''X'' AS k, 1 AS v UNION ALL SELECT ''A'', ''X'', 2 UNION ALL SELECT ''a'', ''X'', 3 "
                             "UNION ALL SELECT ''a'', ''x'', 5 UNION ALL SELECT ''Ａ'', ''X'', 7";
-    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v'");
+    auto r = pivotOf(src);
     ASSERT_EQ(r.size(), 3u);
     ASSERT_EQ(r.rs.columns.size(), 4u) << "X and x are two columns";
     const std::size_t lower = r.find("wl_id", "a"), upper = r.find("wl_id", "A"), wide = r.find("wl_id", "Ａ");
@@ -687,7 +690,7 @@ TEST_P(CrossTabs, KeysDifferingOnlyInCaseOrWidthStayApart) {
 TEST_P(CrossTabs, NullValuesMakeACellOfNothingAndTheValuesKeepTheirType) {
     const std::string src = "SELECT ''K1'' AS wl_id, ''X'' AS k, CAST(NULL AS int) AS v UNION ALL SELECT ''K1'', ''X'', NULL "
                             "UNION ALL SELECT ''K1'', ''Y'', NULL UNION ALL SELECT ''K1'', ''Y'', 2 UNION ALL SELECT ''K2'', ''Y'', 3";
-    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v'");
+    auto r = pivotOf(src);
     ASSERT_EQ(r.size(), 2u);
     EXPECT_EQ(r.num(0, "X"), 0) << "the pair is there, its values add nothing";
     EXPECT_EQ(r.num(0, "Y"), 2);
@@ -696,14 +699,14 @@ TEST_P(CrossTabs, NullValuesMakeACellOfNothingAndTheValuesKeepTheirType) {
     EXPECT_TRUE(std::holds_alternative<std::int64_t>(r.rs.rows[1][r.col("Y")])) << "whole numbers stay whole";
 
     const std::string decimals = "SELECT ''K1'' AS wl_id, ''X'' AS k, CAST(1.25 AS decimal(10,2)) AS v UNION ALL SELECT ''K1'', ''X'', 2";
-    auto d = call(db, "EXEC SYS_JX @param1='" + decimals + "',@param2='wl_id',@param3='k',@param4='v'");
+    auto d = pivotOf(decimals);
     ASSERT_EQ(d.size(), 1u);
     EXPECT_TRUE(std::holds_alternative<double>(d.rs.rows[0][d.col("X")]));
     EXPECT_DOUBLE_EQ(d.real(0, "X"), 3.25);
 
     const std::string whole = "SELECT ''K1'' AS wl_id, ''X'' AS k, CAST(2.4 AS decimal(10,0)) AS v UNION ALL SELECT ''K1'', ''X'', "
                               "CAST(3 AS decimal(10,0))";
-    auto w = call(db, "EXEC SYS_JX @param1='" + whole + "',@param2='wl_id',@param3='k',@param4='v'");
+    auto w = pivotOf(whole);
     ASSERT_EQ(w.size(), 1u);
     EXPECT_TRUE(std::holds_alternative<std::int64_t>(w.rs.rows[0][w.col("X")])) << "a decimal without places reads whole";
     EXPECT_EQ(w.num(0, "X"), 5);
@@ -712,12 +715,12 @@ TEST_P(CrossTabs, NullValuesMakeACellOfNothingAndTheValuesKeepTheirType) {
 TEST_P(CrossTabs, TextValuesAndNumberKeysPivotAsTheyRead) {
     const std::string src = "SELECT ''K1'' AS wl_id, ''X'' AS k, ''5'' AS v UNION ALL SELECT ''K1'', ''X'', ''abc'' UNION ALL "
                             "SELECT ''K1'', ''Y'', ''2.5''";
-    auto r = call(db, "EXEC SYS_JX @param1='" + src + "',@param2='wl_id',@param3='k',@param4='v'");
+    auto r = pivotOf(src);
     ASSERT_EQ(r.size(), 1u);
     EXPECT_DOUBLE_EQ(r.real(0, "X"), 5) << "a text that is no number adds nothing";
     EXPECT_DOUBLE_EQ(r.real(0, "Y"), 2.5);
     const std::string numberKeys = "SELECT ''K1'' AS wl_id, 1.5 AS k, 1 AS v UNION ALL SELECT ''K1'', 1.50, 2 UNION ALL SELECT ''K1'', 10, 4";
-    auto n = call(db, "EXEC SYS_JX @param1='" + numberKeys + "',@param2='wl_id',@param3='k',@param4='v'");
+    auto n = pivotOf(numberKeys);
     ASSERT_EQ(n.rs.columns.size(), 4u);
     EXPECT_EQ(n.rs.columns[1].name, "1.5");
     EXPECT_EQ(n.num(0, "1.5"), 3);
@@ -727,11 +730,10 @@ TEST_P(CrossTabs, TextValuesAndNumberKeysPivotAsTheyRead) {
 TEST_P(CrossTabs, ASourceOfSeveralStatementsOrATempTableIsPivotedToo) {
     db.execute("CREATE TABLE #src (wl_id varchar(10), k varchar(10), v int)");
     db.execute("INSERT INTO #src VALUES ('K1', 'X', 1); INSERT INTO #src VALUES ('K1', 'X', 2)");
-    auto t = call(db, "EXEC SYS_JX @param1='SELECT wl_id, k, v FROM #src',@param2='wl_id',@param3='k',@param4='v'");
+    auto t = pivotOf("SELECT wl_id, k, v FROM #src");
     ASSERT_EQ(t.size(), 1u);
     EXPECT_EQ(t.num(0, "X"), 3);
-    auto b = call(db, "EXEC SYS_JX @param1='SELECT 1 AS n INTO #first; SELECT ''K2'' AS wl_id, ''Y'' AS k, n + 4 AS v FROM #first'"
-                      ",@param2='wl_id',@param3='k',@param4='v'");
+    auto b = pivotOf("SELECT 1 AS n INTO #first; SELECT ''K2'' AS wl_id, ''Y'' AS k, n + 4 AS v FROM #first");
     ASSERT_EQ(b.size(), 1u);
     EXPECT_EQ(b.num(0, "Y"), 5);
 }
