@@ -692,11 +692,8 @@ private:
         if (c.top && c.top->kind == ExprKind::Number && (c.top->text == "1" || c.top->text == "0") && !c.topPercent) return true;
         if (c.from.empty()) return true;
         if (!c.groupBy.empty()) return false;
-        for (const auto& item : c.items) {
-            if (item.expr->kind != ExprKind::Function) return false;
-            const std::string name = toUpper(item.expr->name.last());
-            if (name != "COUNT" && name != "SUM" && name != "MIN" && name != "MAX" && name != "AVG") return false;
-        }
+        for (const auto& item : c.items)
+            if (!isAggregate(*item.expr)) return false;
         return true;
     }
 
@@ -1266,11 +1263,13 @@ private:
         return text;
     }
 
-    // The sources a * reads: every one, or those under the name it gives (a.*).
+    // The sources a * reads: every one, or the one it names (a.*), found as a column's qualifier is.
     static std::vector<const Source*> starSources(const Expr& star, const Scope& scope) {
         std::vector<const Source*> sources;
-        for (const auto& source : scope.sources)
-            if (star.name.parts.empty() || equalsIgnoreCase(source.refName, star.name.last())) sources.push_back(&source);
+        if (star.name.parts.empty())
+            for (const auto& source : scope.sources) sources.push_back(&source);
+        else if (const Source* source = findSource(scope, star.name.last()))
+            sources.push_back(source);
         return sources;
     }
 
@@ -1409,13 +1408,15 @@ private:
         return text;
     }
 
+    // A call of an aggregate function (COUNT(*) included).
+    static bool isAggregate(const Expr& e) {
+        if (e.kind != ExprKind::Function) return false;
+        const std::string name = toUpper(e.name.last());
+        return e.star || name == "COUNT" || name == "COUNT_BIG" || name == "SUM" || name == "AVG" || name == "MIN" || name == "MAX" ||
+               name == "STDEV" || name == "STDEVP" || name == "VAR" || name == "VARP";
+    }
     static bool hasAggregate(const Expr& e) {
-        if (e.kind == ExprKind::Function) {
-            const std::string name = toUpper(e.name.last());
-            if (e.star || name == "COUNT" || name == "COUNT_BIG" || name == "SUM" || name == "AVG" || name == "MIN" || name == "MAX" ||
-                name == "STDEV" || name == "STDEVP" || name == "VAR" || name == "VARP")
-                return true;
-        }
+        if (isAggregate(e)) return true;
         for (const auto& a : e.args)
             if (a && hasAggregate(*a)) return true;
         return (e.caseOperand && hasAggregate(*e.caseOperand)) || (e.elseExpr && hasAggregate(*e.elseExpr));
@@ -1426,11 +1427,7 @@ private:
     // among its sources.
     std::optional<std::string> tempStar(const Expr& star, const Scope& scope) {
         if (d_.insertionOrderColumn().empty()) return std::nullopt;
-        std::vector<const Source*> sources;
-        if (star.name.parts.empty())
-            for (const auto& source : scope.sources) sources.push_back(&source);
-        else if (const Source* source = findSource(scope, star.name.last()))
-            sources.push_back(source);
+        const std::vector<const Source*> sources = starSources(star, scope);
         bool temp = false;
         for (const Source* source : sources) temp = temp || (source->table.isTemp() && source->columns);
         if (!temp) return std::nullopt;
