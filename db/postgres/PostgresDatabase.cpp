@@ -1527,7 +1527,6 @@ void PostgresDatabase::bufferRow(const std::string& sql, const std::string& head
     if (buffered_.values.size() + static_cast<std::size_t>(params) > (buffered_.copy.empty() ? kAtMost : kCopyAtMost)) sendBufferedRows();
 }
 
-
 // Rows into a procedure's temp table go by COPY: the server reads each value as text typed by
 // its column, exactly as a bound value, without parsing and binding a statement of up to 30,000
 // placeholders (a cross-tab's pivot of 6,823 rows of 34 values took 158 ms as eight such

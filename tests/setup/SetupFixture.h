@@ -7,6 +7,7 @@
 #include <QTextStream>
 #include <functional>
 
+#include "tests/support/GoldenStatements.h"
 #include "tests/support/ShopDatabaseTest.h"
 
 namespace qx::test {
@@ -17,13 +18,7 @@ inline QString templateFile(const QString& name) { return sourceDir() + "/setup/
 
 // Expected statements kept as data: tests/setup/golden/NAME (UTF-8, the trailing newline of the
 // file is not part of the text).
-inline QString golden(const QString& name) {
-    QFile f(sourceDir() + "/tests/setup/golden/" + name);
-    if (!f.open(QIODevice::ReadOnly)) return "<missing golden file " + name + ">";
-    QString text = QString::fromUtf8(f.readAll());
-    if (text.endsWith('\n')) text.chop(1);
-    return text;
-}
+inline QString golden(const QString& name) { return goldenBatch("setup/golden/" + name); }
 
 // EXPECT_EQ(actual, golden(name)), or with QXCK_UPDATE_GOLDEN set, writes the file instead (to
 // refresh expected statements after a deliberate change; review the diff).

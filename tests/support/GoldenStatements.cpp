@@ -28,6 +28,14 @@ GoldenStatements::GoldenStatements(const QString& relativePath) {
     }
 }
 
+QString goldenBatch(const QString& relativePath) {
+    QFile file(QString::fromUtf8(qgetenv("QXCK_SOURCE_DIR")) + "/tests/" + relativePath);
+    if (!file.open(QIODevice::ReadOnly)) return "<missing golden file " + relativePath + ">";
+    QString text = QString::fromUtf8(file.readAll());
+    if (text.endsWith('\n')) text.chop(1);
+    return text;
+}
+
 QString GoldenStatements::text(const QString& name, const QHash<QString, QString>& variables) const {
     if (!cases_.contains(name)) throw std::runtime_error("no case '" + name.toStdString() + "' in " + path_.toStdString());
     QString out = cases_.value(name).join(QString());

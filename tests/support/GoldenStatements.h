@@ -37,6 +37,10 @@ private:
     QMap<QString, QStringList> cases_;
 };
 
+// A golden file holding one whole batch (a file under tests/, e.g. "setup/golden/clear_all.sql"):
+// its text, UTF-8, without the file's last line break; a marker text when it is missing.
+QString goldenBatch(const QString& relativePath);
+
 // Same tokens and the same blanks before each token; otherwise the first difference.
 ::testing::AssertionResult sameStatements(const QString& expected, const QString& actual);
 

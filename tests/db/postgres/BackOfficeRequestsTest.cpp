@@ -6,8 +6,6 @@
 // same on both engines.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 
 #include "db/DbTestSupport.h"
 #include "support/GoldenStatements.h"
@@ -17,15 +15,8 @@ namespace {
 
 constexpr const char* kStockShortMessage = "库存不足支持本次出库业务";
 
-// A setup screen's batch as its golden file holds it: the whole file, without its last line break.
-std::string setupBatch(const char* name) {
-    std::ifstream in(std::string(std::getenv("QXCK_SOURCE_DIR")) + "/tests/setup/golden/" + name);
-    std::stringstream text;
-    text << in.rdbuf();
-    std::string batch = text.str();
-    if (!batch.empty() && batch.back() == '\n') batch.pop_back();
-    return batch;
-}
+// A setup screen's batch as its golden file holds it.
+std::string setupBatch(const char* name) { return qx::test::goldenBatch(QString("setup/golden/") + name).toStdString(); }
 
 class BackOfficeRequests : public ::testing::Test {
 protected:
